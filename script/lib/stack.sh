@@ -1,0 +1,80 @@
+# The processes of a demonstration or measurement: simulator, snmpd, agent. Sourced by bash scripts
+# with `set -euo pipefail`. Everything lives in a folder of its own and on a loopback address of its
+# own, so that several stacks run side by side; stack_stop ends what was started and removes the
+# folder.
+#
+# Needs BUILD, the build folder. Sets STACK_ROOT (the folder), STACK_ADDRESS (where switch
+# management and snmpd listen) and STACK_MANAGER (how net-snmp's tools reach snmpd).
+
+STACK_PIDS=()
+STACK_PORT=1161
+
+stack_new() {
+    STACK_ROOT=$(mktemp -d /tmp/snmpmain.XXXXXX)
+    # The process id makes the address unique among stacks that run at the same time.
+    STACK_ADDRESS=127.$((64 + ($$ >> 16) % 64)).$(($$ >> 8 & 255)).$((1 + $$ % 254))
+    STACK_MANAGER=$STACK_ADDRESS:$STACK_PORT
+    mkdir -p "$STACK_ROOT/var/agentx" "$STACK_ROOT/var/run" "$STACK_ROOT/persistent"
+    # The tools and snmpd read no settings of this machine.
+    export SNMPCONFPATH=$STACK_ROOT SNMP_PERSISTENT_DIR=$STACK_ROOT/persistent MIBS=
+    export SNMPMAIN_ROOT=$STACK_ROOT
+}
+
+# Waits until a command succeeds: wait_until SECONDS WHAT COMMAND...
+wait_until() {
+    local deadline=$((SECONDS + $1)) what=$2
+    shift 2
+    until "$@" >/dev/null 2>&1; do
+        if ((SECONDS >= deadline)); then
+            echo "gave up waiting for $what; see $STACK_ROOT/*.log" >&2
+            return 1
+        fi
+        sleep 0.05
+    done
+}
+
+# stack_start NAME COMMAND...: output goes to NAME.log; the process id is left in STACK_PID.
+stack_start() {
+    local name=$1
+    shift
+    "$@" >"$STACK_ROOT/$name.log" 2>&1 </dev/null &
+    STACK_PID=$!
+    STACK_PIDS+=("$STACK_PID")
+}
+
+start_simulator() {
+    stack_start switchsim "$BUILD/bin/switchsim" --listen "$STACK_ADDRESS" "$@"
+    wait_until 10 "the simulator" grep -q listening "$STACK_ROOT/switchsim.log"
+}
+
+start_snmpd() {
+    cat >"$STACK_ROOT/snmpd.conf" <<EOF
+master agentx
+agentXSocket $STACK_ROOT/var/agentx/master
+rocommunity public
+rwcommunity private
+EOF
+    stack_start snmpd snmpd -f -LE 4 -C -c "$STACK_ROOT/snmpd.conf" -p "$STACK_ROOT/var/run/snmpd.pid" \
+        "udp:$STACK_MANAGER"
+    wait_until 10 "snmpd" test -S "$STACK_ROOT/var/agentx/master"
+}
+
+start_agent() {
+    stack_start snmpmain "$BUILD/bin/snmpmain" --remote "$STACK_ADDRESS" --notrap "$@"
+    wait_until 60 "the agent" grep -q "up and running" "$STACK_ROOT/snmpmain.log"
+}
+
+# walk OID: every value below it, a line each, fast.
+walk() {
+    snmpbulkwalk -v2c -c public -On -t 5 "$STACK_MANAGER" "$1"
+}
+
+stack_stop() {
+    local i
+    for ((i = ${#STACK_PIDS[@]} - 1; i >= 0; i--)); do
+        kill "${STACK_PIDS[i]}" 2>/dev/null || true
+        wait "${STACK_PIDS[i]}" 2>/dev/null || true
+    done
+    STACK_PIDS=()
+    [[ -z ${STACK_ROOT:-} ]] || rm -rf "$STACK_ROOT"
+}

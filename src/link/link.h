@@ -1,0 +1,68 @@
+// The link to switch management: one UDP socket, one request at a time, replies matched to requests
+// by sequence number, and a thread that receives every datagram.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <span>
+
+#include "src/link/frame.h"
+#include "src/link/reply_parser.h"
+
+namespace snmpmain {
+
+constexpr std::uint16_t SWITCH_MGMT_PORT = 5001;
+
+// What a failed query returns; a switch's own error numbers are the other non-zero results.
+constexpr std::uint16_t kQueryFailed = 0xFFFF;
+
+// Longest command text that fits a request frame, prefix and terminator included.
+constexpr std::size_t kCommandSize = 512;
+
+// 1 once a reply has carried a non-zero status byte: the fabric may have changed, and the main loop
+// refreshes the unit table. Set on any thread, cleared by the main loop.
+extern std::atomic<std::uint16_t> fabricUpdatePending;
+
+// Takes a frame that is not a reply; called on the ListenThread, whose stack has 64 KiB. Returns 0,
+// or -1 for a dropped frame.
+using NotificationReceiver = int (*)(std::span<const std::uint8_t> frame);
+
+// Names the receiver of notifications; without one they are dropped. Call before InitLink.
+void SetNotificationReceiver(NotificationReceiver receiver);
+
+// Opens the socket and starts the ListenThread, with messages on standard error. `remoteAddress` is
+// a dotted IPv4 address, or null for 127.0.0.1; the port is always SWITCH_MGMT_PORT. Requests later
+// go to whoever sent the last datagram. Returns 0 or -1. Call once; there is no way back.
+int InitLink(const char* remoteAddress);
+
+// Prepares the request lock and starts the sequences at 0x10002, with messages on standard error.
+// Returns 0 or 0xFFFF.
+std::uint16_t InitSendRecvLock();
+
+// Sends one command to a switch and waits for its answer: the one way to talk to switch management.
+// `domain` is a domain id, 0 for the local switch. `result` receives the reply text, converted as
+// `type` says; `value` the number of an integer reply (may be null). A "Get." request waits two
+// one-second ticks for its reply, any other ten, and is sent once more after that.
+// Returns 0, kQueryFailed, or the error number (low 16 bits) that the switch replied. Any thread;
+// requests of several threads follow one another.
+std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyText& result,
+                              ConversionType type, std::uint32_t* value = nullptr);
+
+// The same with a command made from a format (at most 511 characters; longer ones fail unsent).
+std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, ConversionType type,
+                               std::uint32_t* value, const char* format, ...)
+    __attribute__((format(printf, 5, 6)));
+
+// Sends a command and hands out the reply frame unchecked. The message log shows `loggedText` for
+// the request. Returns 0, or -1 when there is no answer. Any thread.
+int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
+                       ReplyFrame& reply, std::size_t& requestSize);
+
+// Asks a switch for nothing but a sign of life. Returns 0 or -1.
+int PingSwitchMgmt(std::uint32_t domain);
+
+// Where a domain's switch is addressed: 0 for the local switch, else the domain as the Fibre
+// Channel address of its domain, with 0x60 added to it in the "Interop_2" zoning merge mode.
+std::uint32_t MakeTargetWord(std::uint32_t domain);
+
+}  // namespace snmpmain

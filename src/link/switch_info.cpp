@@ -1,0 +1,265 @@
+#include "src/link/switch_info.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <string_view>
+
+#include "src/base/text.h"
+#include "src/link/link.h"
+
+namespace snmpmain {
+namespace {
+
+constexpr std::size_t kShortTextSize = 32;
+
+struct SwitchInfo {
+    std::atomic<std::uint32_t> localDomainId{0};
+    std::atomic<std::uint32_t> mergeMode{kMergeOther};
+    std::atomic<std::uint32_t> proxyEnable{0};
+    std::array<char, kShortTextSize> switchType{};
+    std::uint32_t chassis = 0;
+    std::uint32_t blades = 0;
+    std::uint32_t maxPorts = 0;
+    std::array<char, kWwnTextSize> wwn{};
+    std::uint32_t powerSupplies = 0;
+    std::uint32_t fans = 0;
+    std::array<std::uint32_t, kMaxBlades> tempSensors{};
+    std::array<char, kShortTextSize> sysObjectId{};
+    std::uint32_t allow4GPorts = 0;
+
+    // Shared by all accessors: the last reply.
+    ReplyText reply{};
+    std::uint32_t value = 0;
+};
+
+SwitchInfo info;
+
+int AskText(std::uint32_t domain, const char* command) {
+    return SwitchMgmtQuery(domain, command, info.reply, kString) == 0 ? 0 : -1;
+}
+
+int ReadCount(std::uint32_t domain, const char* command, std::uint32_t& kept) {
+    if (SwitchMgmtQuery(domain, command, info.reply, kInteger, &info.value) != 0) {
+        return -1;
+    }
+    if (IsLocalDomain(domain)) {
+        kept = info.value;
+    }
+    return 0;
+}
+
+template <std::size_t N>
+int ReadText(std::uint32_t domain, const char* command, std::array<char, N>& kept) {
+    if (AskText(domain, command) != 0) {
+        return -1;
+    }
+    if (IsLocalDomain(domain)) {
+        CopyText(kept.data(), kept.size(), info.reply.data());
+    }
+    return 0;
+}
+
+// The kept count of a local domain, else what the accessor reads, 0 when it fails.
+std::uint32_t CountOf(std::uint32_t domain, std::uint32_t kept, int (*read)(std::uint32_t)) {
+    if (IsLocalDomain(domain)) {
+        return kept;
+    }
+    return read(domain) == 0 ? info.value : 0;
+}
+
+const char* TextOf(std::uint32_t domain, const char* kept, int (*read)(std::uint32_t),
+                   const char* unknown) {
+    if (IsLocalDomain(domain)) {
+        return kept;
+    }
+    return read(domain) == 0 ? info.reply.data() : unknown;
+}
+
+constexpr std::string_view kBladeTypes[] = {
+    "SwitchBlade",     "GenericBlade",     "TelcoSwitchBlade",     "TelcoGenericBlade",
+    "SwitchBlade20",   "GenericBlade20",   "TelcoSwitchBlade20",   "TelcoGenericBlade20",
+    "4GSwitchBlade20", "4GGenericBlade20", "4GTelcoSwitchBlade20", "4GTelcoGenericBlade20",
+};
+
+}  // namespace
+
+int ReadLocalDomainId() {
+    if (SwitchMgmtQuery(0, "Get.Oper.Switch.DomainID", info.reply, kInteger, &info.value) != 0) {
+        return -1;
+    }
+    info.localDomainId = info.value;
+    return 0;
+}
+
+int ReadMergeMode() {
+    if (AskText(0, "Get.Config.Zoning.MergeMode") != 0) {
+        return -1;
+    }
+    const std::string_view mode = info.reply.data();
+    info.mergeMode = mode == "NonSW2"      ? kMergeNonSW2
+                     : mode == "Interop_2" ? kMergeInterop2
+                                           : kMergeOther;
+    return 0;
+}
+
+int ReadProxyEnable() {
+    if (AskText(0, "Get.Config.Snmp.ProxyEnable") != 0) {
+        return -1;
+    }
+    info.proxyEnable = std::strstr(info.reply.data(), "True") != nullptr ? 1 : 0;
+    return 0;
+}
+
+int ReadSwitchType() {
+    return ReadText(0, "Get.Oper.Switch.Type", info.switchType);
+}
+
+int ReadChassisCount(std::uint32_t domain) {
+    return ReadCount(domain, "Get.Oper.Switch.Chassis", info.chassis);
+}
+
+int ReadBladeCount(std::uint32_t domain) {
+    return ReadCount(domain, "Get.Oper.Chassis.0.Blades", info.blades);
+}
+
+int ReadMaxPorts(std::uint32_t domain) {
+    return ReadCount(domain, "Get.Oper.Switch.MaxPorts", info.maxPorts);
+}
+
+int ReadSwitchWwn(std::uint32_t domain) {
+    return ReadText(domain, "Get.Config.Mfg.WWN", info.wwn);
+}
+
+int ReadPowerSupplyCount(std::uint32_t domain) {
+    return ReadCount(domain, "Get.Oper.Chassis.0.PowerSupplies", info.powerSupplies);
+}
+
+int ReadFanCount(std::uint32_t domain) {
+    return ReadCount(domain, "Get.Oper.Chassis.0.Fans", info.fans);
+}
+
+int ReadTempSensorCount(std::uint32_t domain, std::uint32_t blade) {
+    std::array<char, kCommandSize> command;
+    FormatText(command, "Get.Oper.Blade.%d.TempSensors", static_cast<int>(blade));
+    std::uint32_t unkept = 0;
+    return ReadCount(domain, command.data(), blade < kMaxBlades ? info.tempSensors[blade] : unkept);
+}
+
+int ReadSysObjectId(std::uint32_t domain) {
+    return ReadText(domain, "Get.Config.Snmp.SysObjectID", info.sysObjectId);
+}
+
+std::uint32_t ReadAllow4GPorts(std::uint32_t domain) {
+    const bool answered = AskText(domain, "Get.Config.Mfg.Allow4GPorts") == 0;
+    const std::uint32_t allowed = answered && std::strcmp(info.reply.data(), "True") == 0 ? 1 : 0;
+    if (IsLocalDomain(domain)) {
+        info.allow4GPorts = allowed;
+    }
+    return allowed;
+}
+
+std::uint32_t GetChassisCount(std::uint32_t domain) {
+    return CountOf(domain, info.chassis, ReadChassisCount);
+}
+
+std::uint32_t GetBladeCount(std::uint32_t domain) {
+    return CountOf(domain, info.blades, ReadBladeCount);
+}
+
+std::uint32_t GetMaxPorts(std::uint32_t domain) {
+    return CountOf(domain, info.maxPorts, ReadMaxPorts);
+}
+
+std::uint32_t GetPowerSupplyCount(std::uint32_t domain) {
+    return CountOf(domain, info.powerSupplies, ReadPowerSupplyCount);
+}
+
+std::uint32_t GetFanCount(std::uint32_t domain) {
+    return CountOf(domain, info.fans, ReadFanCount);
+}
+
+std::uint32_t GetTempSensorCount(std::uint32_t domain, std::uint32_t blade) {
+    if (IsLocalDomain(domain)) {
+        return blade < kMaxBlades ? info.tempSensors[blade] : 0;
+    }
+    return ReadTempSensorCount(domain, blade) == 0 ? info.value : 0;
+}
+
+const char* GetSwitchWwn(std::uint32_t domain) {
+    const char* wwn = TextOf(domain, info.wwn.data(), ReadSwitchWwn, kNoWwn);
+    if (wwn == info.reply.data()) {
+        info.reply[kWwnTextSize - 1] = '\0';
+    }
+    return wwn;
+}
+
+const char* GetSysObjectId(std::uint32_t domain) {
+    return TextOf(domain, info.sysObjectId.data(), ReadSysObjectId, "0.0.0.0");
+}
+
+std::uint32_t GetAllow4GPorts(std::uint32_t domain) {
+    return IsLocalDomain(domain) ? info.allow4GPorts : ReadAllow4GPorts(domain);
+}
+
+std::uint32_t GetMergeMode() {
+    return info.mergeMode;
+}
+
+std::uint32_t GetLocalDomainId() {
+    return info.localDomainId;
+}
+
+std::uint32_t GetProxyEnable() {
+    return info.proxyEnable;
+}
+
+bool IsLocalDomain(std::uint32_t domain) {
+    return domain == 0 || domain == info.localDomainId;
+}
+
+bool IsLocalPort(std::uint32_t port) {
+    return port < GetMaxPorts(0);
+}
+
+bool IsBladeType() {
+    return std::ranges::find(kBladeTypes, std::string_view(info.switchType.data())) !=
+           std::end(kBladeTypes);
+}
+
+int InitSwitchInfo() {
+    if (ReadLocalDomainId() != 0 || ReadMergeMode() != 0 || ReadProxyEnable() != 0 ||
+        ReadSwitchType() != 0) {
+        return -1;
+    }
+    const std::uint32_t local = GetLocalDomainId();
+    if (ReadChassisCount(local) != 0 || ReadBladeCount(local) != 0 || ReadMaxPorts(local) != 0 ||
+        ReadSwitchWwn(local) != 0 || ReadPowerSupplyCount(local) != 0 || ReadFanCount(local) != 0) {
+        return -1;
+    }
+    for (std::uint32_t blade = 0; blade < std::min(info.blades, kMaxBlades); ++blade) {
+        if (ReadTempSensorCount(local, blade) != 0) {
+            return -1;
+        }
+    }
+    if (ReadSysObjectId(local) != 0) {
+        return -1;
+    }
+    ReadAllow4GPorts(local);
+    return 0;
+}
+
+void ResetSwitchInfo() {
+    info.localDomainId = 0;
+    info.mergeMode = kMergeOther;
+    info.proxyEnable = 0;
+    info.switchType.fill('\0');
+    info.chassis = info.blades = info.maxPorts = info.powerSupplies = info.fans = 0;
+    info.wwn.fill('\0');
+    info.tempSensors.fill(0);
+    info.sysObjectId.fill('\0');
+    info.allow4GPorts = 0;
+}
+
+}  // namespace snmpmain

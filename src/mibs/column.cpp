@@ -1,0 +1,199 @@
+#include "src/mibs/column.h"
+
+#include <net-snmp/agent/util_funcs/header_generic.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "src/base/text.h"
+#include "src/base/trace_log.h"
+#include "src/snmpoid/index_codec.h"
+#include "src/snmpoid/walkers.h"
+#include "src/snmptables/unit_table.h"
+
+namespace snmpmain {
+namespace {
+
+const Column* FindColumn(const ServedTable& table, std::uint8_t magic) {
+    for (const std::span<const Column> columns : table.columns) {
+        const auto column = std::ranges::find(columns, magic, &Column::magic);
+        if (column != columns.end()) {
+            return &*column;
+        }
+    }
+    return nullptr;
+}
+
+std::span<const oid> RequestOf(const HandlerCall& call) {
+    return {call.name, *call.length};
+}
+
+// Finds the unit whose id stands behind the variable's name, in an OID of exactly the given length.
+int ResolveUnitId(const HandlerCall& call, std::size_t indexLength, Instance& instance) {
+    if (*call.length != call.vp->namelen + indexLength) {
+        return -1;
+    }
+    const auto unitId = RequestOf(call).subspan(call.vp->namelen).first<WWN_OID_LEN>();
+    if (GetWwnIndexFromWwnOID(unitId, instance.unit) != 0) {
+        return -1;
+    }
+    return CompleteUnit(call, instance);
+}
+
+int ResolveScalar(const HandlerCall& call, Instance&) {
+    return header_generic(call.vp, call.name, call.length, call.exact ? 1 : 0, call.valueLength,
+                          call.writeMethod) == MATCH_SUCCEEDED
+               ? 0
+               : -1;
+}
+
+int ResolveUnit(const HandlerCall& call, Instance& instance) {
+    return ResolveUnitId(call, WWN_OID_LEN, instance);
+}
+
+int NextUnit(const HandlerCall& call, Instance& instance) {
+    if (GetNextUnit(call.vp, call.name, call.length, instance.unit) != 0) {
+        return -1;
+    }
+    return CompleteUnit(call, instance);
+}
+
+}  // namespace
+
+const TableShape kScalarShape{ResolveScalar, ResolveScalar};
+const TableShape kUnitShape{ResolveUnit, NextUnit};
+
+int SetNumber(MibValue& value, std::uint32_t number) {
+    value.number = number;
+    value.data = &value.number;
+    value.length = sizeof(value.number);
+    static_assert(sizeof(value.number) == 4 && sizeof(int) == 4);
+    return 0;
+}
+
+int SetText(MibValue& value) {
+    value.data = value.text.data();
+    value.length = std::strlen(value.text.data());
+    return 0;
+}
+
+int SetText(MibValue& value, const char* text) {
+    CopyText(value.text.data(), value.text.size(), text);
+    return SetText(value);
+}
+
+int SetOctets(MibValue& value, std::span<const std::uint8_t> octets) {
+    value.length = std::min(octets.size(), value.octets.size());
+    std::copy_n(octets.begin(), value.length, value.octets.begin());
+    value.data = value.octets.data();
+    return 0;
+}
+
+int SetHexOctets(MibValue& value, const char* hexText, std::size_t size) {
+    const std::span octets = std::span(value.octets).first(std::min(size, value.octets.size()));
+    MakeBytesFromHexStr(hexText, octets);
+    value.data = octets.data();
+    value.length = octets.size();
+    return 0;
+}
+
+std::uint32_t FirstContained(const WordTable& table, const char* reply) {
+    const auto word = std::ranges::find_if(
+        table.words, [&](const Word& w) { return std::strstr(reply, w.text) != nullptr; });
+    return word == table.words.end() ? table.otherwise : word->number;
+}
+
+int ReadConstant(const Column& column, const Instance&, MibValue& value) {
+    return SetNumber(value, column.source.number);
+}
+
+int ReadConstantText(const Column& column, const Instance&, MibValue& value) {
+    return SetText(value, column.source.text);
+}
+
+int QueryNumber(const Column& column, const Instance& instance, MibValue& value) {
+    std::uint32_t number = 0;
+    if (SwitchMgmtQuery(instance.domain, column.source.command, value.text, kInteger, &number) !=
+        0) {
+        return -1;
+    }
+    return SetNumber(value, number);
+}
+
+int QueryText(const Column& column, const Instance& instance, MibValue& value) {
+    if (SwitchMgmtQuery(instance.domain, column.source.command, value.text, kString) != 0) {
+        return -1;
+    }
+    return SetText(value);
+}
+
+int QueryShortText(const Column& column, const Instance& instance, MibValue& value) {
+    if (QueryText(column, instance, value) != 0) {
+        return -1;
+    }
+    value.text[kShortStringLength] = '\0';
+    return SetText(value);
+}
+
+int QueryWord(const Column& column, const Instance& instance, MibValue& value) {
+    if (QueryText(column, instance, value) != 0) {
+        return -1;
+    }
+    return SetNumber(value, FirstContained(*column.source.words, value.text.data()));
+}
+
+std::size_t MakeVariables(std::span<const ColumnGroup> groups, std::span<variable7> variables) {
+    std::size_t count = 0;
+    for (const ColumnGroup& group : groups) {
+        for (const Column& column : group.columns) {
+            if (count < variables.size()) {
+                variable7& record = variables[count];
+                record.magic = column.magic;
+                record.type = column.type;
+                record.acl = column.access == Access::kReadWrite ? NETSNMP_OLDAPI_RWRITE
+                                                                 : NETSNMP_OLDAPI_RONLY;
+                record.findVar = group.handler;
+                record.namelen = static_cast<u_char>(group.prefixLength + 1);
+                std::copy_n(group.prefix.begin(), group.prefixLength, record.name);
+                record.name[group.prefixLength] = column.suffix;
+            }
+            ++count;
+        }
+    }
+    return count;
+}
+
+u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value) {
+    *call.valueLength = sizeof(value.number);
+    const Column* column = FindColumn(table, call.vp->magic);
+    if (column == nullptr) {
+        TraceLog(kSevere, "%s %d:Unknown oid sent to %s", table.module, __LINE__, table.module);
+        return nullptr;
+    }
+    if (column->source.read == nullptr) {
+        return nullptr;
+    }
+    Instance instance;
+    const auto find = call.exact ? table.shape.resolve : table.shape.next;
+    if (find(call, instance) != 0 || column->source.read(*column, instance, value) != 0) {
+        return nullptr;
+    }
+    *call.valueLength = value.length;
+    // The library reads the value only, though its type does not say so.
+    return static_cast<u_char*>(const_cast<void*>(value.data));
+}
+
+int CompleteUnit(const HandlerCall& call, Instance& instance) {
+    instance.lastIndex = static_cast<std::uint32_t>(call.name[*call.length - 1]);
+    return GetDomainIdFromIndex(instance.unit, instance.domain);
+}
+
+int ResolveUnitRow(const HandlerCall& call, Instance& instance) {
+    if (ResolveUnitId(call, kUnitRowIndexLength, instance) != 0) {
+        return -1;
+    }
+    instance.row = instance.lastIndex - 1;
+    return 0;
+}
+
+}  // namespace snmpmain

@@ -1,0 +1,169 @@
+// MIB objects as data: what a column is called, what type it has, and how its value comes about.
+// Each module lists its columns in constexpr tables; the array that the SNMP library wants and the
+// handlers' answers are made from them. Main thread only.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "src/link/link.h"
+#include "src/snmpoid/snmp_headers.h"
+#include "src/snmptables/row_numbers.h"
+
+namespace snmpmain {
+
+// A module's result buffer: what a handler returns points into it and holds until the module's next
+// request.
+struct MibValue {
+    const void* data = nullptr;
+    std::size_t length = 0;  // octets
+
+    std::uint32_t number = 0;  // INTEGER and TimeTicks travel as 4 octets
+    ReplyText text{};
+    std::array<std::uint8_t, 64> octets{};
+};
+
+// Each makes one of the buffer's parts the value and returns 0.
+int SetNumber(MibValue& value, std::uint32_t number);
+int SetText(MibValue& value);  // the text in value.text
+int SetText(MibValue& value, const char* text);
+int SetOctets(MibValue& value, std::span<const std::uint8_t> octets);
+// `size` octets from a hexadecimal text, zeros where it ends early.
+int SetHexOctets(MibValue& value, const char* hexText, std::size_t size);
+
+// The instance that a request asks for.
+struct Instance {
+    std::uint16_t domain = 0;     // domain id that commands go to, 0 for the local switch
+    std::uint16_t unit = 0;       // row of connUnitTbl
+    std::uint32_t row = 0;        // number within the unit, from 0
+    std::uint32_t lastIndex = 0;  // last sub-identifier of the instance, as it stands
+    SensorRef part = {};          // what a sensor or revision row refers to
+};
+
+// Reply words and the numbers they stand for, tested in order; the first match decides.
+struct Word {
+    const char* text;
+    std::uint32_t number;
+};
+struct WordTable {
+    std::span<const Word> words;
+    std::uint32_t otherwise;
+};
+std::uint32_t FirstContained(const WordTable& table, const char* reply);
+
+struct Column;
+
+// Gives a column's value for one instance. Returns 0, or -1 for no such instance.
+using ValueReader = int (*)(const Column& column, const Instance& instance, MibValue& value);
+
+// Where a value comes from: made by one of the functions below.
+struct ValueSource {
+    ValueReader read = nullptr;  // null: never answers
+    const char* command = nullptr;
+    const WordTable* words = nullptr;
+    std::uint32_t number = 0;
+    const char* text = nullptr;
+};
+
+enum class Access : std::uint8_t { kReadOnly, kReadWrite };
+
+struct Column {
+    std::uint8_t suffix;  // last sub-identifier of the object
+    std::uint8_t magic;
+    std::uint8_t type;  // ASN.1 type
+    Access access;
+    const char* object;  // name in the MIB; null where it has none
+    ValueSource source = {};
+};
+
+// Strings that managers show in one line are cut at this length.
+constexpr std::size_t kShortStringLength = 79;
+
+int ReadConstant(const Column& column, const Instance& instance, MibValue& value);
+int ReadConstantText(const Column& column, const Instance& instance, MibValue& value);
+int QueryNumber(const Column& column, const Instance& instance, MibValue& value);
+int QueryText(const Column& column, const Instance& instance, MibValue& value);
+int QueryShortText(const Column& column, const Instance& instance, MibValue& value);
+int QueryWord(const Column& column, const Instance& instance, MibValue& value);
+
+// A constant, without a query.
+constexpr ValueSource Constant(std::uint32_t number) {
+    return {.read = ReadConstant, .number = number};
+}
+constexpr ValueSource ConstantText(const char* text) {
+    return {.read = ReadConstantText, .text = text};
+}
+// The reply to a command sent to the instance's switch: as a number, as it stands, cut to 79
+// characters, or as the number of the first word that it contains.
+constexpr ValueSource NumberOf(const char* command) {
+    return {.read = QueryNumber, .command = command};
+}
+constexpr ValueSource TextOf(const char* command) {
+    return {.read = QueryText, .command = command};
+}
+constexpr ValueSource ShortTextOf(const char* command) {
+    return {.read = QueryShortText, .command = command};
+}
+constexpr ValueSource WordOf(const char* command, const WordTable& words) {
+    return {.read = QueryWord, .command = command, .words = &words};
+}
+// A function of its own; the command is what the value rests on, where that is a single one.
+constexpr ValueSource Computed(ValueReader read, const char* command = nullptr) {
+    return {.read = read, .command = command};
+}
+constexpr ValueSource NeverAnswers() {
+    return {};
+}
+
+// Objects with a common OID and handler, in the order of registration.
+struct ColumnGroup {
+    std::array<std::uint8_t, 6> prefix;  // below the module's OID
+    std::uint8_t prefixLength;
+    FindVarMethod* handler;
+    std::span<const Column> columns;
+};
+
+// Writes the library's records of a module's groups. Returns how many there are; no more than fit
+// are written.
+std::size_t MakeVariables(std::span<const ColumnGroup> groups, std::span<variable7> variables);
+
+// What a handler is called with.
+struct HandlerCall {
+    variable* vp;
+    oid* name;
+    std::size_t* length;
+    bool exact;
+    std::size_t* valueLength;
+    WriteMethod** writeMethod;
+};
+
+// How a table resolves instances; both return 0 or -1. `resolve` takes a request for exactly one
+// instance; `next` finds the first one behind the request and rewrites it.
+struct TableShape {
+    int (*resolve)(const HandlerCall& call, Instance& instance);
+    int (*next)(const HandlerCall& call, Instance& instance);
+};
+
+// A table or group of scalars as its handler serves it.
+struct ServedTable {
+    const char* module;  // names the module in messages
+    std::span<const std::span<const Column>> columns;
+    TableShape shape;
+};
+
+// Serves one request: finds the column by the variable's magic, resolves the instance, reads the
+// value. Returns the value, or null for no such instance.
+u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value);
+
+// Shapes that several tables have.
+extern const TableShape kScalarShape;  // instance 0
+extern const TableShape kUnitShape;    // index: unit id
+
+// Resolves an exact request for a unit id and a number + 1: sets all of `instance`.
+int ResolveUnitRow(const HandlerCall& call, Instance& instance);
+
+// Completes an instance whose unit is known. Returns 0, or -1 when the unit is not in use.
+int CompleteUnit(const HandlerCall& call, Instance& instance);
+
+}  // namespace snmpmain

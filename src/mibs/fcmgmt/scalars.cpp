@@ -1,0 +1,41 @@
+#include "src/mibs/fcmgmt/columns.h"
+#include "src/mibs/fcmgmt/unit_values.h"
+#include "src/snmptables/unit_table.h"
+
+namespace snmpmain::fcmgmt {
+namespace {
+
+int ReadUnitCount(const Column&, const Instance&, MibValue& value) {
+    return SetNumber(value, GetUnitCount());
+}
+
+constexpr Column kConnSet[] = {
+    {1, 1, ASN_INTEGER, Access::kReadOnly, "uNumber", Computed(ReadUnitCount)},
+    {2, 2, ASN_OCTET_STR, Access::kReadOnly, "systemURL", UrlOf()},
+    {3, 3, ASN_TIMETICKS, Access::kReadOnly, "statusChangeTime", NeverAnswers()},
+    {4, 4, ASN_TIMETICKS, Access::kReadOnly, "configurationChangeTime", NeverAnswers()},
+    {5, 5, ASN_TIMETICKS, Access::kReadOnly, "connUnitTableChangeTime", NeverAnswers()},
+};
+
+constexpr Column kTrapReg[] = {
+    {1, 129, ASN_INTEGER, Access::kReadOnly, "trapMaxClients", Constant(5)},
+    {2, 130, ASN_INTEGER, Access::kReadOnly, "trapClientCount"},
+};
+
+constexpr Column kRevision[] = {
+    {3, 137, ASN_OCTET_STR, Access::kReadOnly, "revisionNumber", ConstantText("0400")},
+};
+
+constexpr Column kService[] = {
+    {1, 190, ASN_INTEGER, Access::kReadOnly, "connUnitSnsMaxRows"},
+    {2, 191, ASN_INTEGER, Access::kReadOnly, nullptr, NeverAnswers()},
+};
+
+}  // namespace
+
+const std::span<const Column> kConnSetScalars = kConnSet;
+const std::span<const Column> kTrapRegScalars = kTrapReg;
+const std::span<const Column> kRevisionScalars = kRevision;
+const std::span<const Column> kServiceScalars = kService;
+
+}  // namespace snmpmain::fcmgmt

@@ -1,0 +1,58 @@
+#include "src/mibs/fcmgmt/unit_values.h"
+
+#include <cstring>
+
+#include "src/base/text.h"
+#include "src/link/switch_info.h"
+#include "src/snmptables/unit_table.h"
+
+namespace snmpmain::fcmgmt {
+namespace {
+
+constexpr std::size_t kUnitIdSize = 16;
+
+// The WWN text of a unit: of the local one as read at start-up, of others as in connUnitTbl.
+const char* WwnOfUnit(const Instance& instance) {
+    const char* wwn = IsLocalDomain(instance.domain) ? GetSwitchWwn(instance.domain)
+                                                     : GetWWNfromIndex(instance.unit);
+    return wwn == nullptr || wwn[0] == '\0' ? kNoWwn : wwn;
+}
+
+}  // namespace
+
+int ReadUnitId(const Column&, const Instance& instance, MibValue& value) {
+    return SetHexOctets(value, WwnOfUnit(instance), kUnitIdSize);
+}
+
+int ReadLastIndex(const Column&, const Instance& instance, MibValue& value) {
+    return SetNumber(value, instance.lastIndex);
+}
+
+int ReadUrl(const Column& column, const Instance& instance, MibValue& value) {
+    ReplyText address;
+    if (SwitchMgmtQuery(instance.domain, column.source.command, address, kIpAddress) != 0) {
+        return -1;
+    }
+    FormatText(value.text, "http://%s", address.data());
+    return SetText(value);
+}
+
+int ReadBladePartName(const Instance& instance, std::uint16_t blade, const char* lead,
+                      const char* plain, MibValue& value) {
+    ReplyText type;
+    if (SwitchMgmtQueryf(instance.domain, type, kString, nullptr, "Get.Oper.Blade.%d.Type",
+                         blade) != 0 ||
+        std::strcmp(type.data(), "NotApplicable") == 0) {
+        return SetText(value, plain);
+    }
+    ReplyText bladeInstance;
+    if (SwitchMgmtQueryf(instance.domain, bladeInstance, kString, nullptr,
+                         "Get.Oper.Blade.%d.Instance", blade) != 0) {
+        return -1;
+    }
+    FormatText(value.text, "%s Blade %s-%s in Slot %d", lead, type.data(), bladeInstance.data(),
+               blade);
+    return SetText(value);
+}
+
+}  // namespace snmpmain::fcmgmt

@@ -1,0 +1,183 @@
+#include "src/snmpoid/walkers.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "src/base/text.h"
+#include "src/base/trace_log.h"
+#include "src/snmpoid/index_codec.h"
+#include "src/snmptables/row_numbers.h"
+#include "src/snmptables/unit_table.h"
+
+namespace snmpmain {
+namespace {
+
+constexpr const char* kSource = "snmpoid.c";
+
+// Name under which the walkers report where a walk ended.
+void TraceMatchFailed(int line, const char* cause) {
+    TraceLog(kError, "%s %d:%s caused MATCH_FAILED return", kSource, line, cause);
+}
+
+void TraceOid(const char* label, std::span<const oid> name) {
+    if (!IsTraced(kTrace)) {
+        return;
+    }
+    std::array<char, 512> text{};
+    for (const oid number : name) {
+        std::array<char, 24> piece;
+        FormatText(piece, ".%lu", static_cast<unsigned long>(number));
+        AppendText(text.data(), text.size(), piece.data());
+    }
+    TraceLog(kTrace, "%s%s", label, text.data());
+}
+
+enum class WalkStart {
+    kPastColumn,  // the request lies behind this column
+    kFirstRow,    // the request lies before the column's rows
+    kBehindRow,   // the request names a row, existing or not
+};
+
+// Tells where a walk starts and makes `working` an OID of the column's name and `indexLength`
+// sub-identifiers: those of the request where it names a row, else zeros.
+WalkStart BeginWalk(const variable* vp, std::span<const oid> request, std::size_t indexLength,
+                    const char* attachedMessage, WorkingOid& working) {
+    TraceOid("Incoming oid ", request);
+    const std::span<const oid> column(vp->name, vp->namelen);
+    const std::size_t common = std::min(column.size(), request.size());
+    const auto [ofColumn, ofRequest] = std::mismatch(
+        column.begin(), column.begin() + static_cast<std::ptrdiff_t>(common), request.begin());
+    const bool differs = ofColumn != column.begin() + static_cast<std::ptrdiff_t>(common);
+    if (differs && *ofRequest > *ofColumn) {
+        TraceMatchFailed(__LINE__, "OID mismatch");
+        return WalkStart::kPastColumn;
+    }
+    if (differs || request.size() <= column.size()) {
+        TraceLog(kTrace, "First time through or oid just got incremented");
+        FitOIDtoIndexLength(vp, column, indexLength, working);
+        return WalkStart::kFirstRow;
+    }
+    TraceLog(kTrace, "%s", attachedMessage);
+    FitOIDtoIndexLength(vp, request, indexLength, working);
+    return WalkStart::kBehindRow;
+}
+
+// Puts the row's OID in the place of the request. A row that does not lie behind the request ends
+// the walk: a manager would walk in circles otherwise, when rows of an earlier fabric are around.
+int FinishWalk(const WorkingOid& working, oid* name, std::size_t* length) {
+    if (snmp_oid_compare(working.names, working.length, name, *length) <= 0) {
+        TraceMatchFailed(__LINE__, "OID not increasing");
+        return -1;
+    }
+    std::copy_n(working.names, working.length, name);
+    *length = working.length;
+    TraceOid("Outgoing oid ", {name, *length});
+    return 0;
+}
+
+// The sub-identifiers of a unit id within a working OID.
+std::span<oid, WWN_OID_LEN> UnitIdIn(WorkingOid& working, const variable* vp) {
+    return std::span<oid, WWN_OID_LEN>(working.names + vp->namelen, WWN_OID_LEN);
+}
+
+// A table whose rows are numbered from 0 within each unit.
+struct UnitRows {
+    std::uint16_t (*count)(std::uint32_t domain);
+};
+
+// Moves to the first existing row from (unit, row) on, over units without rows. Returns 0, or -1
+// when no unit is left.
+int RollOver(const UnitRows& rows, std::uint16_t& unit, std::uint16_t& row) {
+    for (;; ++unit, row = 0) {
+        std::uint16_t domain = 0;
+        if (GetDomainIdFromIndex(unit, domain) != 0) {
+            TraceLog(kError, "%s %d:Unit Index = %i caused MATCH_FAILED return", kSource, __LINE__,
+                     unit);
+            return -1;
+        }
+        if (row < rows.count(domain)) {
+            return 0;
+        }
+    }
+}
+
+// The common walk over a unit id and a row number + 1.
+int GetNextUnitRow(const UnitRows& rows, const variable* vp, oid* name, std::size_t* length,
+                   std::uint16_t& unit, std::uint16_t& row) {
+    unit = 0;
+    row = 0;
+    WorkingOid working;
+    switch (BeginWalk(vp, {name, *length}, kUnitRowIndexLength,
+                      "Oid already has unit and index values attached", working)) {
+        case WalkStart::kPastColumn:
+            return -1;
+        case WalkStart::kFirstRow:
+            break;
+        case WalkStart::kBehindRow: {
+            const int match = GetWwnIndexFromWwnOID(UnitIdIn(working, vp), unit);
+            if (match < 0) {
+                TraceMatchFailed(__LINE__, "WWN");
+                return -1;
+            }
+            // The OID holds the row number + 1, which is the next row's number already.
+            row = match == 0 ? static_cast<std::uint16_t>(working.names[working.length - 1])
+                             : std::uint16_t{0};
+            break;
+        }
+    }
+    TraceLog(kTrace, "Starting unit index... %i", unit);
+    TraceLog(kTrace, "Starting value index.. %i", row);
+    if (RollOver(rows, unit, row) != 0) {
+        return -1;
+    }
+    TraceLog(kTrace, "Ending unit index..... %i", unit);
+    TraceLog(kTrace, "Ending value index.... %i", row);
+    if (MakeOIDfromIndex(UnitIdIn(working, vp), unit) != 0) {
+        return -1;
+    }
+    working.names[working.length - 1] = oid{row} + 1;
+    return FinishWalk(working, name, length);
+}
+
+}  // namespace
+
+int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit) {
+    unit = 0;
+    WorkingOid working;
+    switch (BeginWalk(vp, {name, *length}, WWN_OID_LEN, "Oid already has WWN attached", working)) {
+        case WalkStart::kPastColumn:
+            return -1;
+        case WalkStart::kFirstRow:
+            break;
+        case WalkStart::kBehindRow: {
+            const int match = GetWwnIndexFromWwnOID(UnitIdIn(working, vp), unit);
+            if (match < 0) {
+                TraceMatchFailed(__LINE__, "GetWwnIndexFromWwnOID");
+                return -1;
+            }
+            if (match == 0) {
+                ++unit;
+            }
+            break;
+        }
+    }
+    TraceLog(kTrace, "Starting unit index... %i", unit);
+    const char* wwn = GetWWNfromIndex(unit);
+    if (wwn == nullptr) {
+        TraceMatchFailed(__LINE__, "GetWWNfromIndex");
+        return -1;
+    }
+    TraceLog(kTrace, "Ending unit index..... %i", unit);
+    TraceLog(kTrace, "Ending WWN............ %s", wwn);
+    MakeOIDfromHexStr(wwn, UnitIdIn(working, vp));
+    return FinishWalk(working, name, length);
+}
+
+int GetNextUnitRevision(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
+                        std::uint16_t& revision) {
+    constexpr UnitRows kRevisions{GetRevisionCount};
+    return GetNextUnitRow(kRevisions, vp, name, length, unit, revision);
+}
+
+}  // namespace snmpmain

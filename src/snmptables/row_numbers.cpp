@@ -1,0 +1,165 @@
+#include "src/snmptables/row_numbers.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "src/base/text.h"
+#include "src/link/link.h"
+#include "src/link/switch_info.h"
+
+namespace snmpmain {
+namespace {
+
+enum class EntryId { kNoBracket, kNoNumber, kFound };
+
+EntryId ReadEntryId(const ReplyText& entry, std::uint32_t& id) {
+    const char* bracket = std::strchr(entry.data(), '[');
+    if (bracket == nullptr) {
+        return EntryId::kNoBracket;
+    }
+    if (!IsDecimalDigit(bracket[1])) {
+        return EntryId::kNoNumber;
+    }
+    id = ReadDecimal(bracket + 1);
+    return EntryId::kFound;
+}
+
+std::uint32_t ChassisOf(std::uint32_t domain) {
+    return std::min(GetChassisCount(domain), kMaxChassis);
+}
+
+std::uint32_t BladesOf(std::uint32_t domain) {
+    return std::min(GetBladeCount(domain), kMaxBlades);
+}
+
+// Counts `row` down by `rows`. True when it lies within them; then it is the number among them.
+bool LiesWithin(std::uint32_t& row, std::uint32_t rows) {
+    if (row < rows) {
+        return true;
+    }
+    row -= rows;
+    return false;
+}
+
+SensorRef MakeRef(std::uint32_t chassis, std::uint32_t blade, std::uint16_t kind,
+                  std::uint32_t number) {
+    return {static_cast<std::uint16_t>(chassis), static_cast<std::uint16_t>(blade), kind,
+            static_cast<std::uint16_t>(number)};
+}
+
+}  // namespace
+
+std::uint16_t GetLogEntryCount(std::uint32_t domain) {
+    ReplyText reply;
+    std::uint32_t count = 0;
+    if (SwitchMgmtQuery(domain, "Get.Oper.Switch.LogEntries", reply, kInteger, &count) != 0) {
+        return 0;
+    }
+    return static_cast<std::uint16_t>(std::min(count, MAX_LOG_ENTRIES));
+}
+
+int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id) {
+    id = 0;
+    ReplyText reply;
+    if (SwitchMgmtQuery(domain, "Get.Oper.Switch.LastLogEntry", reply, kString) != 0) {
+        return 0;
+    }
+    return ReadEntryId(reply, id) == EntryId::kNoNumber ? -1 : 0;
+}
+
+int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id) {
+    id = 0;
+    ReplyText reply;
+    if (SwitchMgmtQuery(domain, "Get.Oper.Switch.FirstLogEntry", reply, kString) != 0) {
+        return 0;
+    }
+    std::uint32_t last = 0;
+    if (ReadEntryId(reply, id) != EntryId::kFound || GetLastLogEntryId(domain, last) != 0) {
+        return -1;
+    }
+    if (last > MAX_LOG_ENTRIES) {
+        id = last - (MAX_LOG_ENTRIES - 1);
+    }
+    return 0;
+}
+
+std::uint16_t GetSensorCount(std::uint32_t domain) {
+    const std::uint32_t chassis = ChassisOf(domain);
+    if (chassis == 0) {
+        return 0;
+    }
+    const std::uint32_t blades = BladesOf(domain);
+    std::uint32_t perChassis = GetPowerSupplyCount(domain) + GetFanCount(domain);
+    perChassis += blades > 1 ? blades : 0;
+    for (std::uint32_t blade = 0; blade < blades; ++blade) {
+        perChassis += 1 + GetTempSensorCount(domain, blade);
+    }
+    return static_cast<std::uint16_t>(chassis * perChassis);
+}
+
+std::uint16_t GetRevisionCount(std::uint32_t domain) {
+    return ChassisOf(domain) == 0 ? std::uint16_t{0}
+                                  : static_cast<std::uint16_t>(BladesOf(domain) + 2);
+}
+
+int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& sensor) {
+    const std::uint32_t chassisCount = ChassisOf(domain);
+    for (std::uint32_t chassis = 0; chassis < chassisCount; ++chassis) {
+        if (LiesWithin(row, GetPowerSupplyCount(domain))) {
+            sensor = MakeRef(chassis, 0, kPowerSupplySensor, row);
+            return 0;
+        }
+        if (LiesWithin(row, GetFanCount(domain))) {
+            sensor = MakeRef(chassis, 0, kFanSensor, row);
+            return 0;
+        }
+        const std::uint32_t blades = BladesOf(domain);
+        if (LiesWithin(row, blades)) {
+            sensor = MakeRef(chassis, row, kBladeTempSensor, 0);
+            return 0;
+        }
+        for (std::uint32_t blade = 0; blade < blades; ++blade) {
+            if (LiesWithin(row, GetTempSensorCount(domain, blade))) {
+                sensor = MakeRef(chassis, blade, kBoardTempSensor, row);
+                return 0;
+            }
+        }
+        if (blades > 1 && LiesWithin(row, blades)) {
+            sensor = MakeRef(chassis, row, kBladeVoltageSensor, 0);
+            return 0;
+        }
+    }
+    return -1;
+}
+
+int GetRevisionFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& revision) {
+    const std::uint32_t chassisCount = ChassisOf(domain);
+    for (std::uint32_t chassis = 0; chassis < chassisCount; ++chassis) {
+        if (row < kBladeRevision || row - kBladeRevision < BladesOf(domain)) {
+            revision = RevisionOfFirstChassis(row);
+            revision.chassis = static_cast<std::uint16_t>(chassis);
+            return 0;
+        }
+        row -= kBladeRevision + BladesOf(domain);
+    }
+    return -1;
+}
+
+SensorRef RevisionOfFirstChassis(std::uint32_t row) {
+    if (row < kBladeRevision) {
+        return MakeRef(0, 0, static_cast<std::uint16_t>(row), 0);
+    }
+    return MakeRef(0, row - kBladeRevision, kBladeRevision, row - kBladeRevision);
+}
+
+int GetModuleAndPort(std::uint32_t domain, std::uint32_t portNumber, std::uint32_t& module,
+                     std::uint32_t& port) {
+    if (portNumber >= GetMaxPorts(domain)) {
+        return -1;
+    }
+    module = 0;
+    port = portNumber;
+    return 0;
+}
+
+}  // namespace snmpmain

@@ -1,0 +1,59 @@
+// What stands behind the plain row numbers of the event, sensor, revision and port tables of a
+// unit. Nothing is kept here: every call asks the unit, or the switch information for its counts.
+// Main thread only.
+#pragma once
+
+#include <cstdint>
+
+namespace snmpmain {
+
+// The agent shows at most this many log entries of a unit, the newest.
+constexpr std::uint32_t MAX_LOG_ENTRIES = 30;
+
+// What a sensor or revision row refers to. The kinds of the two tables differ.
+struct SensorRef {
+    std::uint16_t chassis;
+    std::uint16_t blade;
+    std::uint16_t kind;
+    std::uint16_t number;  // within the kind, from 0
+};
+
+constexpr std::uint16_t kPowerSupplySensor = 0;
+constexpr std::uint16_t kFanSensor = 1;
+constexpr std::uint16_t kBladeTempSensor = 2;     // temperature status, one per blade
+constexpr std::uint16_t kBoardTempSensor = 3;     // temperature readings of a blade
+constexpr std::uint16_t kBladeVoltageSensor = 4;  // voltage status, where there are several blades
+
+constexpr std::uint16_t kActiveFirmwareRevision = 0;
+constexpr std::uint16_t kFlasherRevision = 1;
+constexpr std::uint16_t kBladeRevision = 2;
+
+// Entries in a unit's log that the agent shows, at most MAX_LOG_ENTRIES; 0 when the unit does not
+// answer. "Get.Oper.Switch.LogEntries"
+std::uint16_t GetLogEntryCount(std::uint32_t domain);
+
+// Id of the newest log entry, from the text behind its first "[": 0 when there is none or the unit
+// does not answer. Returns -1 when no number follows the "[". "Get.Oper.Switch.LastLogEntry"
+int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id);
+
+// Id of the oldest log entry shown, 0 when the unit does not answer. Returns -1 when the entry
+// carries no id or the newest one's cannot be had. "Get.Oper.Switch.FirstLogEntry"
+int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id);
+
+// Rows of the sensor and revision tables of a unit.
+std::uint16_t GetSensorCount(std::uint32_t domain);
+std::uint16_t GetRevisionCount(std::uint32_t domain);
+
+// What the row (counted from 0) refers to. Returns 0, or -1 past the last row.
+int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& sensor);
+int GetRevisionFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& revision);
+
+// What a revision row below GetRevisionCount refers to, without asking anything.
+SensorRef RevisionOfFirstChassis(std::uint32_t row);
+
+// Module (always 0) and port behind a port number of a unit. Returns 0, or -1 when the unit has no
+// such port.
+int GetModuleAndPort(std::uint32_t domain, std::uint32_t portNumber, std::uint32_t& module,
+                     std::uint32_t& port);
+
+}  // namespace snmpmain

@@ -1,0 +1,131 @@
+// connUnitTbl: the switches of the fabric, one row per domain that answers. A row's position is the
+// unit index of every per-unit MIB table; its WWN is the index that managers see. Main thread only.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "src/link/notify_queue.h"
+#include "src/link/switch_info.h"
+
+namespace snmpmain {
+
+constexpr std::uint16_t MAX_CONN_UNITS = 256;
+
+// connUnitStatus codes.
+constexpr std::uint16_t kUnitUnknown = 1;
+constexpr std::uint16_t kUnitOk = 3;
+constexpr std::uint16_t kUnitWarning = 4;
+constexpr std::uint16_t kUnitFailed = 5;
+
+struct ConnUnitEntry {
+    std::uint16_t domainId;      // 0 ends the table for lookups by domain id
+    std::uint32_t fcAddress;     // Fibre Channel address, from the reply to the probe
+    std::uint16_t status;        // connUnitStatus code, as last computed
+    char wwn[kWwnTextSize];      // as switch management gives it; "" marks an unused row
+    std::uint32_t reset;         // 1 while a reset that a manager asked for is under way
+    std::uint32_t eventSupport;  // 1 when the unit accepts private events
+};
+
+// The rows, sorted by WWN; the row behind the last has domain id 0 and no WWN. Rows further on may
+// still hold units of an earlier, larger fabric: lookups by WWN see them, other lookups do not.
+extern std::array<ConnUnitEntry, MAX_CONN_UNITS> connUnitTbl;
+
+// ---- maintenance ----
+
+// Empties the table; part of start-up.
+void ResetConnUnitTable();
+
+// Empties the table and walks the fabric once; announces it on standard output. Returns 0 or -1.
+int InitConnUnitTable();
+
+// Walks the fabric once: waits for switch management as long as it takes, asks for every domain,
+// probes the units (the local one only, unless proxying is enabled) and replaces the table. Returns
+// 0, or -1 with the table as it was.
+int UpdateConnUnitTable();
+
+// The walk with up to three repetitions, one second apart, with notifications off meanwhile.
+// Returns 0, or -1 (and a line in the system log) when the third walk failed as well.
+int RefreshConnUnitTable();
+
+// Probes one unit and completes its row. Returns 0 or -1.
+int HelloUnit(std::uint16_t domain, ConnUnitEntry& row);
+
+// One step of the background refresh of the units' statuses; does nothing unless
+// `unitStatusRefreshPending`. Always 0.
+int RefreshNextUnitStatus();
+
+// Writes a table to the diagnostic log, level 0.
+void DumpConnUnitTable(const std::array<ConnUnitEntry, MAX_CONN_UNITS>& table);
+
+// 1 while statuses of units remain to be read after a walk.
+extern std::uint16_t unitStatusRefreshPending;
+
+// What a walk asks of the modules above. The departure handler receives one record {local domain,
+// kind 38, WWN} when a unit has left the fabric; the registration handler turns notifications of
+// all units on (true) or of the remote ones off (false). Null for none.
+constexpr std::uint16_t kUnitDeletedKind = 38;
+void SetDepartureHandler(void (*handler)(const NotificationRecord& record));
+void SetRegistrationHandler(int (*handler)(bool on));
+
+// ---- lookups ----
+// Results are 0, or -1 (logged at level 1 by those with a message). Those that take domain id 0 for
+// the local switch say so.
+
+// Number of units: the rows in use from the first on.
+std::uint16_t GetUnitCount();
+
+// The WWN text of a row, or null.
+const char* GetWWNfromIndex(std::uint32_t index);
+// `domain` becomes 0 on failure.
+int GetDomainIdFromIndex(std::uint32_t index, std::uint16_t& domain);
+int GetIndexFromWwn(const char* wwn, std::uint16_t& index);
+int GetDomainIdFromWwn(const char* wwn, std::uint16_t& domain);
+// 0 is the local switch.
+int GetIndexFromDomainId(std::uint32_t domain, std::uint16_t& index);
+// The WWN text, or null. 0 is the local switch.
+const char* GetWwnFromDomainId(std::uint32_t domain);
+// The address, or 0xFFFFFFFF. 0 is the local switch.
+std::uint32_t GetFcAddressFromDomainId(std::uint32_t domain);
+
+// 0 is not taken for the local switch.
+int GetUnitStatus(std::uint32_t domain, std::uint16_t& status);
+int SetUnitStatus(std::uint32_t domain, std::uint16_t status);
+
+// 0 is the local switch in the getter, but not in the setter. The setter takes 0 and 1.
+int GetUnitReset(std::uint32_t domain, std::uint32_t& reset);
+int SetUnitReset(std::uint32_t domain, std::uint32_t reset);
+
+// The flag of a row, used or not; -1 beyond the table.
+std::int32_t GetUnitEventSupport(std::uint32_t index);
+
+struct FlatPort {
+    std::uint16_t domain;
+    std::uint16_t unitIndex;
+    std::uint32_t port;  // within the unit
+};
+
+// Finds a port counted through all units in row order. Returns 0 or -1.
+int GetUnitAndPortFromFlatPort(std::uint32_t flatPort, FlatPort& found);
+
+// ---- order ----
+
+using WwnBytes = std::array<std::uint8_t, 8>;
+
+// The bytes that a WWN text stands for, 0 where the text is short.
+WwnBytes BytesOfWwn(const char* wwn);
+
+// Rows 0 to GetAscendingRows() - 1 are in use with ascending WWN bytes, so that a search may halve
+// them; rows in use from there up to GetRowsEnd() are in any order.
+std::uint16_t GetAscendingRows();
+std::uint16_t GetRowsEnd();
+
+// ---- the fabric ----
+
+// Sends a command to every other unit that accepts private events; results are ignored.
+void BroadcastToFabric(const char* command);
+
+// Whether a port number is below the port count of the local switch's row in the table.
+bool IsPortOfLocalUnit(std::uint32_t port);
+
+}  // namespace snmpmain

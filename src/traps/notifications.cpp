@@ -1,0 +1,170 @@
+#include "src/traps/notifications.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cstring>
+
+#include "src/base/byte_order.h"
+#include "src/base/clock.h"
+#include "src/base/system_log.h"
+#include "src/base/text.h"
+#include "src/base/trace_log.h"
+#include "src/link/frame.h"
+#include "src/link/log_level.h"
+#include "src/link/notify_queue.h"
+#include "src/link/switch_info.h"
+#include "src/snmptables/unit_table.h"
+#include "src/traps/event_kinds.h"
+
+namespace snmpmain {
+namespace {
+
+constexpr std::size_t kMinFrameSize = 20;
+constexpr std::size_t kMaxFrameSize = 524;
+constexpr std::size_t kChecksumSize = 4;
+constexpr std::size_t kShortestPayload = 4;
+constexpr std::size_t kLongestPayload = 524;
+constexpr std::uint16_t kInteropDomainOffset = 96;
+constexpr int kRefreshAttempts = 4;
+
+using NotificationText = std::array<char, kNotificationTextSize>;
+
+// Kinds that the dispatch looks at.
+enum Kind : std::uint16_t {
+    kSnmpConfig = 1,
+    kSwitchConfig = 2,
+    kFabricOper = 5,
+    kSwitchOper = 12,
+    kSwitchState = 13,
+    kSwitchReset = 17,
+    kPrivateEvent = 32,
+    kSwitchInfo = 36,
+};
+
+int ExtractNotificationPayload(std::span<const std::uint8_t> frame, NotificationText& text) {
+    const std::size_t length = std::size_t{LoadBig16(&frame[10])} - kChecksumSize;
+    if (length < kShortestPayload || length > kLongestPayload) {
+        TraceLog(kError, "Trap payload garbage");
+        return -1;
+    }
+    // A frame may claim more than it carries.
+    const std::size_t carried = std::min(length, frame.size() - kHeaderSize);
+    const std::size_t copied = std::min(carried, text.size() - 1);
+    std::memcpy(text.data(), &frame[kHeaderSize], copied);
+    text[copied] = '\0';
+    return 0;
+}
+
+std::uint16_t DomainOfNotification(std::span<const std::uint8_t> frame) {
+    std::uint16_t domain = LoadBig16(&frame[4]);
+    if (GetMergeMode() == kMergeInterop2 && domain > kInteropDomainOffset) {
+        domain = static_cast<std::uint16_t>(domain - kInteropDomainOffset);
+    }
+    return domain == 0 ? static_cast<std::uint16_t>(GetLocalDomainId()) : domain;
+}
+
+// The number that begins a text, behind blanks.
+std::uint16_t LeadingNumber(const char* text) {
+    return static_cast<std::uint16_t>(ReadDecimal(text + std::strspn(text, " \t\n\v\f\r")));
+}
+
+// Change notices carry nothing to read: give them the time and their kind's name.
+void Decorate(const EventKind& kind, NotificationText& text) {
+    NotificationText decoration;
+    FormatText(decoration, ";[%s][0][0x0][%s]\n", DateTimeString(), kind.name);
+    AppendText(text.data(), text.size(), decoration.data());
+}
+
+void RefreshSwitchInfo() {
+    TraceLog(kTrace, "Refreshing switch information");
+    int attempts = 1;
+    while (InitSwitchInfo() != 0 && attempts < kRefreshAttempts) {
+        ++attempts;
+        ::sleep(1);
+    }
+    // Needing the last attempt is reported even when it succeeded.
+    if (attempts == kRefreshAttempts) {
+        SystemLog("SNMP:Failed to properly update cache!\n");
+    }
+}
+
+void RefreshForKind(const NotificationRecord& record) {
+    const bool local = record.domainId == GetLocalDomainId();
+    switch (record.kind) {
+        case kSnmpConfig:
+            if (local) {
+                RefreshConnUnitTable();
+            }
+            break;
+        case kSwitchConfig:
+            if (!local) {
+                RefreshConnUnitTable();
+            }
+            break;
+        case kFabricOper:
+        case kSwitchState:
+        case kSwitchReset:
+            RefreshConnUnitTable();
+            break;
+        case kSwitchOper:
+            InitLogLevel();
+            break;
+        case kPrivateEvent:
+            if (std::strstr(record.text, "Fabric update") != nullptr) {
+                RefreshConnUnitTable();
+            }
+            break;
+        case kSwitchInfo:
+            RefreshSwitchInfo();
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace
+
+int HandleIncomingNotification(std::span<const std::uint8_t> frame) {
+    if (frame.size() < kMinFrameSize || frame.size() > kMaxFrameSize) {
+        TraceLog(kError, "Incoming notification error. Buffer size: %i. Dropping message.\n",
+                 static_cast<int>(frame.size()));
+        return -1;
+    }
+    NotificationText text;
+    if (ExtractNotificationPayload(frame, text) != 0) {
+        TraceLog(kError, "Incoming notification error. Parsing error. Dropping message.\n");
+        return -1;
+    }
+    const std::uint16_t domain = DomainOfNotification(frame);
+    const std::uint16_t kind = LeadingNumber(text.data());
+    if (kind < kFirstEventKind || kind > kLastEventKind) {
+        TraceLog(kError, "Invalid trap index:%d. Dropping message", kind);
+        return -1;
+    }
+    if (const EventKind& known = GetEventKind(kind); known.severity > kNotifySeverity) {
+        Decorate(known, text);
+    }
+    TraceLog(kTrace, "%-3d<< %s", domain, text.data());
+
+    NotificationRecord record{};
+    record.domainId = domain;
+    record.kind = kind;
+    CopyText(record.text, sizeof(record.text), text.data());
+    NotifyQueue::Put(record);
+    return 0;
+}
+
+void DispatchNotification() {
+    NotificationRecord record;
+    NotifyQueue::Get(record);
+    RefreshForKind(record);
+    std::uint16_t index = 0;
+    if (GetIndexFromDomainId(record.domainId, index) != 0) {
+        SystemLog("SNMP:Previously unknown switch joined the fabric. DomainId:%d\n",
+                  record.domainId);
+        RefreshConnUnitTable();
+    }
+}
+
+}  // namespace snmpmain
