@@ -54,7 +54,7 @@ agentXSocket $STACK_ROOT/var/agentx/master
 rocommunity public
 rwcommunity private
 EOF
-    stack_start snmpd snmpd -f -LE 4 -C -c "$STACK_ROOT/snmpd.conf" -p "$STACK_ROOT/var/run/snmpd.pid" \
+    stack_start snmpd snmpd -f -LE 4 -I -smux -C -c "$STACK_ROOT/snmpd.conf" -p "$STACK_ROOT/var/run/snmpd.pid" \
         "udp:$STACK_MANAGER"
     wait_until 10 "snmpd" test -S "$STACK_ROOT/var/agentx/master"
 }

@@ -26,4 +26,7 @@ extern const std::span<const Column> kPortStatisticsColumns;    // 4.5.1.c
 extern const std::span<const Column> kNameServerColumns;        // 5.2.1.1.c
 extern const std::span<const Column> kPlatformColumns;          // 5.2.2.1.c
 
+// Writes the records of the whole MIB in the order of registration and returns their number.
+std::size_t MakeFcmgmtVariables(std::span<variable7> variables);
+
 }  // namespace snmpmain::fcmgmt

@@ -55,6 +55,10 @@ int NextRevision(const HandlerCall& call, Instance& instance) {
 
 }  // namespace
 
+std::size_t fcmgmt::MakeFcmgmtVariables(std::span<variable7> variables) {
+    return MakeVariables(kGroups, variables);
+}
+
 u_char* var_fcmgmt(variable* vp, oid* name, std::size_t* length, int exact,
                    std::size_t* valueLength, WriteMethod** writeMethod) {
     static const std::array kColumns{fcmgmt::kConnSetScalars, fcmgmt::kTrapRegScalars,
@@ -84,7 +88,7 @@ u_char* var_fcmgmt_empty(variable*, oid*, std::size_t*, int, std::size_t* valueL
 
 void init_fcmgmt() {
     static std::array<variable7, kVariableCount> fcmgmt_variables{};
-    const std::size_t count = MakeVariables(kGroups, fcmgmt_variables);
+    const std::size_t count = fcmgmt::MakeFcmgmtVariables(fcmgmt_variables);
     const int registered = register_mib(
         "fcmgmt", reinterpret_cast<variable*>(fcmgmt_variables.data()), sizeof(variable7), count,
         fcmgmt_variables_oid, std::size(fcmgmt_variables_oid));

@@ -1,0 +1,69 @@
+// Command texts (without their "Get." or "Set." prefix) to reply texts.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "sim/fabric.h"
+
+namespace sim {
+
+/// The number after "#" in the reply to a command that failed.
+enum class CommandError {
+    kUnknownCommand = 1,  // no switch knows this path
+    kNoSuchEntry = 2,     // an index or key that is not there; also the end of a list
+    kNotSupported = 3,    // a Set that the simulator does not carry out
+    kNeedsAdmin = 4,      // kept for changes outside the admin bracket
+    kBadValue = 5,        // kept for changes to an impossible value
+    kRefused = 6,         // a private event at a switch that takes none
+    kFailed = 7,          // a query that the fabric's `values` make fail
+};
+
+/// "#2" and the like.
+std::string ErrorText(CommandError error);
+
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+        return std::hash<std::string_view>{}(text);
+    }
+};
+/// Path to reply text.
+using ReplyMap = std::unordered_map<std::string, std::string, TextHash, std::equal_to<>>;
+
+/// What the given switch answers about itself, its `values` included, and what every switch
+/// answers about the fabric. Only what moves with the time or stands in a sparse list is left out.
+ReplyMap RenderSwitch(const Fabric& fabric, const Switch& unit);
+ReplyMap RenderFabric(const Fabric& fabric);
+
+/// Answers commands from rendered replies. A switch is rendered when it is first asked, so that a
+/// query costs one or two look-ups. The fabric must outlive this; one thread at a time.
+class Commands {
+  public:
+    explicit Commands(const Fabric& fabric);
+
+    /// To be called after every change of the fabric.
+    void Forget();
+
+    /// The switch of a domain (0 = the local one), or none.
+    const Switch* Find(std::uint32_t domain) const;
+
+    /// `runningSeconds`: since the simulation began; it is added to the switch's uptime.
+    std::string Get(const Switch& unit, std::string_view path, std::uint32_t runningSeconds);
+    std::string Set(const Switch& unit, std::string_view text) const;
+
+  private:
+    std::string GetUnrendered(const Switch& unit, std::string_view path,
+                              std::uint32_t runningSeconds) const;
+
+    const Fabric& fabric_;
+    std::array<const Switch*, 256> byDomain_{};
+    std::array<std::unique_ptr<ReplyMap>, 256> rendered_;
+    std::unique_ptr<ReplyMap> fabricWide_;
+};
+
+}  // namespace sim

@@ -1,0 +1,121 @@
+// switchsim: switch management of a whole fabric on one loopback address.
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "sim/server.h"
+
+namespace {
+
+struct Options {
+    std::string listen = "127.0.0.1";
+    std::string fabricFile;
+    unsigned domains = 0;  // 0: not given
+    bool printFabric = false;
+    bool log = false;
+    std::vector<std::uint16_t> silentDomains;
+    sim::Faults faults;
+};
+
+void Declare(CLI::App& app, Options& options) {
+    app.add_option("--listen", options.listen, "Address in 127.0.0.0/8 to listen on, port 5001")
+        ->capture_default_str();
+    auto* file = app.add_option("--fabric", options.fabricFile, "Fabric file (TOML)");
+    app.add_option("--domains", options.domains, "Generate a fabric of so many switches")
+        ->check(CLI::Range(1u, sim::kMaxSwitches))
+        ->excludes(file);
+    app.add_flag("--print-fabric", options.printFabric, "Print the fabric as a file and end");
+    app.add_flag("--log", options.log, "Print one line per command");
+    app.add_option("--silent-domain", options.silentDomains, "A switch that never answers");
+
+    const auto probability = [&](const char* name, double& value, const char* what) {
+        app.add_option(name, value, what)->check(CLI::Range(0.0, 1.0))->group("Faults (P is 0..1)");
+    };
+    sim::Faults& faults = options.faults;
+    probability("--lose", faults.lose, "Probability P that a reply is not sent");
+    app.add_option("--delay", faults.delayMs, "Milliseconds before each reply")
+        ->group("Faults (P is 0..1)");
+    probability("--duplicate", faults.duplicate, "Probability P that a reply is sent twice");
+    probability("--reorder", faults.reorder, "Probability P that a reply follows the next one");
+    probability("--wrong-sequence", faults.wrongSequence,
+                "Probability P that a stray reply comes before the real one");
+    probability("--status-byte", faults.statusByte,
+                "Probability P that a reply carries a status byte");
+    app.add_option("--seed", faults.seed, "Seed of the dice")
+        ->capture_default_str()
+        ->group("Faults (P is 0..1)");
+}
+
+sim::Fabric ChooseFabric(const Options& options) {
+    sim::Fabric fabric = !options.fabricFile.empty() ? sim::LoadFabric(options.fabricFile)
+                         : options.domains > 0       ? sim::GenerateFabric(options.domains)
+                                                     : sim::DefaultFabric();
+    for (const std::uint16_t domain : options.silentDomains) {
+        sim::Switch* unit = fabric.Find(domain);
+        if (unit == nullptr) {
+            throw std::out_of_range("--silent-domain: no switch has domain " +
+                                    std::to_string(domain));
+        }
+        unit->silent = true;
+    }
+    return fabric;
+}
+
+void Run(const Options& options) {
+    // The signals are taken by sigwait below, so no thread may be interrupted by them.
+    sigset_t ends;
+    sigemptyset(&ends);
+    sigaddset(&ends, SIGINT);
+    sigaddset(&ends, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &ends, nullptr);
+
+    const sim::Fabric fabric = ChooseFabric(options);
+    if (options.printFabric) {
+        std::fputs(sim::PrintFabric(fabric).c_str(), stdout);
+        return;
+    }
+    sim::Server server(fabric, options.listen, options.faults);
+    server.SetRecording(false);
+    if (options.log) {
+        server.SetLog([](const std::string& line) { std::printf("%s\n", line.c_str()); });
+    }
+    std::printf("switchsim: listening on %s:%u, %zu switches, local domain %u\n",
+                options.listen.c_str(), unsigned{sim::kPort}, fabric.switches.size(),
+                unsigned{fabric.localDomain});
+    int signal = 0;
+    sigwait(&ends, &signal);
+    server.Stop();
+    const sim::Totals totals = server.GetTotals();
+    std::fprintf(stderr,
+                 "switchsim: %llu requests answered, %llu not answered, %llu frames refused\n",
+                 static_cast<unsigned long long>(totals.answered),
+                 static_cast<unsigned long long>(totals.unanswered),
+                 static_cast<unsigned long long>(totals.refused));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    CLI::App app("switchsim: simulates the switch management of a Fibre Channel fabric",
+                 "switchsim");
+    Options options;
+    Declare(app, options);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
+    try {
+        Run(options);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "switchsim: %s\n", error.what());
+        return EXIT_FAILURE;
+    }
+    return EXIT_SUCCESS;
+}

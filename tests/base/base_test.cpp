@@ -1,0 +1,81 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+#include <string>
+
+#include "src/base/clock.h"
+#include "src/base/text.h"
+#include "src/base/trace_log.h"
+
+namespace snmpmain {
+namespace {
+
+TEST(Text, CopyAndAppendTerminateAndTellTheWholeLength) {
+    char buffer[8];
+    std::memset(buffer, 'x', sizeof(buffer));
+    EXPECT_EQ(CopyText(buffer, 4, "abcdef"), 6u);
+    EXPECT_STREQ(buffer, "abc");
+    EXPECT_EQ(buffer[4], 'x');
+    EXPECT_EQ(AppendText(buffer, 6, "defg"), 7u);
+    EXPECT_STREQ(buffer, "abcde");
+    EXPECT_EQ(buffer[6], 'x');
+    EXPECT_EQ(CopyText(buffer, 0, "abc"), 3u);
+    EXPECT_EQ(AppendText(buffer, 3, "z"), 4u);  // not terminated within its size: left alone
+    EXPECT_STREQ(buffer, "abcde");
+}
+
+TEST(Text, FormatIsCutAtTheBuffer) {
+    std::array<char, 6> buffer;
+    EXPECT_EQ(FormatText(buffer, "%s", "abcdefgh"), 5);
+    EXPECT_STREQ(buffer.data(), "abcde");
+    EXPECT_EQ(FormatText(std::span<char>(), "%s", "abc"), 0);
+}
+
+TEST(Text, DecimalsSaturateOnEveryWordSize) {
+    EXPECT_EQ(ReadDecimal("4294967295"), 4294967295u);
+    EXPECT_EQ(ReadDecimal("4294967296"), 4294967295u);
+    EXPECT_EQ(ReadDecimal("99999999999999999999999999"), 4294967295u);
+    EXPECT_EQ(ReadDecimal("12abc"), 12u);
+    EXPECT_EQ(ReadDecimal(" 12"), 0u);
+    EXPECT_EQ(ReadDecimal("-1"), 0u);
+}
+
+TEST(Text, HexPairsReadAsFarAsTheyAreHexadecimal) {
+    EXPECT_EQ(ReadHexPair("fF"), 0xFF);
+    EXPECT_EQ(ReadHexPair("1g"), 0x01);
+    EXPECT_EQ(ReadHexPair("g1"), 0x00);
+    EXPECT_EQ(ReadHexPair("a"), 0x0A);
+    EXPECT_EQ(ReadHexPair(""), 0x00);
+}
+
+TEST(Clock, StampsHaveTheirShape) {
+    const std::string stamp = ClockStamp();
+    ASSERT_EQ(stamp.size(), 10u);
+    EXPECT_EQ(stamp.front(), '[');
+    EXPECT_EQ(stamp.back(), ']');
+    EXPECT_GE(std::strlen(DateTimeString()), 24u);
+}
+
+TEST(TraceLog, MessagesAreCutAtTheBuffer) {
+    ResetTraceLog();
+    EXPECT_EQ(TraceLog(kSevere, "%s", std::string(5000, 'x').c_str()), 511);
+    EXPECT_EQ(TraceLog(kTrace, "%-3d>> %s", 7, "Get.A"), 11);
+}
+
+TEST(TraceLog, PassesNothingUntilOpenedAndThenByLevel) {
+    ResetTraceLog();
+    SetDiagnosticLevel(kTrace);
+    EXPECT_FALSE(IsTraced(kSevere));
+    ResetTraceLog();
+    OpenTraceLog();
+    EXPECT_FALSE(IsTraced(kSevere));  // the level is still the silent one
+    SetDiagnosticLevel(kError);
+    EXPECT_TRUE(IsTraced(kSevere));
+    EXPECT_TRUE(IsTraced(kError));
+    EXPECT_FALSE(IsTraced(kTrace));
+    ResetTraceLog();
+}
+
+}  // namespace
+}  // namespace snmpmain

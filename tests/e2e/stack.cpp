@@ -1,0 +1,265 @@
+#include "tests/e2e/stack.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+namespace e2e {
+namespace {
+
+constexpr const char* kSnmpPort = "1161";
+
+std::string LoopbackAddress() {
+    const int pid = ::getpid();
+    return "127." + std::to_string(160 + (pid >> 14) % 64) + "." + std::to_string(pid >> 7 & 127) +
+           "." + std::to_string(1 + (pid & 127));
+}
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream file(path);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+[[noreturn]] void Become(const Words& command, const Words& environment, int output) {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // nothing outlives the test, however it ends
+    ::dup2(output, STDOUT_FILENO);
+    ::dup2(output, STDERR_FILENO);
+    for (const std::string& setting : environment) {
+        ::putenv(const_cast<char*>(setting.c_str()));
+    }
+    std::vector<char*> argv;
+    for (const std::string& word : command) {
+        argv.push_back(const_cast<char*>(word.c_str()));
+    }
+    argv.push_back(nullptr);
+    ::execvp(argv[0], argv.data());
+    ::_exit(127);
+}
+
+int StatusOf(int waitStatus) {
+    return WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : 128 + WTERMSIG(waitStatus);
+}
+
+Values ParseValues(const std::string& output) {
+    Values values;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t equals = line.find(" = ");
+        if (line.starts_with(".") && equals != std::string::npos) {
+            std::string value = line.substr(equals + 3);
+            value.erase(value.find_last_not_of(' ') + 1);
+            values.emplace_back(line.substr(0, equals), value);
+        } else if (!values.empty() && !line.empty()) {
+            values.back().second += " " + line;  // long octet strings go on in the next line
+            values.back().second.erase(values.back().second.find_last_not_of(' ') + 1);
+        }
+    }
+    return values;
+}
+
+}  // namespace
+
+bool Within(double seconds, const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}
+
+Finished RunProgram(const Words& command) {
+    int ends[2];
+    EXPECT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        Become(command, {}, ends[1]);
+    }
+    ::close(ends[1]);
+    Finished finished{};
+    char buffer[4096];
+    for (ssize_t count; (count = ::read(ends[0], buffer, sizeof(buffer))) > 0;) {
+        finished.output.append(buffer, static_cast<std::size_t>(count));
+    }
+    ::close(ends[0]);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    finished.status = StatusOf(status);
+    return finished;
+}
+
+Stack::Stack() : address_(LoopbackAddress()) {
+    char name[] = "/tmp/snmpmain_e2e.XXXXXX";
+    root_ = ::mkdtemp(name);
+    std::filesystem::create_directories(Path("var/agentx"));
+    std::filesystem::create_directories(Path("persistent"));
+    // The tools and snmpd read no settings of this machine.
+    ::setenv("SNMPCONFPATH", root_.c_str(), 1);
+    ::setenv("SNMP_PERSISTENT_DIR", Path("persistent").c_str(), 1);
+    ::setenv("MIBS", "", 1);
+}
+
+Stack::~Stack() {
+    if (testing::Test::HasFailure()) {
+        for (const auto& [name, pid] : processes_) {
+            std::printf("--- %s\n%s\n", name.c_str(), Output(name).c_str());
+        }
+    }
+    while (!processes_.empty()) {
+        Stop(processes_.begin()->first, SIGKILL);
+    }
+    std::filesystem::remove_all(root_);
+}
+
+std::string Stack::Path(const std::string& name) const {
+    return root_ + "/" + name;
+}
+
+const std::string& Stack::Address() const {
+    return address_;
+}
+
+void Stack::Start(const std::string& name, const Words& command, const Words& environment) {
+    const int output =
+        ::open(Path(name + ".log").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        Become(command, environment, output);
+    }
+    ::close(output);
+    processes_[name] = child;
+}
+
+void Stack::StartSwitch(sim::Fabric fabric, sim::Faults faults) {
+    switch_ = std::make_unique<sim::Server>(std::move(fabric), address_, faults);
+}
+
+void Stack::StartSimulatorProgram(const Words& options) {
+    Words command = {SIMULATOR_PROGRAM, "--listen", address_};
+    command.insert(command.end(), options.begin(), options.end());
+    Start("switchsim", command);
+}
+
+sim::Server& Stack::Switch() {
+    return *switch_;
+}
+
+void Stack::StartSnmpd() {
+    std::ofstream(Path("snmpd.conf")) << "master agentx\n"
+                                      << "agentXSocket " << Path("var/agentx/master") << "\n"
+                                      << "rocommunity public\nrwcommunity private\n";
+    Start("snmpd",
+          {"/usr/sbin/snmpd", "-f", "-LE", "4", "-I", "-smux", "-C", "-c", Path("snmpd.conf"), "-p",
+           Path("snmpd.pid"), "udp:" + address_ + ":" + kSnmpPort});
+    const std::string upTime = ".1.3.6.1.2.1.1.3.0";
+    EXPECT_TRUE(Within(10, [&] {
+        return RunProgram({"snmpget", "-v2c", "-c", "public", "-r", "0", "-t", "0.2",
+                           address_ + ":" + kSnmpPort, upTime})
+                   .status == 0;
+    })) << "snmpd does not answer";
+}
+
+void Stack::StartAgent(const Words& environment) {
+    Words all = {"SNMPMAIN_ROOT=" + root_};
+    all.insert(all.end(), environment.begin(), environment.end());
+    Start("snmpmain", {AGENT_PROGRAM, "--remote", address_, "--notrap"}, all);
+}
+
+bool Stack::AwaitAgent(double seconds) {
+    return Within(seconds, [this] {
+        return Output("snmpmain").find("up and running") != std::string::npos &&
+               GetOne(kFcmgmt + ".1.1.0").starts_with("INTEGER");
+    });
+}
+
+void Stack::StartAll() {
+    if (switch_ == nullptr && !processes_.contains("switchsim")) {
+        StartSwitch();
+    }
+    StartSnmpd();
+    StartAgent();
+    ASSERT_TRUE(AwaitAgent());
+}
+
+void Stack::Signal(const std::string& name, int number) {
+    ASSERT_EQ(::kill(processes_.at(name), number), 0);
+}
+
+void Stack::Stop(const std::string& name, int number) {
+    const int pid = processes_.at(name);
+    ::kill(pid, number);
+    ::kill(pid, SIGCONT);
+    ::waitpid(pid, nullptr, 0);
+    processes_.erase(name);
+}
+
+bool Stack::IsRunning(const std::string& name) {
+    siginfo_t ended{};
+    ::waitid(P_PID, static_cast<id_t>(processes_.at(name)), &ended, WEXITED | WNOHANG | WNOWAIT);
+    return ended.si_pid == 0;
+}
+
+int Stack::ProcessId(const std::string& name) const {
+    return processes_.at(name);
+}
+
+std::string Stack::Output(const std::string& name) const {
+    return ReadFile(Path(name + ".log"));
+}
+
+Words Stack::Manager(const std::string& tool) const {
+    return {tool,  "-v2c", "-c", "private", "-On", "-Ox",
+            "-Ot", "-r",   "0",  "-t",      "25",  address_ + ":" + kSnmpPort};
+}
+
+Values Stack::Get(const Words& oids) const {
+    Words command = Manager("snmpget");
+    command.insert(command.end(), oids.begin(), oids.end());
+    return ParseValues(RunProgram(command).output);
+}
+
+std::string Stack::GetOne(const std::string& oid) const {
+    const Values values = Get({oid});
+    return values.empty() ? "no answer" : values[0].second;
+}
+
+Values Stack::GetNext(const Words& oids) const {
+    Words command = Manager("snmpgetnext");
+    command.insert(command.end(), oids.begin(), oids.end());
+    return ParseValues(RunProgram(command).output);
+}
+
+Values Stack::Walk(const std::string& oid) const {
+    Words command = Manager("snmpwalk");
+    command.push_back(oid);
+    return ParseValues(RunProgram(command).output);
+}
+
+Values Stack::BulkWalk(const std::string& oid) const {
+    Words command = Manager("snmpbulkwalk");
+    command.push_back(oid);
+    return ParseValues(RunProgram(command).output);
+}
+
+Finished Stack::Set(const Words& assignments) const {
+    Words command = Manager("snmpset");
+    command.insert(command.end(), assignments.begin(), assignments.end());
+    return RunProgram(command);
+}
+
+}  // namespace e2e

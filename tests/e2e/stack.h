@@ -1,0 +1,93 @@
+// The processes of an end-to-end test: the real snmpd, the agent's program and a switch, in a
+// folder and on a loopback address of their own, and a manager's view of them. Everything that a
+// stack started ends with it.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "sim/server.h"
+
+namespace e2e {
+
+using Words = std::vector<std::string>;
+
+// OID and value, both as net-snmp's tools print them: ".1.3.6...", "INTEGER: 4".
+using Value = std::pair<std::string, std::string>;
+using Values = std::vector<Value>;
+
+inline const std::string kFcmgmt = ".1.3.6.1.3.94";
+inline const std::string kUnits = kFcmgmt + ".1.6.1";
+inline const std::string kRevisions = kFcmgmt + ".1.7.1";
+inline const std::string kNoInstance = "No Such Instance currently exists at this OID";
+
+// Polls until `condition` holds; false when it does not within the time.
+bool Within(double seconds, const std::function<bool()>& condition);
+
+// Runs a program to its end. Its standard output and error are returned.
+struct Finished {
+    int status;  // exit status, or 128 + the signal that ended it
+    std::string output;
+};
+Finished RunProgram(const Words& command);
+
+class Stack {
+  public:
+    Stack();
+    ~Stack();
+    Stack(const Stack&) = delete;
+    Stack& operator=(const Stack&) = delete;
+
+    // A switch in this process, and the program; a stack has one or the other.
+    void StartSwitch(sim::Fabric fabric = sim::DefaultFabric(), sim::Faults faults = {});
+    void StartSimulatorProgram(const Words& options);
+    sim::Server& Switch();
+
+    // Starts the daemon and waits until it answers.
+    void StartSnmpd();
+    // Starts the agent; `AwaitAgent` waits until it serves requests.
+    void StartAgent(const Words& environment = {});
+    bool AwaitAgent(double seconds = 20);
+    void StartAll();
+
+    // By name: "snmpd", "snmpmain", "switchsim".
+    void Signal(const std::string& name, int number);
+    void Stop(const std::string& name, int number = 15);
+    bool IsRunning(const std::string& name);
+    int ProcessId(const std::string& name) const;
+    std::string Output(const std::string& name) const;
+
+    Values Get(const Words& oids) const;
+    std::string GetOne(const std::string& oid) const;
+    Values GetNext(const Words& oids) const;
+    Values Walk(const std::string& oid) const;
+    Values BulkWalk(const std::string& oid) const;
+    Finished Set(const Words& assignments) const;
+
+    std::string Path(const std::string& name) const;
+    const std::string& Address() const;
+
+  private:
+    void Start(const std::string& name, const Words& command, const Words& environment = {});
+    Words Manager(const std::string& tool) const;
+
+    std::string root_;
+    std::string address_;
+    std::map<std::string, int> processes_;
+    std::unique_ptr<sim::Server> switch_;
+};
+
+// The default fabric with uptimes that stand still, so that values can be compared.
+sim::Fabric StillFabric();
+
+// What the unit and revision tables of a fabric read as, in the order of a walk: an expectation
+// made from the fabric alone.
+Values ExpectedUnits(const sim::Fabric& fabric);
+Values ExpectedRevisions(const sim::Fabric& fabric);
+
+}  // namespace e2e

@@ -1,0 +1,112 @@
+// How the agent starts: its messages, its options, and every order of the processes.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <thread>
+
+#include "tests/e2e/stack.h"
+
+namespace e2e {
+namespace {
+
+// The output with time stamps made equal.
+std::string Messages(const Stack& stack) {
+    return std::regex_replace(stack.Output("snmpmain"), std::regex(R"(\[\d\d:\d\d:\d\d\])"),
+                              "[time]");
+}
+
+const std::string kLinkMessages =
+    "[time]] SNMP is starting...\n"
+    "SNMP:Initializing UPD Sockets\n"
+    "SNMP:UPD Sockets Initialized\n"
+    "SNMP:Initializing Send/Receive semaphores\n"
+    "SNMP:Send/Receive semaphores initialized\n";
+
+TEST(StartUp, SaysExactlyWhatItDoes) {
+    Stack stack;
+    stack.StartAll();
+    const std::string messages = Messages(stack);
+    EXPECT_TRUE(messages.starts_with(kLinkMessages)) << messages;
+    EXPECT_NE(messages.find("SNMP:Updating connUnitTable..."), std::string::npos);
+    EXPECT_TRUE(messages.ends_with("[time]] SNMP is up and running!\n")) << messages;
+}
+
+TEST(StartUp, AgentFirstThenSwitchThenSnmpd) {
+    Stack stack;
+    stack.StartAgent();
+    ASSERT_TRUE(Within(5, [&] { return Messages(stack) == kLinkMessages; })) << Messages(stack);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+    EXPECT_EQ(Messages(stack), kLinkMessages);  // waits for switch management without a word
+    stack.StartSwitch();
+    EXPECT_TRUE(Within(15, [&] {
+        return Messages(stack).find("SNMP:Pinging snmpd.\nSNMP:Pinging snmpd.\n") !=
+               std::string::npos;
+    }));
+    stack.StartSnmpd();
+    EXPECT_TRUE(stack.AwaitAgent());
+    EXPECT_EQ(stack.Walk(kUnits + ".1").size(), 3u);
+}
+
+TEST(StartUp, SwitchLast) {
+    Stack stack;
+    stack.StartSnmpd();
+    stack.StartAgent();
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    stack.StartSwitch();
+    EXPECT_TRUE(stack.AwaitAgent());
+    EXPECT_EQ(stack.Walk(kUnits + ".1").size(), 3u);
+}
+
+TEST(StartUp, CachePassIsRepeatedWithItsMessageUntilItSucceeds) {
+    Stack stack;
+    stack.StartSwitch();
+    stack.Switch().SetValue(0, "Oper.Switch.MaxPorts", std::nullopt);
+    stack.StartSnmpd();
+    stack.StartAgent();
+    EXPECT_TRUE(Within(10, [&] {
+        return Messages(stack) == kLinkMessages +
+                                      "Cache initialization failed. Reinitializing.\n"
+                                      "Cache initialization failed. Reinitializing.\n";
+    })) << Messages(stack);
+    stack.Switch().SetValue(0, "Oper.Switch.MaxPorts", "16");
+    stack.Switch().SetValue(0, "Oper.Fabric.FirstDomainID", std::nullopt);
+    EXPECT_TRUE(Within(10, [&] {
+        return Messages(stack).find("Unit table initialization failed. Reinitializing.\n") !=
+               std::string::npos;
+    }));
+    stack.Switch().SetValue(0, "Oper.Fabric.FirstDomainID", "1");
+    EXPECT_TRUE(stack.AwaitAgent());
+}
+
+TEST(StartUp, UsageEndsTheProgram) {
+    const Finished finished = RunProgram({AGENT_PROGRAM, "--nonsense"});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_NE(finished.output.find("\nUsage: snmpmain [--remote 10.0.0.1] [--notrap]\n\n"),
+              std::string::npos);
+}
+
+// The library would read configuration, keep an index of certificates and write a persistent file.
+TEST(StartUp, LibraryNeitherReadsNorWritesFiles) {
+    Stack stack;
+    stack.StartSwitch();
+    stack.StartSnmpd();
+    const std::string settings = stack.Path("settings"), kept = stack.Path("kept");
+    std::filesystem::create_directories(settings);
+    std::filesystem::create_directories(kept);
+    for (const char* name : {"/snmp.conf", "/SnmpMain.conf"}) {
+        std::ofstream(settings + name) << "agentXSocket tcp:127.0.0.1:1\nagentXPingInterval 0\n"
+                                       << "nonsense directive\n";
+    }
+    stack.StartAgent({"SNMPCONFPATH=" + settings, "SNMP_PERSISTENT_DIR=" + kept, "HOME=" + settings,
+                      "MIBS=ALL", "MIBDIRS=" + settings});
+    ASSERT_TRUE(stack.AwaitAgent());
+    stack.Stop("snmpmain");
+    EXPECT_TRUE(std::filesystem::is_empty(kept));
+    EXPECT_EQ(Messages(stack).find("nonsense"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace e2e

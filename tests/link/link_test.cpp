@@ -1,0 +1,255 @@
+#include "src/link/link.h"
+
+#include <arpa/inet.h>
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "sim/frame.h"
+#include "src/base/byte_order.h"
+#include "src/traps/notifications.h"
+#include "tests/support/switch_test.h"
+
+namespace snmpmain {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+class LinkTest : public SwitchTest {
+  protected:
+    LinkTest() {
+        SetNotificationReceiver(HandleIncomingNotification);
+    }
+
+    // The value carries its command's identity, so that a reply given to the wrong request shows.
+    std::string Ask(std::uint32_t number) {
+        const std::string path = "Test.Echo." + std::to_string(number);
+        server.SetValue(0, path, std::to_string(number));
+        ReplyText text;
+        const std::uint16_t result = SwitchMgmtQuery(0, ("Get." + path).c_str(), text, kString);
+        return result == 0 ? text.data() : "failed " + std::to_string(result);
+    }
+
+    // A reply or notification frame as switch management builds it.
+    static std::vector<std::uint8_t> Frame(std::uint32_t sequence, std::string_view text) {
+        return sim::BuildFrame(0, sim::kGetType, sequence, text);
+    }
+
+    bool WakesWithin(int milliseconds) {
+        pollfd wake{NotifyQueue::WakeDescriptor(), POLLIN, 0};
+        return ::poll(&wake, 1, milliseconds) == 1;
+    }
+};
+
+TEST_F(LinkTest, QueriesConvertAndReportErrorNumbers) {
+    ReplyText text;
+    std::uint32_t value = 1;
+    EXPECT_EQ(SwitchMgmtQuery(0, "Get.Oper.Switch.DomainID", text, kInteger, &value), 0);
+    EXPECT_EQ(value, 2u);
+    server.SetValue(0, "Test.Error", "17#3");
+    EXPECT_EQ(SwitchMgmtQuery(0, "Get.Test.Error", text, kInteger, &value), 3);
+    EXPECT_EQ(value, 0u);
+    EXPECT_STREQ(text.data(), "17");
+    EXPECT_EQ(SwitchMgmtQuery(0, "Give.Test.Error", text, kString), kQueryFailed);
+    EXPECT_EQ(SwitchMgmtQueryf(0, text, kString, nullptr, "Get.%s", std::string(600, 'x').c_str()),
+              kQueryFailed);
+    EXPECT_EQ(PingSwitchMgmt(7), 0);
+    EXPECT_EQ(server.TakeCommands().back().domain, 7u);
+}
+
+TEST_F(LinkTest, SequencesIncreaseByOneAndWrapWithinTheirRange) {
+    Ask(0);
+    std::uint32_t last = server.TakeCommands().back().sequence;
+    for (int round = 0; round < 66000; round += 1000) {
+        ReplyText text;
+        for (int i = 0; i < 1000; ++i) {
+            SwitchMgmtQuery(0, "Get.Oper.Switch.Nop", text, kString);
+        }
+        for (const sim::ReceivedCommand& command : server.TakeCommands()) {
+            ASSERT_EQ(command.sequence, last == 0x20002 ? 0x10001 : last + 1);
+            last = command.sequence;
+        }
+    }
+}
+
+TEST_F(LinkTest, LostReplyIsAskedForOnceMoreWithTheSameSequence) {
+    std::atomic<int> lost{0};
+    server.SetReplyOverride(
+        [&](const sim::ReceivedCommand&,
+            std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
+            if (lost++ == 0) {
+                return std::nullopt;
+            }
+            return reply;
+        });
+    const auto begin = Clock::now();
+    EXPECT_EQ(Ask(5), "5");
+    EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds(2500));
+    const std::vector<sim::ReceivedCommand> commands = server.TakeCommands();
+    ASSERT_EQ(commands.size(), 2u);
+    EXPECT_EQ(commands[0].sequence, commands[1].sequence);
+}
+
+TEST_F(LinkTest, SilentSwitchFailsAfterTwoSendingsAndFourTicks) {
+    server.Pause(true);
+    const auto begin = Clock::now();
+    EXPECT_EQ(Ask(6), "failed 65535");
+    const auto waited = Clock::now() - begin;
+    EXPECT_GE(waited, std::chrono::milliseconds(2000));
+    EXPECT_LE(waited, std::chrono::milliseconds(4500));
+    EXPECT_EQ(server.TakeCommands().size(), 2u);
+    server.Pause(false);
+    EXPECT_EQ(Ask(7), "7");
+}
+
+TEST_F(LinkTest, StrayLateAndDoubledRepliesNeverAnswerAnotherRequest) {
+    sim::Faults faults;
+    faults.wrongSequence = 0.5;
+    faults.duplicate = 0.5;
+    faults.reorder = 0.05;
+    faults.reorderMs = 20;
+    server.SetFaults(faults);
+    for (std::uint32_t number = 0; number < 300; ++number) {
+        ASSERT_EQ(Ask(number), std::to_string(number));
+    }
+}
+
+TEST_F(LinkTest, ReplyThatComesTooLateIsSkipped) {
+    sim::Faults faults;
+    faults.delayMs = 4300;  // later than both waits of a request
+    server.SetFaults(faults);
+    EXPECT_EQ(Ask(1), "failed 65535");
+    server.SetFaults({});
+    EXPECT_EQ(Ask(2), "2");
+    std::this_thread::sleep_for(std::chrono::milliseconds(2500));  // its replies arrive unasked
+    EXPECT_EQ(Ask(3), "3");
+    server.SendNotification(0, "29;text");
+    EXPECT_TRUE(WakesWithin(1000)) << "the ListenThread hangs on a reply that nobody takes";
+}
+
+TEST_F(LinkTest, StatusByteFailsTheQueryAndAsksForAFabricUpdate) {
+    sim::Faults faults;
+    faults.statusByte = 1;
+    faults.statusValue = 9;
+    server.SetFaults(faults);
+    EXPECT_EQ(Ask(1), "failed 65535");
+    EXPECT_EQ(fabricUpdatePending, 1);
+}
+
+TEST_F(LinkTest, GarbageOfEveryLengthHarmsNothing) {
+    EXPECT_EQ(Ask(1), "1");
+    for (std::size_t length = 0; length <= 2000; ++length) {
+        std::vector<std::uint8_t> datagram(length);
+        for (std::size_t i = 0; i < length; ++i) {
+            datagram[i] = static_cast<std::uint8_t>((i * 31 + length * 7) >> (length % 3));
+        }
+        if (length >= 16 && length % 2 == 0) {
+            StoreBig32(&datagram[12], length % 4 == 0 ? 0x10000 : 0x10001);
+            StoreBig16(&datagram[10], static_cast<std::uint16_t>(length * 37));
+        }
+        server.SendRaw(datagram);
+        if (length % 100 == 0) {
+            ASSERT_EQ(Ask(static_cast<std::uint32_t>(length)), std::to_string(length));
+        }
+    }
+    EXPECT_EQ(Ask(2), "2");
+}
+
+TEST_F(LinkTest, NotificationWakesTheLoopAndIsQueuedWhole) {
+    Discover();
+    NotifyQueue::AcknowledgeWake();
+    ASSERT_FALSE(NotifyQueue::Pending());
+    server.SendNotification(0, "29;[Port 3]");
+    ASSERT_TRUE(WakesWithin(1000));
+    NotifyQueue::AcknowledgeWake();
+    EXPECT_FALSE(WakesWithin(0));
+    ASSERT_TRUE(NotifyQueue::Pending());
+    NotificationRecord record;
+    NotifyQueue::Get(record);
+    EXPECT_EQ(record.domainId, 2);
+    EXPECT_EQ(record.kind, 29);
+    EXPECT_STREQ(record.text, "29;[Port 3]");
+    EXPECT_FALSE(NotifyQueue::Pending());
+}
+
+TEST_F(LinkTest, SequenceTellsNotificationsFromReplies) {
+    EXPECT_EQ(Ask(1), "1");
+    server.SendRaw(Frame(0x10001, "29;reply"));
+    EXPECT_FALSE(WakesWithin(100));
+    server.SendRaw(Frame(0x10000, "29;notification"));
+    EXPECT_TRUE(WakesWithin(1000));
+}
+
+TEST_F(LinkTest, RequestsGoToWhoeverSentTheLastDatagram) {
+    std::string sender;  // the agent's socket, as the first switch sees it
+    server.SetLog([&](const std::string& line) {
+        const std::size_t begin = line.find(' ') + 1;
+        sender = line.substr(begin, line.find(' ', begin) - begin);
+    });
+    EXPECT_EQ(Ask(1), "1");
+    server.SetLog({});
+    sockaddr_in agent{};
+    agent.sin_family = AF_INET;
+    agent.sin_port =
+        htons(static_cast<std::uint16_t>(std::stoi(sender.substr(sender.find(':') + 1))));
+    agent.sin_addr.s_addr = ::inet_addr(sender.substr(0, sender.find(':')).c_str());
+
+    const int other = ::socket(AF_INET, SOCK_DGRAM, 0);
+    ASSERT_EQ(::connect(other, reinterpret_cast<const sockaddr*>(&agent), sizeof(agent)), 0);
+    ASSERT_EQ(::send(other, "x", 1, 0), 1);
+    std::thread answering([&] {
+        std::array<std::uint8_t, 600> request{};
+        ASSERT_GT(::recv(other, request.data(), request.size(), 0), 16);
+        const auto reply = Frame(LoadBig32(&request[12]), "from elsewhere");
+        ::send(other, reply.data(), reply.size(), 0);
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // until the byte has been read
+    ReplyText text;
+    EXPECT_EQ(SwitchMgmtQuery(0, "Get.Oper.Switch.Nop", text, kString), 0);
+    EXPECT_STREQ(text.data(), "from elsewhere");
+    answering.join();
+    ::close(other);
+    server.SendRaw(Frame(1, "29;back again"));
+    ASSERT_TRUE(WakesWithin(1000));
+    EXPECT_EQ(Ask(2), "2");
+}
+
+TEST(NotifyQueueTest, HoldsAllSlotsButOneAndKeepsTheOrder) {
+    ASSERT_EQ(NotifyQueue::Open(), 0);
+    NotifyQueue::Reset();
+    NotificationRecord record{};
+    for (int round = 0; round < 3; ++round) {  // from different places of the ring
+        for (std::uint16_t i = 0; i < 260; ++i) {
+            record.kind = i;
+            NotifyQueue::Put(record);
+        }
+        for (std::uint16_t i = 0; i < 249; ++i) {
+            ASSERT_TRUE(NotifyQueue::Pending());
+            NotifyQueue::Get(record);
+            ASSERT_EQ(record.kind, i);
+        }
+        EXPECT_FALSE(NotifyQueue::Pending());
+    }
+}
+
+TEST_F(LinkTest, ThreadsTakeTurns) {
+    server.SetValue(0, "Test.A", "a");
+    server.SetValue(0, "Test.B", "b");
+    const auto ask = [](const char* command, const char* expected) {
+        for (int i = 0; i < 500; ++i) {
+            ReplyText text;
+            ASSERT_EQ(SwitchMgmtQuery(0, command, text, kString), 0);
+            ASSERT_STREQ(text.data(), expected);
+        }
+    };
+    std::thread other(ask, "Get.Test.B", "b");
+    ask("Get.Test.A", "a");
+    other.join();
+}
+
+}  // namespace
+}  // namespace snmpmain

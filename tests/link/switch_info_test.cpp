@@ -1,0 +1,142 @@
+#include "src/link/switch_info.h"
+
+#include "src/link/log_level.h"
+#include "tests/support/switch_test.h"
+
+namespace snmpmain {
+namespace {
+
+class SwitchInfoTest : public SwitchTest {};
+
+TEST_F(SwitchInfoTest, LocalFactsAreReadOnceAndRemoteOnesAsked) {
+    ASSERT_EQ(InitSwitchInfo(), 0);
+    const std::vector<std::string> expected = {
+        "Get.Oper.Switch.DomainID",         "Get.Config.Zoning.MergeMode",
+        "Get.Config.Snmp.ProxyEnable",      "Get.Oper.Switch.Type",
+        "Get.Oper.Switch.Chassis",          "Get.Oper.Chassis.0.Blades",
+        "Get.Oper.Switch.MaxPorts",         "Get.Config.Mfg.WWN",
+        "Get.Oper.Chassis.0.PowerSupplies", "Get.Oper.Chassis.0.Fans",
+        "Get.Oper.Blade.0.TempSensors",     "Get.Config.Snmp.SysObjectID",
+        "Get.Config.Mfg.Allow4GPorts"};
+    EXPECT_EQ(TakeTexts(), expected);
+
+    const sim::Fabric fabric = sim::DefaultFabric();
+    const sim::Switch& local = *fabric.Find(0);
+    for (const std::uint32_t domain : {0u, 2u}) {
+        EXPECT_EQ(GetMaxPorts(domain), local.ports.size());
+        EXPECT_EQ(GetPowerSupplyCount(domain), local.powerSupplies.size());
+        EXPECT_EQ(GetFanCount(domain), local.fans.size());
+        EXPECT_STREQ(GetSwitchWwn(domain), local.wwn.c_str());
+        EXPECT_STREQ(GetSysObjectId(domain), local.sysObjectId.c_str());
+        EXPECT_EQ(GetAllow4GPorts(domain), local.allow4GPorts ? 1u : 0u);
+        EXPECT_EQ(GetTempSensorCount(domain, 0), local.blades[0].boardTemps.size());
+    }
+    EXPECT_TRUE(TakeTexts().empty());
+
+    const sim::Switch& remote = *fabric.Find(7);
+    EXPECT_EQ(GetMaxPorts(7), remote.ports.size());
+    EXPECT_EQ(GetBladeCount(7), remote.blades.size());
+    EXPECT_EQ(GetTempSensorCount(7, 1), remote.blades[1].boardTemps.size());
+    EXPECT_STREQ(GetSwitchWwn(7), remote.wwn.c_str());
+    EXPECT_EQ(TakeTexts().size(), 4u);
+    EXPECT_EQ(GetMaxPorts(0), local.ports.size());  // the record holds no remote value
+}
+
+TEST_F(SwitchInfoTest, FailureEndsTheReadingAndKeepsWhatIsKnown) {
+    ASSERT_EQ(InitSwitchInfo(), 0);
+    TakeTexts();
+    server.SetValue(0, "Oper.Chassis.0.Blades", std::nullopt);
+    EXPECT_EQ(InitSwitchInfo(), -1);
+    EXPECT_EQ(TakeTexts().back(), "Get.Oper.Chassis.0.Blades");
+    EXPECT_EQ(GetBladeCount(0), 1u);
+    // The 4 Gb/s flag alone may be missing.
+    server.SetValue(0, "Oper.Chassis.0.Blades", "0");
+    server.SetValue(0, "Config.Mfg.Allow4GPorts", std::nullopt);
+    EXPECT_EQ(InitSwitchInfo(), 0);
+    EXPECT_EQ(CountTexts("TempSensors"), 0);
+    EXPECT_EQ(GetAllow4GPorts(0), 0u);
+}
+
+TEST_F(SwitchInfoTest, UnreachableRemoteGivesDefaults) {
+    ASSERT_EQ(InitSwitchInfo(), 0);
+    for (const char* path : {"Oper.Switch.MaxPorts", "Config.Mfg.WWN", "Config.Snmp.SysObjectID",
+                             "Config.Mfg.Allow4GPorts"}) {
+        server.SetValue(7, path, std::nullopt);
+    }
+    EXPECT_EQ(GetMaxPorts(7), 0u);
+    EXPECT_STREQ(GetSwitchWwn(7), "0000000000000000");
+    EXPECT_STREQ(GetSysObjectId(7), "0.0.0.0");
+    EXPECT_EQ(GetAllow4GPorts(7), 0u);
+}
+
+TEST_F(SwitchInfoTest, TextsAreComparedWholeOrByWordAsEachSettingWants) {
+    const std::pair<const char*, std::uint32_t> modes[] = {
+        {"NonSW2", 1}, {"NonSW2 ", 0}, {"SW2", 0}, {"Interop_2", 2}};
+    for (const auto& [text, mode] : modes) {
+        server.SetValue(0, "Config.Zoning.MergeMode", text);
+        EXPECT_EQ(ReadMergeMode(), 0);
+        EXPECT_EQ(GetMergeMode(), mode) << text;
+    }
+    server.SetValue(0, "Config.Snmp.ProxyEnable", "is True here");
+    EXPECT_EQ(ReadProxyEnable(), 0);
+    EXPECT_EQ(GetProxyEnable(), 1u);
+    server.SetValue(0, "Config.Mfg.Allow4GPorts", "True ");
+    EXPECT_EQ(ReadAllow4GPorts(0), 0u);
+
+    const std::pair<const char*, bool> types[] = {{"SwitchBlade20", true},
+                                                  {"SwitchBlade20x", false},
+                                                  {"SwitchBlade2", false},
+                                                  {"4GTelcoGenericBlade20", true},
+                                                  {"FabricSwitch", false}};
+    for (const auto& [text, blade] : types) {
+        server.SetValue(0, "Oper.Switch.Type", text);
+        EXPECT_EQ(ReadSwitchType(), 0);
+        EXPECT_EQ(IsBladeType(), blade) << text;
+    }
+}
+
+TEST_F(SwitchInfoTest, NonsensicalBladeCountIsBounded) {
+    server.SetValue(0, "Oper.Chassis.0.Blades", "4000000000");
+    server.SetValue(0, "Oper.Blade.1.TempSensors", "3");
+    for (int blade = 0; blade < 300; ++blade) {
+        server.SetValue(0, "Oper.Blade." + std::to_string(blade) + ".TempSensors", "1");
+    }
+    EXPECT_EQ(InitSwitchInfo(), 0);
+    EXPECT_EQ(CountTexts("TempSensors"), kMaxBlades);
+    EXPECT_EQ(GetTempSensorCount(0, 4000), 0u);
+}
+
+// In this merge mode the simulator refuses domains that are addressed without their offset.
+TEST_F(SwitchInfoTest, InteropModeMovesTheDomains) {
+    ASSERT_EQ(InitSwitchInfo(), 0);
+    EXPECT_EQ(MakeTargetWord(7), 0x00070000u);
+    server.WithFabric([](sim::Fabric& fabric) { fabric.mergeMode = "Interop_2"; });
+    ASSERT_EQ(ReadMergeMode(), 0);
+    EXPECT_EQ(MakeTargetWord(7), 0x00670000u);
+    EXPECT_EQ(MakeTargetWord(0), 0u);
+    EXPECT_EQ(GetMaxPorts(7), 24u);
+}
+
+TEST_F(SwitchInfoTest, LogSettingsOpenTheLogOnlyForThisComponent) {
+    const auto levelFor = [&](const char* component, const char* level) {
+        ResetTraceLog();
+        server.SetValue(0, "Oper.Switch.DevLogComp", component);
+        server.SetValue(0, "Oper.Switch.DevLogLevel", level);
+        EXPECT_EQ(InitLogLevel(), 0);
+        return DiagnosticLevel();
+    };
+    EXPECT_EQ(levelFor("Zoning, NameServer", "Info"), kSilentLevel);
+    EXPECT_FALSE(IsTraced(kSevere));
+    EXPECT_EQ(levelFor("Snmp", "None"), kSilentLevel);
+    EXPECT_EQ(levelFor("Zoning, Snmp", "Info"), kTrace);
+    EXPECT_EQ(levelFor("Snmp", "Info, Warn"), kError);
+    EXPECT_EQ(levelFor("Snmp", "Warn, Critical"), kSevere);
+    EXPECT_TRUE(IsTraced(kSevere));
+    EXPECT_FALSE(IsTraced(kError));
+    ResetTraceLog();
+    server.SetValue(0, "Oper.Switch.DevLogComp", std::nullopt);
+    EXPECT_EQ(InitLogLevel(), -1);
+}
+
+}  // namespace
+}  // namespace snmpmain

@@ -1,0 +1,175 @@
+#include "sim/fabric.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "sim/commands.h"
+
+namespace {
+
+using sim::Fabric;
+
+std::string Ask(const Fabric& fabric, std::uint32_t domain, const std::string& path) {
+    sim::Commands commands(fabric);
+    return commands.Get(*commands.Find(domain), path, 0);
+}
+
+/// Walks a First/Next pair until it ends; the last element is how it ended.
+std::vector<std::string> Walk(const Fabric& fabric, std::uint32_t domain, const std::string& first,
+                              const std::string& next) {
+    std::vector<std::string> found{Ask(fabric, domain, first)};
+    while (found.back()[0] != '#' && found.back() != "*end*") {
+        found.push_back(Ask(fabric, domain, next + "." + found.back()));
+    }
+    return found;
+}
+
+TEST(DefaultFabric, AnswersEveryFactInItsForm) {
+    Fabric fabric = sim::DefaultFabric();
+    // The short form of a counter shows its low 32 bits.
+    fabric.Find(2)->ports[3].counters["LinkFailures"] = 0x100000ABC;
+    const struct {
+        std::uint32_t domain;
+        const char* path;
+        const char* reply;
+    } cases[] = {
+        {0, "Oper.Switch.DomainID", "2"},
+        {0, "Config.Zoning.MergeMode", "NonSW2"},
+        {0, "Config.Snmp.ProxyEnable", "True"},
+        {0, "Config.Mfg.WWN", "1000020000000100"},
+        {1, "Oper.Fabric.Entry.7.WWN", "1000020000000200"},
+        {0, "Oper.Chassis.0.PowerSupply.1", "Bad"},
+        {0, "Oper.Switch.MaxPorts", "16"},
+        {0, "Config.System.IPAddress", "7F000102"},
+        {0, "Config.Mfg.Allow4GPorts", "True"},
+        {1, "Config.Mfg.Allow4GPorts", "False"},
+        {1, "Oper.Switch.WhoIsPrincipal", "1000020000000100"},
+        {1, "Oper.Switch.PrincipalSwitch", "False"},
+        {1, "Oper.Switch.Uptime", "12"},
+        {7, "Oper.Switch.ActiveVer", "#1"},
+        {7, "Oper.Switch.ActiveVersion", "Image2"},
+        {7, "Oper.Switch.SwVersion.Image2", "V3.1.0-9"},
+        {7, "Oper.Blade.1.TempSensors", "3"},
+        {7, "Oper.Blade.1.BoardTemp.2", "80"},
+        {7, "Oper.UserPort.0.21.OperState", "Down"},
+        {7, "Oper.UserPort.0.3.PortID", "070300"},
+        {0, "Oper.UserPort.0.3.C64.LinkFailures", "0000000100000ABC"},
+        {0, "Oper.UserPort.0.3.LinkFailures", "2748"},
+        {0, "Config.Snmp.TrapAddr2", "7F000001"},
+        {0, "Config.Snmp.TrapEnable", "True"},
+        {0, "Oper.Link.Entry.1.RemoteUnitType", "HBA"},
+        {0, "Oper.Zoning.Zone.ZoneDisks.ZoneType", "Hard"},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(Ask(fabric, each.domain, each.path), each.reply) << each.path;
+    }
+    EXPECT_EQ(Ask(fabric, 0, "Oper.Switch.FirstLogEntry").substr(0, 8), "[61][Wed");
+    EXPECT_EQ(Ask(fabric, 0, "Oper.Switch.NextLogEntry.104").substr(0, 6), "[105][");
+    EXPECT_EQ(Ask(fabric, 0, "Oper.Switch.NextLogEntry.3").substr(0, 5), "[61][");
+}
+
+TEST(Lists, EndInAnErrorOrInTheEndMark) {
+    Fabric fabric = sim::DefaultFabric();
+    using List = std::vector<std::string>;
+    for (const std::string end : {"#2", "*end*"}) {
+        fabric.endMark = end == "*end*";
+        EXPECT_EQ(Walk(fabric, 7, "Oper.Fabric.FirstDomainID", "Oper.Fabric.NextDomainID"),
+                  (List{"1", "2", "7", end}));
+        EXPECT_EQ(Walk(fabric, 0, "Oper.Zoning.ActiveZone.ZoneEmpty.FirstZoneMember", ""),
+                  List{end});
+        EXPECT_EQ(Ask(fabric, 1, "Oper.Switch.FirstLogEntry"), end);
+        EXPECT_EQ(Ask(fabric, 0, "Oper.Switch.NextLogEntry.105"), end);
+        EXPECT_EQ(
+            Ask(fabric, 0, "Oper.Link.NextLinkEntry." + Ask(fabric, 0, "Oper.Link.LastLinkEntry")),
+            end);
+        const std::string count = Ask(fabric, 7, "Oper.NameServer.Entries");
+        EXPECT_EQ(
+            Walk(fabric, 0, "Oper.NameServerAll.7.FirstNsEntry", "Oper.NameServerAll.7.NextNsEntry")
+                .size(),
+            std::stoul(count) + 1);
+    }
+}
+
+TEST(Errors, TellAnUnknownCommandFromAnEntryThatIsNotThere) {
+    const Fabric fabric = sim::DefaultFabric();
+    for (const char* path :
+         {"Oper.UserPort.0.16.OperState", "Oper.UserPort.1.0.C64.FBusys", "Oper.Chassis.1.Fans",
+          "Oper.Blade.9.Type", "Oper.Fabric.Entry.3.WWN", "Oper.Link.Entry.0.LocalPortWwn",
+          "Oper.NameServer.Entry.ffffff.PortWwn", "Oper.Switch.SwVersion.x"}) {
+        EXPECT_EQ(Ask(fabric, 0, path), "#2") << path;
+    }
+    for (const char* path : {"", "Oper.Switch", "Oper.UserPort.0.1.OperSate", "Oper.Blade.0.C64"}) {
+        EXPECT_EQ(Ask(fabric, 0, path), "#1") << path;
+    }
+}
+
+TEST(GeneratedFabric, HasUniqueNamesInAnotherOrderThanItsDomains) {
+    for (const unsigned size : {1u, 2u, 239u}) {
+        const Fabric fabric = sim::GenerateFabric(size);
+        ASSERT_EQ(fabric.switches.size(), size);
+        EXPECT_EQ(sim::CheckFabric(fabric), "");
+        std::set<std::string> names, portNames;
+        for (const sim::Switch& unit : fabric.switches) {
+            names.insert(unit.wwn);
+            EXPECT_EQ(unit.ports.size(), 16u);
+            for (const sim::Port& port : unit.ports) {
+                portNames.insert(port.wwn);
+            }
+        }
+        EXPECT_EQ(names.size(), size);
+        EXPECT_EQ(portNames.size(), size * 16);
+        EXPECT_EQ(*names.begin(), fabric.switches.back().wwn);
+    }
+    EXPECT_THROW(sim::GenerateFabric(0), std::out_of_range);
+    EXPECT_THROW(sim::GenerateFabric(240), std::out_of_range);
+}
+
+TEST(FabricFile, ReadsBackWhatWasPrinted) {
+    Fabric fabric = sim::DefaultFabric();
+    fabric.endMark = true;
+    fabric.proxy = false;
+    sim::Switch& unit = fabric.switches[0];
+    unit.comment = "quote \" back\\slash, tab\t, \x7f and caf\xc3\xa9";
+    unit.silent = true;
+    unit.ports[0].counters = {{"TotalErrors", ~std::uint64_t{0}}};
+    unit.values = {{"Oper.Switch.Type", "x"}, {"Config.Mfg.WWN", std::nullopt}};
+    EXPECT_TRUE(sim::ParseFabric(sim::PrintFabric(fabric), "copy") == fabric);
+    const Fabric large = sim::GenerateFabric(239);
+    EXPECT_TRUE(sim::ParseFabric(sim::PrintFabric(large), "copy") == large);
+}
+
+TEST(FabricFile, NamesTheLineOfAMistake) {
+    const struct {
+        const char* file;
+        const char* error;
+    } cases[] = {
+        {"proxy = maybe\n", "f:1: "},
+        {"proxy = \"yes\"\n", "f:1: \"proxy\" must be true or false"},
+        {"[[switch]]\ndomain = 1\ncolour = 3\n", "f:3: unknown key \"colour\""},
+        {"[[switch]]\ndomain = 1\n\n[[switch]]\ndomain = 1\n", "f:4: two switches have domain 1"},
+        {"[[switch]]\ndomain = 240\n", "f:1: domain 240 is outside 1..239"},
+        {"[[switch]]\ndomain = -1\n", "f:2: \"domain\" must be a number from 0 to 65535"},
+        {"[[switch]]\nwwn = \"12\"\n",
+         "f:1: domain 1: wwn is \"12\", expected 16 hexadecimal digits"},
+        {"[[switch]]\n[[switch.port]]\ncounters = { Frames = 1 }\n",
+         "f:3: no counter is called \"Frames\""},
+        {"[[switch]]\n[switch.values]\n\"Oper.Switch.Type\" = true\n",
+         "f:3: \"Oper.Switch.Type\" must be a text"},
+        {"\nlocal_domain = 9\n[[switch]]\ndomain = 1\n", "f:2: no switch has the local domain 9"},
+        {"", "f:1: no switch has the local domain 1"},
+    };
+    for (const auto& each : cases) {
+        try {
+            sim::ParseFabric(each.file, "f");
+            ADD_FAILURE() << "accepted: " << each.file;
+        } catch (const sim::FabricError& error) {
+            EXPECT_EQ(std::string(error.what()).substr(0, std::string(each.error).size()),
+                      each.error);
+        }
+    }
+    EXPECT_THROW(sim::LoadFabric("/no/such/file"), sim::FabricError);
+}
+
+}  // namespace

@@ -1,0 +1,110 @@
+#include "sim/frame.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/sim/client.h"
+
+namespace {
+
+using simtest::Bytes;
+using simtest::Frame;
+using simtest::Put;
+using simtest::Sum;
+using simtest::Word;
+
+std::string Check(const Bytes& frame, bool interop = false) {
+    sim::Request request;
+    return sim::CheckRequest(frame, interop, request);
+}
+
+Bytes Changed(std::size_t offset, std::uint32_t value, int size, bool sum = true) {
+    Bytes frame = Frame(1024, "Oper.Switch.Nop");
+    Put(frame, offset, value, size);
+    if (sum) {
+        Sum(frame);
+    }
+    return frame;
+}
+
+TEST(RequestCheck, TakesEveryTextLengthAndMessageType) {
+    for (std::size_t length = 0; length <= 499; length++) {
+        const std::string text(length, 'x');
+        sim::Request request;
+        const Bytes frame = Frame(1025, text, 7 << 16, 0x20002);
+        EXPECT_EQ(sim::CheckRequest(frame, false, request), "");
+        EXPECT_EQ(request.text, text);
+        EXPECT_EQ(request.domain, 7u);
+        EXPECT_EQ(request.sequence, 0x20002u);
+    }
+    for (const int type : {1024, 1025, 1027, 1028}) {
+        EXPECT_EQ(Check(Frame(static_cast<std::uint16_t>(type), "")), "");
+    }
+    // The documented example: 15 characters, payload length 24, 40 bytes in all.
+    const Bytes example = Frame(1024, "Oper.Switch.Nop");
+    EXPECT_EQ(example.size(), 40u);
+    EXPECT_EQ(Word(example, 10, 2), 24u);
+}
+
+TEST(RequestCheck, NamesWhatIsWrongWithActualAndExpectedValue) {
+    Bytes longer = Frame(1024, "Oper.Switch.Nop");
+    longer.resize(44);
+    Put(longer, 10, 28, 2);
+    Put(longer, 36, 0, 4);
+    Sum(longer);
+    Bytes noEnd = Frame(1024, "Oper.Switch.Nop");
+    std::fill(noEnd.begin() + 16, noEnd.end() - 4, std::uint8_t{'x'});
+    Sum(noEnd);
+    const struct {
+        Bytes frame;
+        const char* complaint;
+    } cases[] = {
+        {Bytes(23), "size is 23 bytes, expected 24..524"},
+        {Bytes(525), "size is 525 bytes, expected 24..524"},
+        {Changed(0, 0x11000001, 4), "marker is 0x11000001, expected 0x11000000"},
+        {Changed(2, 1, 1), "marker is 0x11000100, expected 0x11000000"},
+        {Changed(8, 1026, 2), "message type is 1026, expected 1024, 1025, 1027 or 1028"},
+        {Changed(10, 28, 2), "payload length is 28, expected 24 for a frame of 40 bytes"},
+        {longer, "size is 44 bytes, expected 40 for a text of 15 characters"},
+        {noEnd, "text has no terminating NUL in its 20 bytes"},
+        {Changed(35, 1, 1), "padding byte at offset 35 is 0x01, expected 0x00"},
+        {Changed(36, 5, 4, false), "checksum is 0x00000005, expected 0x000005c1"},
+        {Changed(12, 0x10000, 4), "sequence is 0x10000, expected 0x10001..0x20002"},
+        {Changed(12, 0x20003, 4), "sequence is 0x20003, expected 0x10001..0x20002"},
+        {Changed(4, 0x20001, 4),
+         "target word is 0x00020001, expected 0 or (domain << 16) with a domain of 1..239"},
+        {Changed(4, 240u << 16, 4),
+         "target word is 0x00f00000, expected 0 or (domain << 16) with a domain of 1..239"},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(Check(each.frame), each.complaint);
+    }
+}
+
+TEST(RequestCheck, InteropModeAddressesDomainsWithAnOffset) {
+    sim::Request request;
+    EXPECT_EQ(sim::CheckRequest(Changed(4, 0x650000, 4), true, request), "");
+    EXPECT_EQ(request.domain, 5u);
+    EXPECT_EQ(Check(Changed(4, 0, 4), true), "");
+    EXPECT_NE(Check(Changed(4, 0x050000, 4), true), "");
+    EXPECT_NE(Check(Changed(4, 0x600000, 4), true), "");
+    EXPECT_EQ(sim::DomainWord(5, true), 0x650000u);
+    EXPECT_EQ(sim::DomainWord(0, true), 0u);
+}
+
+TEST(ReplyFrame, IsLaidOutAsARequestAndFitsTheReceiver) {
+    EXPECT_EQ(sim::BuildFrame(2 << 16, 1024, 0x10007, "Online"),
+              Frame(1024, "Online", 2 << 16, 0x10007));
+    const Bytes longest = sim::BuildFrame(0, 1024, 0x10007, std::string(600, 'x'));
+    EXPECT_LE(longest.size(), 512u);
+    EXPECT_EQ(longest, Frame(1024, std::string(490, 'x'), 0, 0x10007));
+
+    Bytes frame = sim::BuildFrame(0, 1024, 0x10007, "Online");
+    sim::SetStatus(frame, 3);
+    sim::SetSequence(frame, 0x10009);
+    Bytes expected = Frame(1024, "Online", 0, 0x10009);
+    expected[2] = 3;
+    Sum(expected);
+    EXPECT_EQ(frame, expected);
+}
+
+}  // namespace

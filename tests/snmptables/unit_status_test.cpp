@@ -1,0 +1,119 @@
+#include "src/snmptables/unit_status.h"
+
+#include <thread>
+
+#include "tests/support/switch_test.h"
+
+namespace snmpmain {
+namespace {
+
+class UnitStatusTest : public SwitchTest {
+  protected:
+    UnitStatusTest() {
+        server.WithFabric([](sim::Fabric& fabric) {
+            sim::Switch& unit = *fabric.Find(0);
+            unit.powerSupplies = {"Good", "Good"};
+            unit.fans = {"Good", "Good"};
+            unit.blades = {{}, {}};
+            unit.ports.resize(2);
+            for (sim::Port& port : unit.ports) {
+                port.operState = "Online";
+            }
+        });
+        Discover();
+    }
+
+    // The status, or 100 + it where the reading failed.
+    int FreshStatus() {
+        ResetUnitStatusMemo();
+        std::uint16_t status = 0;
+        const int result = ReadUnitStatus(2, status);
+        return result == 0 ? status : 100 + status;
+    }
+};
+
+TEST_F(UnitStatusTest, EachPartWeighsAsItShould) {
+    struct Case {
+        std::map<std::string, std::optional<std::string>> values;
+        int status;
+    };
+    const std::string supply = "Oper.Chassis.0.PowerSupply.", fan = "Oper.Chassis.0.Fan.";
+    const Case cases[] = {
+        {{}, kUnitOk},
+        {{{supply + "1", "Bad"}}, kUnitWarning},
+        {{{supply + "0", "Bad"}, {supply + "1", "Absent"}}, kUnitFailed},
+        {{{fan + "0", "Bad"}}, kUnitWarning},
+        {{{fan + "0", "Bad"}, {fan + "1", "Bad"}}, kUnitFailed},
+        {{{"Oper.Blade.1.TempStatus", "Warm"}}, kUnitWarning},
+        {{{"Oper.Blade.0.TempStatus", "Overheating"}}, kUnitFailed},
+        {{{"Oper.Blade.0.TempStatus", std::nullopt}}, kUnitOk},
+        {{{"Oper.UserPort.0.1.OperState", "Down"}}, kUnitWarning},
+        {{{"Oper.UserPort.0.1.OperState", "Offline"}}, kUnitOk},
+        {{{"Oper.Switch.OperState", "Diagnostics"}}, kUnitWarning},
+        {{{"Oper.Switch.OperState", "Down"}}, kUnitFailed},
+        {{{supply + "0", std::nullopt}}, 100 + kUnitUnknown},
+        {{{fan + "1", std::nullopt}}, 100 + kUnitUnknown},
+        {{{"Oper.UserPort.0.0.OperState", std::nullopt}}, 100 + kUnitUnknown},
+        {{{"Oper.Switch.OperState", std::nullopt}}, 100 + kUnitUnknown},
+    };
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        server.WithFabric([&](sim::Fabric& fabric) { fabric.Find(0)->values = cases[i].values; });
+        EXPECT_EQ(FreshStatus(), cases[i].status) << "case " << i;
+    }
+    server.WithFabric([](sim::Fabric& fabric) {
+        fabric.Find(0)->values.clear();
+        fabric.Find(0)->powerSupplies.clear();
+        fabric.Find(0)->fans.clear();
+    });
+    ASSERT_EQ(InitSwitchInfo(), 0);
+    EXPECT_EQ(FreshStatus(), kUnitOk);
+}
+
+TEST_F(UnitStatusTest, OutcomeIsRememberedForOneUnitAndThreeSeconds) {
+    std::uint16_t status = 0;
+    EXPECT_EQ(FreshStatus(), kUnitOk);
+    TakeTexts();
+    EXPECT_EQ(ReadUnitStatus(2, status), 0);
+    EXPECT_TRUE(TakeTexts().empty());
+    EXPECT_EQ(ReadUnitStatus(1, status), 0);
+    EXPECT_FALSE(TakeTexts().empty());
+    server.SetValue(0, "Oper.Switch.OperState", std::nullopt);
+    EXPECT_EQ(ReadUnitStatus(2, status), -1);
+    server.SetValue(0, "Oper.Switch.OperState", "Online");
+    TakeTexts();
+    EXPECT_EQ(ReadUnitStatus(2, status), -1);  // a failure is remembered as well
+    EXPECT_TRUE(TakeTexts().empty());
+    std::this_thread::sleep_for(std::chrono::milliseconds(3100));
+    EXPECT_EQ(ReadUnitStatus(2, status), 0);
+}
+
+TEST_F(UnitStatusTest, UnitBeingResetIsOfflineWithItsLastStatus) {
+    EXPECT_EQ(FreshStatus(), kUnitOk);
+    ASSERT_EQ(SetUnitStatus(2, kUnitFailed), 0);
+    ASSERT_EQ(SetUnitReset(2, 1), 0);
+    TakeTexts();
+    std::uint16_t state = 0;
+    EXPECT_EQ(FreshStatus(), kUnitFailed);
+    EXPECT_EQ(ReadUnitState(2, state), 0);
+    EXPECT_EQ(state, kUnitStateOffline);
+    EXPECT_TRUE(TakeTexts().empty());
+}
+
+TEST_F(UnitStatusTest, StateFollowsTheFirstMatchingWord) {
+    const std::pair<const char*, std::uint16_t> cases[] = {
+        {"Online", kUnitStateOnline},       {"Offline", kUnitStateOffline},
+        {"Diagnostics", kUnitStateOffline}, {"Online, was Offline", kUnitStateOffline},
+        {"Booting", kUnitStateUnknown},     {"", kUnitStateUnknown}};
+    for (const auto& [reply, expected] : cases) {
+        server.SetValue(0, "Oper.Switch.OperState", reply);
+        std::uint16_t state = 0;
+        EXPECT_EQ(ReadUnitState(2, state), 0);
+        EXPECT_EQ(state, expected) << reply;
+    }
+    server.SetValue(0, "Oper.Switch.OperState", std::nullopt);
+    std::uint16_t state = 0;
+    EXPECT_EQ(ReadUnitState(2, state), -1);
+}
+
+}  // namespace
+}  // namespace snmpmain

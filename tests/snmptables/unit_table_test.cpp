@@ -1,0 +1,246 @@
+#include "src/snmptables/unit_table.h"
+
+#include <cstring>
+#include <map>
+
+#include "tests/support/switch_test.h"
+
+namespace snmpmain {
+namespace {
+
+std::vector<NotificationRecord> departures;
+std::vector<bool> registrations;
+
+class UnitTableTest : public SwitchTest {
+  protected:
+    UnitTableTest() {
+        departures.clear();
+        registrations.clear();
+        SetDepartureHandler([](const NotificationRecord& record) { departures.push_back(record); });
+        SetRegistrationHandler([](bool on) {
+            registrations.push_back(on);
+            return 0;
+        });
+    }
+
+    static std::vector<std::uint16_t> Domains() {
+        std::vector<std::uint16_t> domains;
+        for (std::uint16_t row = 0; row < GetUnitCount(); ++row) {
+            domains.push_back(connUnitTbl[row].domainId);
+        }
+        return domains;
+    }
+
+    void RemoveSwitches(std::vector<std::uint16_t> domains) {
+        server.WithFabric([&](sim::Fabric& fabric) {
+            std::erase_if(fabric.switches, [&](const sim::Switch& s) {
+                return std::ranges::find(domains, s.domain) != domains.end();
+            });
+        });
+    }
+};
+
+TEST_F(UnitTableTest, WalkSortsTheUnitsByWwnAndCompletesTheirRows) {
+    ASSERT_EQ(InitSwitchInfo(), 0);
+    server.WithFabric([](sim::Fabric& fabric) { fabric.Find(7)->eventSupport = false; });
+    TakeTexts();
+    ASSERT_EQ(InitConnUnitTable(), 0);
+    EXPECT_EQ(Domains(), (std::vector<std::uint16_t>{2, 7, 1}));
+    EXPECT_EQ(CountTexts("PrivateEvent.Hello"), 3);
+    EXPECT_STREQ(connUnitTbl[0].wwn, "1000020000000100");
+    EXPECT_EQ(connUnitTbl[1].fcAddress, 0x00070000u);
+    EXPECT_EQ(connUnitTbl[0].eventSupport, 1u);
+    EXPECT_EQ(connUnitTbl[1].eventSupport, 0u);
+    EXPECT_EQ(connUnitTbl[2].status, kUnitUnknown);
+    EXPECT_EQ(unitStatusRefreshPending, 1);
+    EXPECT_TRUE(departures.empty());
+}
+
+TEST_F(UnitTableTest, ListEndsWithAFailedQueryOrTheEndMark) {
+    ASSERT_EQ(InitSwitchInfo(), 0);
+    server.WithFabric([](sim::Fabric& fabric) { fabric.endMark = true; });
+    ASSERT_EQ(UpdateConnUnitTable(), 0);
+    EXPECT_EQ(GetUnitCount(), 3);
+    server.SetValue(0, "Oper.Fabric.FirstDomainID", "*end*");
+    EXPECT_EQ(UpdateConnUnitTable(), -1);
+    server.SetValue(0, "Oper.Fabric.FirstDomainID", std::nullopt);
+    EXPECT_EQ(UpdateConnUnitTable(), -1);
+    EXPECT_EQ(GetUnitCount(), 3);  // the table stays
+}
+
+TEST_F(UnitTableTest, ListThatNeverEndsIsBounded) {
+    ASSERT_EQ(InitSwitchInfo(), 0);
+    server.SetValue(0, "Oper.Fabric.NextDomainID.7", "1");
+    server.SetValue(0, "Oper.Fabric.NextDomainID.1", "7");
+    EXPECT_EQ(UpdateConnUnitTable(), 0);
+    EXPECT_EQ(GetUnitCount(), MAX_CONN_UNITS);
+    EXPECT_EQ(GetWWNfromIndex(MAX_CONN_UNITS), nullptr);
+    FlatPort found;
+    EXPECT_EQ(GetUnitAndPortFromFlatPort(5000000, found), -1);
+}
+
+TEST_F(UnitTableTest, OnlyTheLocalUnitWithoutProxying) {
+    server.WithFabric([](sim::Fabric& fabric) { fabric.proxy = false; });
+    Discover();
+    EXPECT_EQ(Domains(), std::vector<std::uint16_t>{2});
+    EXPECT_EQ(connUnitTbl[1].domainId, 0);
+    EXPECT_STREQ(connUnitTbl[1].wwn, "");
+}
+
+TEST_F(UnitTableTest, UnitsWithoutWwnOrAnswerAreLeftOut) {
+    ASSERT_EQ(InitSwitchInfo(), 0);
+    server.SetValue(0, "Oper.Fabric.Entry.1.WWN", "0000000000000000");
+    server.SetReplyOverride(
+        [](const sim::ReceivedCommand& command,
+           std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
+            if (command.domain == 7) {
+                reply[2] = 5;
+            }
+            return reply;
+        });
+    EXPECT_EQ(UpdateConnUnitTable(), 0);
+    EXPECT_EQ(Domains(), std::vector<std::uint16_t>{2});
+    // The local unit has to answer its probe.
+    server.SetReplyOverride(
+        [](const sim::ReceivedCommand& command,
+           std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
+            if (command.domain == 2) {
+                reply[2] = 5;
+            }
+            return reply;
+        });
+    EXPECT_EQ(UpdateConnUnitTable(), -1);
+    server.SetReplyOverride({});
+    server.SetValue(0, "Oper.Fabric.Entry.7.WWN", std::nullopt);
+    EXPECT_EQ(UpdateConnUnitTable(), -1);
+    EXPECT_EQ(Domains(), std::vector<std::uint16_t>{2});
+}
+
+TEST_F(UnitTableTest, DepartureIsReportedOncePerWalk) {
+    Discover();
+    RemoveSwitches({7, 1});
+    ASSERT_EQ(UpdateConnUnitTable(), 0);
+    ASSERT_EQ(departures.size(), 1u);
+    EXPECT_EQ(departures[0].domainId, 2);
+    EXPECT_EQ(departures[0].kind, kUnitDeletedKind);
+    EXPECT_STREQ(departures[0].text, sim::DefaultFabric().Find(7)->wwn.c_str());
+    ASSERT_EQ(UpdateConnUnitTable(), 0);
+    EXPECT_EQ(departures.size(), 1u);
+    // Rows behind the terminator: gone for lookups by number and domain, there for those by WWN.
+    std::uint16_t found = 0;
+    EXPECT_EQ(GetUnitCount(), 1);
+    EXPECT_EQ(GetIndexFromDomainId(1, found), -1);
+    EXPECT_EQ(GetIndexFromWwn(sim::DefaultFabric().Find(1)->wwn.c_str(), found), 0);
+    EXPECT_EQ(found, 2);
+    EXPECT_EQ(GetAscendingRows(), 1);
+    EXPECT_EQ(GetRowsEnd(), 3);
+}
+
+TEST_F(UnitTableTest, LookupsTakeZeroForTheLocalSwitchWhereTheySaySo) {
+    Discover();
+    std::uint16_t number = 9;
+    std::uint32_t reset = 9;
+    EXPECT_EQ(GetIndexFromDomainId(0, number), 0);
+    EXPECT_EQ(number, 0);
+    EXPECT_STREQ(GetWwnFromDomainId(0), connUnitTbl[0].wwn);
+    EXPECT_EQ(GetFcAddressFromDomainId(0), connUnitTbl[0].fcAddress);
+    EXPECT_EQ(GetFcAddressFromDomainId(99), 0xFFFFFFFFu);
+    EXPECT_EQ(GetUnitReset(0, reset), 0);
+    EXPECT_EQ(reset, 0u);
+    EXPECT_EQ(GetUnitStatus(0, number), -1);
+    EXPECT_EQ(SetUnitStatus(0, 3), -1);
+    EXPECT_EQ(SetUnitReset(0, 1), -1);
+    EXPECT_EQ(SetUnitReset(7, 2), -1);
+    EXPECT_EQ(SetUnitReset(7, 1), 0);
+    EXPECT_EQ(GetUnitReset(7, reset), 0);
+    EXPECT_EQ(reset, 1u);
+    EXPECT_EQ(GetDomainIdFromIndex(1, number), 0);
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(GetDomainIdFromIndex(3, number), -1);
+    EXPECT_EQ(number, 0);
+    EXPECT_EQ(GetDomainIdFromIndex(256, number), -1);
+    EXPECT_EQ(GetUnitEventSupport(255), 0);
+    EXPECT_EQ(GetUnitEventSupport(300), -1);
+    EXPECT_TRUE(TakeTexts().empty());
+}
+
+TEST_F(UnitTableTest, FlatPortsCountThroughTheUnitsInRowOrder) {
+    Discover();
+    FlatPort found{};
+    EXPECT_EQ(GetUnitAndPortFromFlatPort(15, found), 0);
+    EXPECT_EQ(std::tie(found.domain, found.unitIndex, found.port), std::make_tuple(2, 0, 15u));
+    EXPECT_EQ(GetUnitAndPortFromFlatPort(16, found), 0);
+    EXPECT_EQ(std::tie(found.domain, found.unitIndex, found.port), std::make_tuple(7, 1, 0u));
+    EXPECT_EQ(GetUnitAndPortFromFlatPort(47, found), 0);
+    EXPECT_EQ(std::tie(found.domain, found.unitIndex, found.port), std::make_tuple(1, 2, 7u));
+    EXPECT_EQ(GetUnitAndPortFromFlatPort(48, found), -1);
+    EXPECT_TRUE(IsPortOfLocalUnit(15));
+    EXPECT_FALSE(IsPortOfLocalUnit(16));
+    EXPECT_TRUE(IsLocalPort(15));
+    EXPECT_FALSE(IsLocalPort(16));
+}
+
+TEST_F(UnitTableTest, RefreshGivesUpAfterFourWalksAndReportsTheFourth) {
+    Discover();
+    server.SetValue(0, "Oper.Fabric.Entry.7.WWN", std::nullopt);
+    EXPECT_EQ(RefreshConnUnitTable(), -1);
+    EXPECT_EQ(CountTexts("FirstDomainID"), 4);
+    EXPECT_EQ(registrations, (std::vector<bool>{false, true}));
+    EXPECT_EQ(GetUnitCount(), 3);
+
+    // Each outcome by the number of walks that fail first.
+    for (const auto& [failures, result] : std::map<int, int>{{2, 0}, {3, -1}}) {
+        int walks = 0;
+        server.SetReplyOverride(
+            [&](const sim::ReceivedCommand& command,
+                std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
+                walks += command.text == "Get.Oper.Fabric.FirstDomainID" ? 1 : 0;
+                if (command.text == "Get.Oper.Fabric.Entry.2.WWN" && walks <= failures) {
+                    reply[2] = 1;
+                }
+                return reply;
+            });
+        server.SetValue(0, "Oper.Fabric.Entry.7.WWN", "1000020000000200");
+        EXPECT_EQ(RefreshConnUnitTable(), result) << failures;
+        EXPECT_EQ(walks, failures + 1);
+    }
+    server.SetReplyOverride({});
+}
+
+TEST_F(UnitTableTest, StatusesAreRefreshedOneUnitAStep) {
+    Discover();
+    for (int unit = 0; unit < 3; ++unit) {
+        EXPECT_EQ(RefreshNextUnitStatus(), 0);
+        EXPECT_EQ(unitStatusRefreshPending, 1);
+    }
+    EXPECT_EQ(CountTexts("Get.Oper.Switch.OperState"), 3);
+    EXPECT_EQ(connUnitTbl[0].status, kUnitWarning);
+    EXPECT_EQ(connUnitTbl[1].status, kUnitFailed);
+    EXPECT_EQ(connUnitTbl[2].status, kUnitOk);
+    RefreshNextUnitStatus();
+    EXPECT_EQ(unitStatusRefreshPending, 0);
+    RefreshNextUnitStatus();
+    EXPECT_TRUE(TakeTexts().empty());
+}
+
+TEST_F(UnitTableTest, BroadcastReachesTheOtherUnitsThatTakeEvents) {
+    server.WithFabric([](sim::Fabric& fabric) {
+        fabric.Find(7)->eventSupport = false;
+        fabric.Find(1)->eventSupport = true;
+    });
+    Discover();
+    BroadcastToFabric("Set.Cmd.Snmp.PrivateEvent.Hello");
+    const std::vector<sim::ReceivedCommand> sent = server.TakeCommands();
+    ASSERT_EQ(sent.size(), 1u);
+    EXPECT_EQ(sent[0].domain, 1u);
+}
+
+TEST(WwnText, GivesItsBytesAsFarAsItGoes) {
+    EXPECT_EQ(BytesOfWwn("10ff"), (WwnBytes{0x10, 0xFF}));
+    EXPECT_EQ(BytesOfWwn("100000000000000Ab"), (WwnBytes{0x10, 0, 0, 0, 0, 0, 0, 0x0A}));
+    EXPECT_EQ(BytesOfWwn("1"), WwnBytes{1});
+    EXPECT_EQ(BytesOfWwn(""), WwnBytes{});
+}
+
+}  // namespace
+}  // namespace snmpmain

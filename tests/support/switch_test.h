@@ -1,0 +1,84 @@
+// A test with a switch: the simulator in this process, and the agent's link to it. The link cannot
+// be opened twice in a process, so all such tests of one process share it and the address.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sim/fabric.h"
+#include "sim/server.h"
+#include "src/agent/signals.h"
+#include "src/base/trace_log.h"
+#include "src/link/link.h"
+#include "src/link/notify_queue.h"
+#include "src/link/switch_info.h"
+#include "src/snmptables/unit_status.h"
+#include "src/snmptables/unit_table.h"
+
+namespace snmpmain {
+
+// An address of this process's own; `lane` tells several apart.
+inline std::string LoopbackAddress(int lane) {
+    const int pid = ::getpid();
+    return "127." + std::to_string(lane * 32 + (pid >> 14) % 32) + "." +
+           std::to_string(pid >> 7 & 127) + "." + std::to_string(1 + (pid & 127));
+}
+
+class SwitchTest : public testing::Test {
+  protected:
+    explicit SwitchTest(sim::Fabric fabric = sim::DefaultFabric())
+        : server(std::move(fabric), Address()) {
+        static const bool linked = [] {
+            return InitLink(Address().c_str()) == 0 && InitSendRecvLock() == 0;
+        }();
+        EXPECT_TRUE(linked);
+        ResetTraceLog();
+        ResetSwitchInfo();
+        ResetConnUnitTable();
+        ResetUnitStatusMemo();
+        NotifyQueue::Reset();
+        fabricUpdatePending = 0;
+        SetDepartureHandler(nullptr);
+        SetRegistrationHandler(nullptr);
+    }
+
+    // Every frame that the agent sent must have been to the simulator's liking.
+    ~SwitchTest() override {
+        EXPECT_EQ(server.Complaints(), std::vector<std::string>{});
+    }
+
+    static std::string Address() {
+        return LoopbackAddress(1);
+    }
+
+    // Texts of the commands received since the last look.
+    std::vector<std::string> TakeTexts() {
+        std::vector<std::string> texts;
+        for (const sim::ReceivedCommand& command : server.TakeCommands()) {
+            texts.push_back(command.text);
+        }
+        return texts;
+    }
+
+    // Commands received since the last look that contain `part`.
+    long CountTexts(const std::string& part) {
+        const std::vector<std::string> texts = TakeTexts();
+        return std::ranges::count_if(
+            texts, [&](const std::string& text) { return text.find(part) != std::string::npos; });
+    }
+
+    void Discover() {
+        ASSERT_EQ(InitSwitchInfo(), 0);
+        ASSERT_EQ(UpdateConnUnitTable(), 0);
+        server.TakeCommands();
+    }
+
+    sim::Server server;
+};
+
+}  // namespace snmpmain

@@ -1,0 +1,118 @@
+#include "src/traps/notifications.h"
+
+#include "sim/frame.h"
+#include "src/base/byte_order.h"
+#include "src/base/text.h"
+#include "src/traps/event_kinds.h"
+#include "tests/support/switch_test.h"
+
+namespace snmpmain {
+namespace {
+
+class NotificationsTest : public SwitchTest {
+  protected:
+    NotificationsTest() {
+        Discover();
+    }
+
+    static std::vector<std::uint8_t> Frame(std::uint32_t target, const std::string& text) {
+        return sim::BuildFrame(target, sim::kNotificationType, 5, text);
+    }
+
+    // "domain kind text" of the record that a frame leads to, or "dropped".
+    static std::string Receive(std::vector<std::uint8_t> frame) {
+        const int result = HandleIncomingNotification(frame);
+        EXPECT_EQ(result == 0, NotifyQueue::Pending());
+        if (!NotifyQueue::Pending()) {
+            return "dropped";
+        }
+        NotificationRecord record;
+        NotifyQueue::Get(record);
+        return std::to_string(record.domainId) + " " + std::to_string(record.kind) + " " +
+               record.text;
+    }
+
+    // Fabric walks that a notification leads to.
+    long WalksAfter(std::uint16_t domain, std::uint16_t kind, const char* text = "") {
+        NotificationRecord record{};
+        record.domainId = domain;
+        record.kind = kind;
+        CopyText(record.text, sizeof(record.text), text);
+        NotifyQueue::Put(record);
+        DispatchNotification();
+        return CountTexts("FirstDomainID");
+    }
+};
+
+TEST_F(NotificationsTest, RecordsCarryDomainKindAndText) {
+    EXPECT_EQ(Receive(Frame(0, "29;[Port 3]")), "2 29 29;[Port 3]");
+    EXPECT_EQ(Receive(Frame(7 << 16, " 29;x")), "7 29  29;x");
+    EXPECT_EQ(Receive(Frame(97 << 16, "29;x")), "97 29 29;x");
+    server.WithFabric([](sim::Fabric& fabric) { fabric.mergeMode = "Interop_2"; });
+    ASSERT_EQ(ReadMergeMode(), 0);
+    EXPECT_EQ(Receive(Frame(97 << 16, "29;x")), "1 29 29;x");
+    EXPECT_EQ(Receive(Frame(96 << 16, "29;x")), "96 29 29;x");
+}
+
+TEST_F(NotificationsTest, ChangeNoticesAreDecorated) {
+    const std::string decorated = Receive(Frame(0, "5"));
+    EXPECT_TRUE(decorated.starts_with("2 5 5;["));
+    EXPECT_TRUE(decorated.ends_with("][0][0x0][Fabric oper change]\n"));
+    const std::string full = Receive(Frame(0, "5;" + std::string(480, 'x')));
+    EXPECT_EQ(full.size(), 4 + 511u);
+}
+
+TEST_F(NotificationsTest, BadSizesAndKindsAreDropped) {
+    for (const char* text : {"", "0;x", "38;x", "x", "65536", ";5"}) {
+        EXPECT_EQ(Receive(Frame(0, text)), "dropped") << text;
+    }
+    EXPECT_EQ(Receive(Frame(0, "37")).substr(0, 5), "2 37 ");
+    EXPECT_EQ(Receive(Frame(0, "65565")), "2 29 65565");  // 16 bits
+    std::vector<std::uint8_t> frame = Frame(0, "29;[Port 3]");
+    frame.resize(19);
+    EXPECT_EQ(Receive(frame), "dropped");
+    frame = Frame(0, "29;[Port 3]");
+    frame.resize(525);
+    EXPECT_EQ(Receive(frame), "dropped");
+    // The payload length is believed only as far as the frame goes.
+    for (const std::uint16_t length : std::array<std::uint16_t, 5>{0, 3, 7, 529, 65535}) {
+        frame = Frame(0, "29;x");
+        StoreBig16(&frame[10], length);
+        EXPECT_EQ(Receive(frame), "dropped") << length;
+    }
+    frame = Frame(0, "29;x");
+    StoreBig16(&frame[10], 528);
+    EXPECT_EQ(Receive(frame), "2 29 29;x");
+}
+
+TEST_F(NotificationsTest, DispatchRefreshesWhatTheKindConcerns) {
+    EXPECT_EQ(WalksAfter(2, 5), 1);
+    EXPECT_EQ(WalksAfter(7, 13), 1);
+    EXPECT_EQ(WalksAfter(7, 17), 1);
+    EXPECT_EQ(WalksAfter(2, 1), 1);
+    EXPECT_EQ(WalksAfter(7, 1), 0);
+    EXPECT_EQ(WalksAfter(7, 2), 1);
+    EXPECT_EQ(WalksAfter(2, 2), 0);
+    EXPECT_EQ(WalksAfter(7, 32, "[Fabric update][2][7]"), 1);
+    EXPECT_EQ(WalksAfter(7, 32, "[Unit status change][2][7]"), 0);
+    EXPECT_EQ(WalksAfter(2, 29), 0);
+    EXPECT_EQ(WalksAfter(42, 29), 1);  // a switch that was not known
+    WalksAfter(2, 12);
+    server.SetValue(0, "Oper.Switch.MaxPorts", "12");
+    WalksAfter(2, 36);
+    EXPECT_EQ(GetMaxPorts(0), 12u);
+}
+
+TEST(EventKinds, NamesGoWithTheNoticesAndNumbersBeyondAreClosed) {
+    for (std::uint16_t kind = 0; kind <= kLastEventKind; ++kind) {
+        const EventKind& known = GetEventKind(kind);
+        EXPECT_EQ(known.name[0] != '\0', known.severity > kNotifySeverity) << kind;
+    }
+    EXPECT_STREQ(GetEventKind(9).name, "NameServer oper change");
+    EXPECT_EQ(GetEventKind(29).severity, 6);
+    EXPECT_EQ(GetEventKind(38).severity, 65535);
+    EXPECT_EQ(GetEventKind(70000).severity, 65535);
+}
+
+}  // namespace
+}  // namespace snmpmain
