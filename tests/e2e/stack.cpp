@@ -115,6 +115,9 @@ Stack::Stack() : address_(LoopbackAddress()) {
 }
 
 Stack::~Stack() {
+    for (const auto& [name, pid] : processes_) {
+        EXPECT_EQ(Output(name).find("Sanitizer"), std::string::npos) << name;
+    }
     if (testing::Test::HasFailure()) {
         for (const auto& [name, pid] : processes_) {
             std::printf("--- %s\n%s\n", name.c_str(), Output(name).c_str());

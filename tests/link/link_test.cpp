@@ -7,6 +7,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <thread>
 
 #include "sim/frame.h"
@@ -185,12 +186,15 @@ TEST_F(LinkTest, SequenceTellsNotificationsFromReplies) {
 }
 
 TEST_F(LinkTest, RequestsGoToWhoeverSentTheLastDatagram) {
-    std::string sender;  // the agent's socket, as the first switch sees it
-    server.SetLog([&](const std::string& line) {
-        const std::size_t begin = line.find(' ') + 1;
-        sender = line.substr(begin, line.find(' ', begin) - begin);
+    std::promise<std::string> seen;
+    server.SetLog([&, first = true](const std::string& line) mutable {
+        if (std::exchange(first, false)) {
+            const std::size_t begin = line.find(' ') + 1;
+            seen.set_value(line.substr(begin, line.find(' ', begin) - begin));
+        }
     });
     EXPECT_EQ(Ask(1), "1");
+    const std::string sender = seen.get_future().get();  // the agent's socket
     server.SetLog({});
     sockaddr_in agent{};
     agent.sin_family = AF_INET;

@@ -1,7 +1,7 @@
 #include "src/snmptables/unit_table.h"
 
+#include <atomic>
 #include <cstring>
-#include <map>
 
 #include "tests/support/switch_test.h"
 
@@ -189,22 +189,23 @@ TEST_F(UnitTableTest, RefreshGivesUpAfterFourWalksAndReportsTheFourth) {
     EXPECT_EQ(GetUnitCount(), 3);
 
     // Each outcome by the number of walks that fail first.
-    for (const auto& [failures, result] : std::map<int, int>{{2, 0}, {3, -1}}) {
-        int walks = 0;
+    for (const auto& [failures, result] : {std::pair(2, 0), std::pair(3, -1)}) {
+        std::atomic<int> walks{0};
         server.SetReplyOverride(
-            [&](const sim::ReceivedCommand& command,
+            [&walks, most = failures](
+                const sim::ReceivedCommand& command,
                 std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
                 walks += command.text == "Get.Oper.Fabric.FirstDomainID" ? 1 : 0;
-                if (command.text == "Get.Oper.Fabric.Entry.2.WWN" && walks <= failures) {
+                if (command.text == "Get.Oper.Fabric.Entry.2.WWN" && walks <= most) {
                     reply[2] = 1;
                 }
                 return reply;
             });
         server.SetValue(0, "Oper.Fabric.Entry.7.WWN", "1000020000000200");
         EXPECT_EQ(RefreshConnUnitTable(), result) << failures;
+        server.SetReplyOverride({});
         EXPECT_EQ(walks, failures + 1);
     }
-    server.SetReplyOverride({});
 }
 
 TEST_F(UnitTableTest, StatusesAreRefreshedOneUnitAStep) {
