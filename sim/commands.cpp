@@ -44,21 +44,25 @@ std::string EndText(const Fabric& fabric) {
 template <class T>
 void AddFields(ReplyMap& map, const T& part, const Fields<T>& fields, const std::string& prefix,
                const std::string& suffix = {}) {
+    const auto reply = [&](const char* path) -> std::string& {
+        std::string key = prefix;
+        return map[key.append(path).append(suffix)];
+    };
     for (const TextField<T>& field : fields.texts) {
         const std::string& text = part.*field.member;
         if (field.path == nullptr || (field.form == Form::kOptional && text.empty())) {
             continue;
         }
-        map[prefix + field.path + suffix] = field.form == Form::kAddress ? AddressText(text) : text;
+        reply(field.path) = field.form == Form::kAddress ? AddressText(text) : text;
     }
     for (const NumberField<T>& field : fields.numbers) {
         if (field.path != nullptr) {
-            map[prefix + field.path + suffix] = std::to_string(part.*field.member);
+            reply(field.path) = std::to_string(part.*field.member);
         }
     }
     for (const BoolField<T>& field : fields.bools) {
         if (field.path != nullptr) {
-            map[prefix + field.path + suffix] = BoolText(part.*field.member);
+            reply(field.path) = BoolText(part.*field.member);
         }
     }
 }

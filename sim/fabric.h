@@ -48,7 +48,7 @@ struct Port {
     std::string topologyType = "F";           // type of the port in the topology
     std::string wwn = "0000000000000000";     // 16 hexadecimal digits
     std::string portId = "000000";            // 6 hexadecimal digits
-    std::string name = "";
+    std::string name = {};
     std::uint32_t maxCredit = 12;
     std::uint32_t minCredit = 1;  // bounds of a configurable buffer credit
     std::uint32_t topCredit = 255;

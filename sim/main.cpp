@@ -102,16 +102,16 @@ void Run(const Options& options) {
 
 int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    CLI::App app("switchsim: simulates the switch management of a Fibre Channel fabric",
-                 "switchsim");
-    Options options;
-    Declare(app, options);
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
-    }
-    try {
+        CLI::App app("switchsim: simulates the switch management of a Fibre Channel fabric",
+                     "switchsim");
+        Options options;
+        Declare(app, options);
+        try {
+            app.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            return app.exit(error) == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
         Run(options);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "switchsim: %s\n", error.what());

@@ -209,7 +209,7 @@ void Server::State::Handle(std::span<const std::uint8_t> datagram, const Address
     const auto logNow = log;
     if (const auto changed = override; changed != nullptr && text) {
         lock.unlock();
-        std::optional<Bytes> other = (*changed)(command, std::move(frame));
+        std::optional<Bytes> other = (*changed)(command, frame);
         lock.lock();
         if (other) {
             frame = std::move(*other);
@@ -346,7 +346,7 @@ void Server::State::Send(std::span<const std::uint8_t> frame, const Address& to)
     }
 }
 
-Server::Server(Fabric fabric, std::string address, Faults faults)
+Server::Server(Fabric fabric, const std::string& address, Faults faults)
     : state_(std::make_unique<State>(std::move(fabric), address, faults)) {
     Start();
 }

@@ -39,7 +39,7 @@ class Server {
   public:
     /// Binds `address` (dotted, in 127.0.0.0/8) and starts. Throws std::system_error when that
     /// fails and FabricError for a fabric that CheckFabric refuses.
-    Server(Fabric fabric, std::string address, Faults faults = {});
+    Server(Fabric fabric, const std::string& address, Faults faults = {});
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;

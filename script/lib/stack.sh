@@ -33,11 +33,12 @@ wait_until() {
     done
 }
 
-# stack_start NAME COMMAND...: output goes to NAME.log; the process id is left in STACK_PID.
+# stack_start NAME COMMAND...: output goes to NAME.log; the process id is left in STACK_PID. The
+# process ends with this script, however that ends.
 stack_start() {
     local name=$1
     shift
-    "$@" >"$STACK_ROOT/$name.log" 2>&1 </dev/null &
+    setpriv --pdeathsig KILL "$@" >"$STACK_ROOT/$name.log" 2>&1 </dev/null &
     STACK_PID=$!
     STACK_PIDS+=("$STACK_PID")
 }
