@@ -25,14 +25,16 @@ show_progress() {
         END { if (terminal && last != "") printf "\r              \r" }'
 }
 
-# build PRESET: configures and builds, in build/PRESET.
+# build PRESET [TARGET...]: configures and builds everything or some targets, in build/PRESET.
 build() {
-    say "building ($1)"
-    cmake --preset "$1" >"/tmp/snmpmain-configure.$$" 2>&1 || {
+    local preset=$1
+    shift
+    say "building ($preset)"
+    cmake --preset "$preset" >"/tmp/snmpmain-configure.$$" 2>&1 || {
         cat "/tmp/snmpmain-configure.$$"
         rm -f "/tmp/snmpmain-configure.$$"
         return 1
     }
     rm -f "/tmp/snmpmain-configure.$$"
-    cmake --build --preset "$1" 2>&1 | show_progress
+    cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 | show_progress
 }

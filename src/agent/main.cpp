@@ -46,6 +46,7 @@ int OpenLink(const Options& options) {
 }
 
 void ResetCaches() {
+    ResetSwitchInfo();
     ResetConnUnitTable();
     ResetUnitStatusMemo();
     SetDepartureHandler(NotifyQueue::Put);
@@ -85,6 +86,7 @@ void ReadSwitch() {
 
 void StartSubAgent(const char* socketPath) {
     WaitForMaster(socketPath);
+    // Today's library connects in init_snmp, and goes on trying there.
     if (init_agent(kAgentName) == -1) {
         snmp_shutdown(kAgentName);
         std::fprintf(stderr, "%ssnmpd daemon not found.\n", ClockStamp());

@@ -8,8 +8,9 @@ namespace snmpmain {
 // the last sigaction call.
 int InitSignals();
 
-// Logs the SIGPIPEs that arrived since the last call. Formatting and the system log take locks that
-// the interrupted code may hold, so the handler itself only takes note. Main thread only.
+// Logs a signal that the handler of SIGPIPE took since the last call, several as one. Formatting
+// and the system log take locks that the interrupted code may hold, so the handler itself only
+// takes note. Main thread only.
 void LogCaughtSignals();
 
 }  // namespace snmpmain

@@ -13,10 +13,8 @@ namespace {
 
 constexpr std::uint32_t kMarker = 0x11000000;
 constexpr std::size_t kStatusOffset = 2;
-constexpr std::size_t kTargetOffset = 4;
 constexpr std::size_t kTypeOffset = 8;
 constexpr std::size_t kPayloadLengthOffset = 10;
-constexpr std::size_t kSequenceOffset = 12;
 constexpr std::size_t kChecksumSize = 4;
 
 struct CommandPrefix {

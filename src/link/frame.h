@@ -22,6 +22,8 @@ constexpr std::size_t kMaxRequestSize = 524;
 constexpr std::size_t kMinRequestSize = 20;
 constexpr std::size_t kMaxReplySize = 512;  // what is read of a datagram
 constexpr std::size_t kHeaderSize = 16;
+constexpr std::size_t kTargetOffset = 4;
+constexpr std::size_t kSequenceOffset = 12;
 constexpr std::size_t kReplyTextSize = 512;
 
 constexpr std::uint16_t kGetMessage = 1024;

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -26,13 +28,14 @@ std::atomic<std::uint16_t> fabricUpdatePending{0};
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr const char* kDefaultAddress = "127.0.0.1";
-constexpr std::size_t kListenStackSize = 0x10000;
-constexpr int kWriteTimeout = 2;  // seconds
-constexpr int kTickLength = 1;    // seconds
+constexpr std::size_t kListenStackSize = 0x10000;  // bytes; some platforms want more at least
+constexpr std::chrono::seconds kWriteTimeout{2};
+constexpr std::chrono::seconds kTickLength{1};
 constexpr int kGetTicks = 2;
 constexpr int kOtherTicks = 10;
-constexpr std::size_t kSequenceOffset = 12;
 
 // Hand-over of replies. The ListenThread delivers a reply and posts the tick semaphore; the
 // requester counts ticks, takes the reply and posts the release semaphore. The ListenThread waits
@@ -54,13 +57,15 @@ struct Link {
     std::uint32_t sequence = kFirstSequence;
     int waitTicks = 0;  // one-second ticks that the requester may still wait
     pthread_mutex_t requestMutex = PTHREAD_MUTEX_INITIALIZER;
-    sem_t tick;     // posted on every idle second and on every reply
+    sem_t tick;     // posted every second and on every reply
     sem_t release;  // posted by the requester when the ListenThread may go on
     HandOver handOver;
     std::atomic<NotificationReceiver> receiver{nullptr};
 };
 
 Link link;
+
+thread_local bool onListenThread = false;
 
 class RequestLock {
   public:
@@ -88,11 +93,14 @@ void Wait(sem_t& semaphore) {
 
 enum class Readiness { kReady, kTimeout, kFailed };
 
-Readiness WaitForSocket(bool forWriting, int seconds) {
+Readiness WaitForSocket(bool forWriting, std::chrono::microseconds time) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
     fd_set set;
     FD_ZERO(&set);
     FD_SET(link.socket, &set);
-    timeval timeout{seconds, 0};
+    timeval timeout{};
+    timeout.tv_sec = static_cast<decltype(timeout.tv_sec)>(seconds.count());
+    timeout.tv_usec = static_cast<decltype(timeout.tv_usec)>((time - seconds).count());
     const int count = ::select(link.socket + 1, forWriting ? nullptr : &set,
                                forWriting ? &set : nullptr, nullptr, &timeout);
     if (count < 0) {
@@ -124,7 +132,6 @@ void DeliverReply(std::span<const std::uint8_t> datagram, std::uint32_t sequence
     handOver.receiveLength = datagram.size();
     handOver.receivedSequence = sequence;
     handOver.replyReady = true;
-    lock.unlock();
     PostIfZero(link.tick);
 }
 
@@ -161,16 +168,18 @@ void* ListenThread(void*) {
         // InitLink holds the mutex until the semaphores exist.
         const std::lock_guard lock(link.handOver.mutex);
     }
+    onListenThread = true;
+    // Ticks come by the clock, also while datagrams keep the thread busy: a requester counts on
+    // them to end its waiting.
+    Clock::time_point nextTick = Clock::now() + kTickLength;
     for (;;) {
-        switch (WaitForSocket(false, kTickLength)) {
-            case Readiness::kReady:
-                ReceiveDatagram();
-                break;
-            case Readiness::kTimeout:
-                PostIfZero(link.tick);
-                break;
-            case Readiness::kFailed:
-                break;
+        const auto left = std::chrono::ceil<std::chrono::microseconds>(nextTick - Clock::now());
+        if (left > left.zero() && WaitForSocket(false, left) == Readiness::kReady) {
+            ReceiveDatagram();
+        }
+        if (Clock::now() >= nextTick) {
+            PostIfZero(link.tick);
+            nextTick = Clock::now() + kTickLength;
         }
     }
     return nullptr;
@@ -216,7 +225,7 @@ int SendDatagram(const RequestFrame& frame, const sockaddr_in& peer) {
 }
 
 int SendFrame(const RequestFrame& frame) {
-    // An idle second that passed before this request is no part of its waiting time.
+    // A second that passed before this request is no part of its waiting time.
     while (::sem_trywait(&link.tick) == 0) {
     }
     link.waitTicks = RequestMessageType(frame) == kGetMessage ? kGetTicks : kOtherTicks;
@@ -311,7 +320,8 @@ int StartListenThread() {
     if (const int error = ::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
         error != 0) {
         result = ReportSetUpError("SNMP:pthread_attr_setdetachstate failed.", error);
-    } else if (const int error = ::pthread_attr_setstacksize(&attributes, kListenStackSize);
+    } else if (const int error = ::pthread_attr_setstacksize(
+                   &attributes, std::max<std::size_t>(kListenStackSize, PTHREAD_STACK_MIN));
                error != 0) {
         result = ReportSetUpError("SNMP:pthread_attr_setstacksize failed.", error);
     } else {
@@ -381,6 +391,9 @@ std::uint32_t MakeTargetWord(std::uint32_t domain) {
 
 int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
                        ReplyFrame& reply, std::size_t& requestSize) {
+    if (onListenThread) {
+        return -1;
+    }
     const RequestLock lock;
     RequestFrame frame;
     const std::uint32_t sequence = NextSequence(link.sequence);
@@ -413,11 +426,8 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
     std::array<char, kCommandSize> command;
     va_list arguments;
     va_start(arguments, format);
-    const int length = std::vsnprintf(command.data(), command.size(), format, arguments);
+    std::vsnprintf(command.data(), command.size(), format, arguments);
     va_end(arguments);
-    if (length < 0 || static_cast<std::size_t>(length) >= command.size()) {
-        return kQueryFailed;  // a cut command would ask for something else
-    }
     return SwitchMgmtQuery(domain, command.data(), result, type, value);
 }
 

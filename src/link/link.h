@@ -16,8 +16,8 @@ constexpr std::uint16_t SWITCH_MGMT_PORT = 5001;
 // What a failed query returns; a switch's own error numbers are the other non-zero results.
 constexpr std::uint16_t kQueryFailed = 0xFFFF;
 
-// Longest command text that fits a request frame, prefix and terminator included.
-constexpr std::size_t kCommandSize = 512;
+// Room for a command text and more than a request frame takes: one that was cut to this is refused.
+constexpr std::size_t kCommandSize = 520;
 
 // 1 once a reply has carried a non-zero status byte: the fabric may have changed, and the main loop
 // refreshes the unit table. Set on any thread, cleared by the main loop.
@@ -43,18 +43,20 @@ std::uint16_t InitSendRecvLock();
 // `domain` is a domain id, 0 for the local switch. `result` receives the reply text, converted as
 // `type` says; `value` the number of an integer reply (may be null). A "Get." request waits two
 // one-second ticks for its reply, any other ten, and is sent once more after that.
-// Returns 0, kQueryFailed, or the error number (low 16 bits) that the switch replied. Any thread;
-// requests of several threads follow one another.
+// Returns 0, kQueryFailed, or the error number (low 16 bits) that the switch replied. Requests of
+// several threads follow one another. Any thread but the ListenThread, which would wait for itself:
+// there it fails at once.
 std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyText& result,
                               ConversionType type, std::uint32_t* value = nullptr);
 
-// The same with a command made from a format (at most 511 characters; longer ones fail unsent).
+// The same with a command made from a format. Commands of more than 502 characters behind their
+// prefix fail unsent.
 std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, ConversionType type,
                                std::uint32_t* value, const char* format, ...)
     __attribute__((format(printf, 5, 6)));
 
 // Sends a command and hands out the reply frame unchecked. The message log shows `loggedText` for
-// the request. Returns 0, or -1 when there is no answer. Any thread.
+// the request. Returns 0, or -1 when there is no answer. Any thread but the ListenThread.
 int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
                        ReplyFrame& reply, std::size_t& requestSize);
 

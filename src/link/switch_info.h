@@ -3,6 +3,7 @@
 // where a function says otherwise.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace snmpmain {

@@ -274,7 +274,7 @@ int HelloUnit(std::uint16_t domain, ConnUnitEntry& row) {
     ReplyText text;
     ReadReplyText(reply, text);
     TraceLog(kTrace, "%-3d<< %s", domain, text.data());
-    row.fcAddress = LoadBig32(&reply[4]);
+    row.fcAddress = LoadBig32(&reply[kTargetOffset]);
     const bool accepted =
         SwitchMgmtQuery(domain, "Set.Cmd.Snmp.PrivateEvent.Hello", text, kString) == 0;
     row.eventSupport = accepted ? 1 : 0;

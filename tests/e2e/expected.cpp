@@ -38,7 +38,7 @@ std::vector<int> WwnOctets(const std::string& wwn) {
 std::string IndexOf(const sim::Switch& unit) {
     std::string index;
     for (const int octet : WwnOctets(unit.wwn)) {
-        index += "." + std::to_string(octet);
+        index.append(".").append(std::to_string(octet));
     }
     return index;
 }

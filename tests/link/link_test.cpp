@@ -18,7 +18,7 @@
 namespace snmpmain {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 class LinkTest : public SwitchTest {
   protected:
@@ -87,9 +87,9 @@ TEST_F(LinkTest, LostReplyIsAskedForOnceMoreWithTheSameSequence) {
             }
             return reply;
         });
-    const auto begin = Clock::now();
+    const auto begin = SteadyClock::now();
     EXPECT_EQ(Ask(5), "5");
-    EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds(2500));
+    EXPECT_LT(SteadyClock::now() - begin, std::chrono::milliseconds(2500));
     const std::vector<sim::ReceivedCommand> commands = server.TakeCommands();
     ASSERT_EQ(commands.size(), 2u);
     EXPECT_EQ(commands[0].sequence, commands[1].sequence);
@@ -97,14 +97,48 @@ TEST_F(LinkTest, LostReplyIsAskedForOnceMoreWithTheSameSequence) {
 
 TEST_F(LinkTest, SilentSwitchFailsAfterTwoSendingsAndFourTicks) {
     server.Pause(true);
-    const auto begin = Clock::now();
+    const auto begin = SteadyClock::now();
     EXPECT_EQ(Ask(6), "failed 65535");
-    const auto waited = Clock::now() - begin;
+    const auto waited = SteadyClock::now() - begin;
     EXPECT_GE(waited, std::chrono::milliseconds(2000));
     EXPECT_LE(waited, std::chrono::milliseconds(4500));
     EXPECT_EQ(server.TakeCommands().size(), 2u);
     server.Pause(false);
     EXPECT_EQ(Ask(7), "7");
+}
+
+TEST_F(LinkTest, BusyLinkDoesNotKeepARequesterWaiting) {
+    EXPECT_EQ(Ask(1), "1");
+    server.Pause(true);
+    std::atomic<bool> asking{true};
+    std::thread chatter([&] {
+        while (asking) {
+            server.SendNotification(0, "29;[chatter]");
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+    });
+    const auto begin = SteadyClock::now();
+    EXPECT_EQ(Ask(6), "failed 65535");
+    EXPECT_LE(SteadyClock::now() - begin, std::chrono::milliseconds(4500));
+    asking = false;
+    chatter.join();
+}
+
+std::atomic<int> resultOnListenThread{0};
+
+TEST_F(LinkTest, QueryOnTheListenThreadFailsInsteadOfWaitingForItself) {
+    EXPECT_EQ(Ask(1), "1");
+    SetNotificationReceiver([](std::span<const std::uint8_t>) {
+        ReplyText text;
+        resultOnListenThread = SwitchMgmtQuery(0, "Get.Oper.Switch.Nop", text, kString);
+        return 0;
+    });
+    server.SendNotification(0, "29;x");
+    for (int i = 0; i < 200 && resultOnListenThread == 0; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    EXPECT_EQ(resultOnListenThread, kQueryFailed);
+    EXPECT_EQ(Ask(2), "2");
 }
 
 TEST_F(LinkTest, StrayLateAndDoubledRepliesNeverAnswerAnotherRequest) {
