@@ -14,8 +14,6 @@ namespace {
 constexpr std::uint32_t kMarker = 0x11000000;
 constexpr std::size_t kStatusOffset = 2;
 constexpr std::size_t kTypeOffset = 8;
-constexpr std::size_t kPayloadLengthOffset = 10;
-constexpr std::size_t kChecksumSize = 4;
 
 struct CommandPrefix {
     std::string_view text;
@@ -100,7 +98,7 @@ void ReadReplyText(const ReplyFrame& reply, ReplyText& text) {
 
 int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText& text) {
     text.fill('\0');
-    if (requestSize < kMinRequestSize || requestSize > kMaxRequestSize) {
+    if (requestSize < kMinFrameSize || requestSize > kMaxFrameSize) {
         TossResponse(requestSize);
         return -1;
     }

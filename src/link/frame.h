@@ -18,12 +18,14 @@
 
 namespace snmpmain {
 
-constexpr std::size_t kMaxRequestSize = 524;
-constexpr std::size_t kMinRequestSize = 20;
+constexpr std::size_t kMinFrameSize = 20;
+constexpr std::size_t kMaxFrameSize = 524;
 constexpr std::size_t kMaxReplySize = 512;  // what is read of a datagram
 constexpr std::size_t kHeaderSize = 16;
 constexpr std::size_t kTargetOffset = 4;
+constexpr std::size_t kPayloadLengthOffset = 10;
 constexpr std::size_t kSequenceOffset = 12;
+constexpr std::size_t kChecksumSize = 4;
 constexpr std::size_t kReplyTextSize = 512;
 
 constexpr std::uint16_t kGetMessage = 1024;
@@ -37,7 +39,7 @@ constexpr std::uint32_t kFirstSequence = 0x10001;
 constexpr std::uint32_t kLastSequence = 0x20002;
 
 struct RequestFrame {
-    std::array<std::uint8_t, kMaxRequestSize> bytes;
+    std::array<std::uint8_t, kMaxFrameSize> bytes;
     std::size_t length;
 };
 static_assert(sizeof(RequestFrame::bytes) == 524);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kSource = "snmpoid.c";
 
-// Name under which the walkers report where a walk ended.
+// Reports that a walk ended, and where.
 void TraceMatchFailed(int line, const char* cause) {
     TraceLog(kError, "%s %d:%s caused MATCH_FAILED return", kSource, line, cause);
 }
@@ -81,6 +81,36 @@ std::span<oid, WWN_OID_LEN> UnitIdIn(WorkingOid& working, const variable* vp) {
     return std::span<oid, WWN_OID_LEN>(working.names + vp->namelen, WWN_OID_LEN);
 }
 
+// Where a walk over units starts.
+enum class UnitStart {
+    kEnd,           // nowhere: nothing lies behind the request
+    kFirstUnit,     // at the first unit
+    kNamedUnit,     // at the unit that the request names
+    kFollowingUnit  // at the unit behind one that the request names and that does not exist
+};
+
+// Begins a walk over an index that starts with a unit id and finds the unit. `cause` is what a
+// trace line blames when there is none.
+UnitStart BeginUnitWalk(const variable* vp, std::span<const oid> request, std::size_t indexLength,
+                        const char* attachedMessage, const char* cause, WorkingOid& working,
+                        std::uint16_t& unit) {
+    unit = 0;
+    switch (BeginWalk(vp, request, indexLength, attachedMessage, working)) {
+        case WalkStart::kPastColumn:
+            return UnitStart::kEnd;
+        case WalkStart::kFirstRow:
+            return UnitStart::kFirstUnit;
+        case WalkStart::kBehindRow:
+            break;
+    }
+    const int match = GetWwnIndexFromWwnOID(UnitIdIn(working, vp), unit);
+    if (match < 0) {
+        TraceMatchFailed(__LINE__, cause);
+        return UnitStart::kEnd;
+    }
+    return match == 0 ? UnitStart::kNamedUnit : UnitStart::kFollowingUnit;
+}
+
 // A table whose rows are numbered from 0 within each unit.
 struct UnitRows {
     std::uint16_t (*count)(std::uint32_t domain);
@@ -105,27 +135,16 @@ int RollOver(const UnitRows& rows, std::uint16_t& unit, std::uint16_t& row) {
 // The common walk over a unit id and a row number + 1.
 int GetNextUnitRow(const UnitRows& rows, const variable* vp, oid* name, std::size_t* length,
                    std::uint16_t& unit, std::uint16_t& row) {
-    unit = 0;
-    row = 0;
     WorkingOid working;
-    switch (BeginWalk(vp, {name, *length}, kUnitRowIndexLength,
-                      "Oid already has unit and index values attached", working)) {
-        case WalkStart::kPastColumn:
-            return -1;
-        case WalkStart::kFirstRow:
-            break;
-        case WalkStart::kBehindRow: {
-            const int match = GetWwnIndexFromWwnOID(UnitIdIn(working, vp), unit);
-            if (match < 0) {
-                TraceMatchFailed(__LINE__, "WWN");
-                return -1;
-            }
-            // The OID holds the row number + 1, which is the next row's number already.
-            row = match == 0 ? static_cast<std::uint16_t>(working.names[working.length - 1])
-                             : std::uint16_t{0};
-            break;
-        }
+    const UnitStart start =
+        BeginUnitWalk(vp, {name, *length}, kUnitRowIndexLength,
+                      "Oid already has unit and index values attached", "WWN", working, unit);
+    if (start == UnitStart::kEnd) {
+        return -1;
     }
+    // An OID holds the row number + 1, which is the next row's number already.
+    oid& lastNumber = working.names[working.length - 1];
+    row = static_cast<std::uint16_t>(start == UnitStart::kNamedUnit ? lastNumber : 0);
     TraceLog(kTrace, "Starting unit index... %i", unit);
     TraceLog(kTrace, "Starting value index.. %i", row);
     if (RollOver(rows, unit, row) != 0) {
@@ -136,31 +155,22 @@ int GetNextUnitRow(const UnitRows& rows, const variable* vp, oid* name, std::siz
     if (MakeOIDfromIndex(UnitIdIn(working, vp), unit) != 0) {
         return -1;
     }
-    working.names[working.length - 1] = oid{row} + 1;
+    lastNumber = oid{row} + 1;
     return FinishWalk(working, name, length);
 }
 
 }  // namespace
 
 int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit) {
-    unit = 0;
     WorkingOid working;
-    switch (BeginWalk(vp, {name, *length}, WWN_OID_LEN, "Oid already has WWN attached", working)) {
-        case WalkStart::kPastColumn:
-            return -1;
-        case WalkStart::kFirstRow:
-            break;
-        case WalkStart::kBehindRow: {
-            const int match = GetWwnIndexFromWwnOID(UnitIdIn(working, vp), unit);
-            if (match < 0) {
-                TraceMatchFailed(__LINE__, "GetWwnIndexFromWwnOID");
-                return -1;
-            }
-            if (match == 0) {
-                ++unit;
-            }
-            break;
-        }
+    const UnitStart start =
+        BeginUnitWalk(vp, {name, *length}, WWN_OID_LEN, "Oid already has WWN attached",
+                      "GetWwnIndexFromWwnOID", working, unit);
+    if (start == UnitStart::kEnd) {
+        return -1;
+    }
+    if (start == UnitStart::kNamedUnit) {
+        ++unit;
     }
     TraceLog(kTrace, "Starting unit index... %i", unit);
     const char* wwn = GetWWNfromIndex(unit);

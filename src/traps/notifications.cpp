@@ -21,9 +21,6 @@
 namespace snmpmain {
 namespace {
 
-constexpr std::size_t kMinFrameSize = 20;
-constexpr std::size_t kMaxFrameSize = 524;
-constexpr std::size_t kChecksumSize = 4;
 constexpr std::size_t kShortestPayload = 4;
 constexpr std::size_t kLongestPayload = 524;
 constexpr std::uint16_t kInteropDomainOffset = 96;
@@ -44,7 +41,7 @@ enum Kind : std::uint16_t {
 };
 
 int ExtractNotificationPayload(std::span<const std::uint8_t> frame, NotificationText& text) {
-    const std::size_t length = std::size_t{LoadBig16(&frame[10])} - kChecksumSize;
+    const std::size_t length = std::size_t{LoadBig16(&frame[kPayloadLengthOffset])} - kChecksumSize;
     if (length < kShortestPayload || length > kLongestPayload) {
         TraceLog(kError, "Trap payload garbage");
         return -1;
@@ -58,7 +55,7 @@ int ExtractNotificationPayload(std::span<const std::uint8_t> frame, Notification
 }
 
 std::uint16_t DomainOfNotification(std::span<const std::uint8_t> frame) {
-    std::uint16_t domain = LoadBig16(&frame[4]);
+    std::uint16_t domain = LoadBig16(&frame[kTargetOffset]);
     if (GetMergeMode() == kMergeInterop2 && domain > kInteropDomainOffset) {
         domain = static_cast<std::uint16_t>(domain - kInteropDomainOffset);
     }

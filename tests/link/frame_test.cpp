@@ -48,7 +48,7 @@ TEST(RequestFrame, EveryTextLengthFitsTheLengthFormula) {
         RequestFrame frame;
         const std::string text(n, 'a');
         ASSERT_EQ(BuildRequestFrame(("Get." + text).c_str(), 0, 0x10005, frame), 0) << n;
-        ASSERT_LE(frame.length, kMaxRequestSize) << n;
+        ASSERT_LE(frame.length, kMaxFrameSize) << n;
         const std::vector<std::uint8_t> bytes = Bytes(frame);
         sim::Request request;
         EXPECT_EQ(sim::CheckRequest(bytes, false, request), "") << n;
