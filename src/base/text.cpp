@@ -47,6 +47,10 @@ std::uint32_t ReadDecimal(const char* text) {
     return static_cast<std::uint32_t>(number);
 }
 
+std::uint32_t ReadDecimalBehindBlanks(const char* text) {
+    return ReadDecimal(text + std::strspn(text, " \t\n\v\f\r"));
+}
+
 std::uint8_t ReadHexPair(const char* text) {
     const int high = HexDigitValue(text[0]);
     if (high < 0) {

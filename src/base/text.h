@@ -40,8 +40,20 @@ constexpr int HexDigitValue(char c) {
 // bits gives 4294967295, on hosts of every word size.
 std::uint32_t ReadDecimal(const char* text);
 
+// The decimal number that `text` begins with, behind blanks.
+std::uint32_t ReadDecimalBehindBlanks(const char* text);
+
 // The one or two hexadecimal digits at `text` as a number, as far as they are hexadecimal: "1g"
 // gives 1, "g1" and the empty text give 0.
 std::uint8_t ReadHexPair(const char* text);
+
+// Converts a hexadecimal text two characters at a time into the numbers, zeros where it ends early.
+template <typename Number>
+void ReadHexText(const char* text, std::span<Number> numbers) {
+    for (Number& number : numbers) {
+        number = ReadHexPair(text);
+        text += text[0] == '\0' ? 0 : text[1] == '\0' ? 1 : 2;
+    }
+}
 
 }  // namespace snmpmain

@@ -60,8 +60,8 @@ int NextUnit(const HandlerCall& call, Instance& instance) {
 
 }  // namespace
 
-const TableShape kScalarShape{ResolveScalar, ResolveScalar};
-const TableShape kUnitShape{ResolveUnit, NextUnit};
+constinit const TableShape kScalarShape{ResolveScalar, ResolveScalar};
+constinit const TableShape kUnitShape{ResolveUnit, NextUnit};
 
 int SetNumber(MibValue& value, std::uint32_t number) {
     value.number = number;

@@ -14,18 +14,6 @@
 namespace snmpmain {
 namespace {
 
-template <typename Number>
-void ConvertHexText(const char* text, std::span<Number> numbers) {
-    std::ranges::fill(numbers, Number{0});
-    for (Number& number : numbers) {
-        if (text[0] == '\0') {
-            return;
-        }
-        number = ReadHexPair(text);
-        text += text[1] == '\0' ? 1 : 2;
-    }
-}
-
 // Compares 16 request sub-identifiers with a row's unit id: -1, 0 or 1.
 int CompareWithUnitId(std::span<const oid, WWN_OID_LEN> names, const ConnUnitEntry& row) {
     std::array<oid, WWN_OID_LEN> unitId;
@@ -40,12 +28,12 @@ std::uint16_t LowBits(oid name) {
 }  // namespace
 
 int MakeOIDfromHexStr(const char* text, std::span<oid> names) {
-    ConvertHexText(text, names);
+    ReadHexText(text, names);
     return 0;
 }
 
 int MakeBytesFromHexStr(const char* text, std::span<std::uint8_t> bytes) {
-    ConvertHexText(text, bytes);
+    ReadHexText(text, bytes);
     return 0;
 }
 

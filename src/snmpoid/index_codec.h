@@ -30,7 +30,7 @@ int MakeOIDfromHexStr(const char* text, std::span<oid> names);
 int MakeBytesFromHexStr(const char* text, std::span<std::uint8_t> bytes);
 
 // Writes two lower-case digits per sub-identifier and a terminator into `text`. Returns 0, or -1
-// (logged) for a sub-identifier above 255 or a text without room.
+// for a sub-identifier above 255 (logged) or a text without room.
 int MakeHexStrFromOID(std::span<const oid> names, std::span<char> text);
 
 // Writes the unit id of a row of connUnitTbl. Returns 0, or -1 (logged) for an unused row.
@@ -49,7 +49,7 @@ int GetWWNandIndexFromOID(std::span<const oid> name, std::span<char> wwn, std::u
 int MakeOIDfromIPAddr(const char* text, std::span<oid, 4> names);
 
 // The address and UDP port that end an OID. The text is written even when it turns out invalid.
-// Returns 0, or -1 (logged).
+// Returns 0, or -1 for an invalid address (logged) or an OID that is too short.
 int GetIPAddrAndPortFromOID(std::span<const oid> name, std::span<char> address,
                             std::uint32_t& port);
 

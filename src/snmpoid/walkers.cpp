@@ -63,17 +63,17 @@ WalkStart BeginWalk(const variable* vp, std::span<const oid> request, std::size_
     return WalkStart::kBehindRow;
 }
 
-// Puts the row's OID in the place of the request. A row that does not lie behind the request ends
-// the walk: a manager would walk in circles otherwise, when rows of an earlier fabric are around.
-int FinishWalk(const WorkingOid& working, oid* name, std::size_t* length) {
-    if (snmp_oid_compare(working.names, working.length, name, *length) <= 0) {
-        TraceMatchFailed(__LINE__, "OID not increasing");
-        return -1;
-    }
+// Whether a row lies behind the request. A walk passes over those that do not (units with the same
+// WWN, or WWNs in mixed case, which are sorted as texts): a manager would go round in circles.
+bool LiesBehind(const WorkingOid& row, std::span<const oid> request) {
+    return snmp_oid_compare(row.names, row.length, request.data(), request.size()) > 0;
+}
+
+// Puts the row's OID in the place of the request.
+void FinishWalk(const WorkingOid& working, oid* name, std::size_t* length) {
     std::copy_n(working.names, working.length, name);
     *length = working.length;
     TraceOid("Outgoing oid ", {name, *length});
-    return 0;
 }
 
 // The sub-identifiers of a unit id within a working OID.
@@ -118,7 +118,7 @@ struct UnitRows {
 
 // Moves to the first existing row from (unit, row) on, over units without rows. Returns 0, or -1
 // when no unit is left.
-int RollOver(const UnitRows& rows, std::uint16_t& unit, std::uint16_t& row) {
+int RollOver(const UnitRows& rows, std::uint16_t& unit, std::uint32_t& row) {
     for (;; ++unit, row = 0) {
         std::uint16_t domain = 0;
         if (GetDomainIdFromIndex(unit, domain) != 0) {
@@ -134,38 +134,42 @@ int RollOver(const UnitRows& rows, std::uint16_t& unit, std::uint16_t& row) {
 
 // The common walk over a unit id and a row number + 1.
 int GetNextUnitRow(const UnitRows& rows, const variable* vp, oid* name, std::size_t* length,
-                   std::uint16_t& unit, std::uint16_t& row) {
+                   std::uint16_t& unit, std::uint32_t& row) {
+    const std::span<const oid> request(name, *length);
     WorkingOid working;
     const UnitStart start =
-        BeginUnitWalk(vp, {name, *length}, kUnitRowIndexLength,
+        BeginUnitWalk(vp, request, kUnitRowIndexLength,
                       "Oid already has unit and index values attached", "WWN", working, unit);
     if (start == UnitStart::kEnd) {
         return -1;
     }
     // An OID holds the row number + 1, which is the next row's number already.
     oid& lastNumber = working.names[working.length - 1];
-    row = static_cast<std::uint16_t>(start == UnitStart::kNamedUnit ? lastNumber : 0);
+    row = static_cast<std::uint32_t>(start == UnitStart::kNamedUnit ? lastNumber : 0);
     TraceLog(kTrace, "Starting unit index... %i", unit);
-    TraceLog(kTrace, "Starting value index.. %i", row);
-    if (RollOver(rows, unit, row) != 0) {
-        return -1;
+    TraceLog(kTrace, "Starting value index.. %u", row);
+    for (;; ++unit, row = 0) {
+        if (RollOver(rows, unit, row) != 0 || MakeOIDfromIndex(UnitIdIn(working, vp), unit) != 0) {
+            return -1;
+        }
+        lastNumber = oid{row} + 1;
+        if (LiesBehind(working, request)) {
+            break;
+        }
     }
     TraceLog(kTrace, "Ending unit index..... %i", unit);
-    TraceLog(kTrace, "Ending value index.... %i", row);
-    if (MakeOIDfromIndex(UnitIdIn(working, vp), unit) != 0) {
-        return -1;
-    }
-    lastNumber = oid{row} + 1;
-    return FinishWalk(working, name, length);
+    TraceLog(kTrace, "Ending value index.... %u", row);
+    FinishWalk(working, name, length);
+    return 0;
 }
 
 }  // namespace
 
 int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit) {
+    const std::span<const oid> request(name, *length);
     WorkingOid working;
-    const UnitStart start =
-        BeginUnitWalk(vp, {name, *length}, WWN_OID_LEN, "Oid already has WWN attached",
-                      "GetWwnIndexFromWwnOID", working, unit);
+    const UnitStart start = BeginUnitWalk(vp, request, WWN_OID_LEN, "Oid already has WWN attached",
+                                          "GetWwnIndexFromWwnOID", working, unit);
     if (start == UnitStart::kEnd) {
         return -1;
     }
@@ -173,19 +177,25 @@ int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_
         ++unit;
     }
     TraceLog(kTrace, "Starting unit index... %i", unit);
-    const char* wwn = GetWWNfromIndex(unit);
-    if (wwn == nullptr) {
-        TraceMatchFailed(__LINE__, "GetWWNfromIndex");
-        return -1;
+    for (;; ++unit) {
+        const char* wwn = GetWWNfromIndex(unit);
+        if (wwn == nullptr) {
+            TraceMatchFailed(__LINE__, "GetWWNfromIndex");
+            return -1;
+        }
+        MakeOIDfromHexStr(wwn, UnitIdIn(working, vp));
+        if (LiesBehind(working, request)) {
+            TraceLog(kTrace, "Ending unit index..... %i", unit);
+            TraceLog(kTrace, "Ending WWN............ %s", wwn);
+            break;
+        }
     }
-    TraceLog(kTrace, "Ending unit index..... %i", unit);
-    TraceLog(kTrace, "Ending WWN............ %s", wwn);
-    MakeOIDfromHexStr(wwn, UnitIdIn(working, vp));
-    return FinishWalk(working, name, length);
+    FinishWalk(working, name, length);
+    return 0;
 }
 
 int GetNextUnitRevision(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
-                        std::uint16_t& revision) {
+                        std::uint32_t& revision) {
     constexpr UnitRows kRevisions{GetRevisionCount};
     return GetNextUnitRow(kRevisions, vp, name, length, unit, revision);
 }

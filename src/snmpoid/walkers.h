@@ -15,6 +15,6 @@ int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_
 
 // Index: unit id, revision number + 1. `revision` counts from 0.
 int GetNextUnitRevision(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
-                        std::uint16_t& revision);
+                        std::uint32_t& revision);
 
 }  // namespace snmpmain

@@ -72,12 +72,17 @@ ConnUnitEntry* RowOfDomain(std::uint32_t domain) {
     return nullptr;
 }
 
+std::uint32_t DomainOrLocal(std::uint32_t domain) {
+    return domain == 0 ? GetLocalDomainId() : domain;
+}
+
 ConnUnitEntry* RowOfDomainOrLocal(std::uint32_t domain) {
-    return RowOfDomain(domain == 0 ? GetLocalDomainId() : domain);
+    return RowOfDomain(DomainOrLocal(domain));
 }
 
 const ConnUnitEntry* LoggedRowOfDomain(std::uint32_t domain) {
-    const ConnUnitEntry* row = RowOfDomainOrLocal(domain);
+    domain = DomainOrLocal(domain);
+    const ConnUnitEntry* row = RowOfDomain(domain);
     if (row == nullptr) {
         TraceLog(kError, "Invalid connUnitTbl[] DomainId- %d", static_cast<int>(domain));
     }
@@ -112,7 +117,7 @@ Walk AskNextDomain(const std::uint16_t* previous, std::uint16_t& domain) {
     if (result != 0 || std::strcmp(reply.data(), kListEnd) == 0) {
         return previous == nullptr ? Walk::kFailed : Walk::kEnd;
     }
-    domain = static_cast<std::uint16_t>(ReadDecimal(reply.data()));
+    domain = static_cast<std::uint16_t>(ReadDecimalBehindBlanks(reply.data()));
     return Walk::kNext;
 }
 
@@ -125,7 +130,8 @@ int DiscoverUnit(std::uint16_t domain, ConnUnitEntry& row, bool& kept) {
     if (SwitchMgmtQueryf(0, wwn, kString, nullptr, "Get.Oper.Fabric.Entry.%i.WWN", domain) != 0) {
         return -1;
     }
-    if (std::strcmp(wwn.data(), kNoWwn) == 0) {
+    // A row without a WWN would end every table: it marks the rows that are not in use.
+    if (std::strcmp(wwn.data(), kNoWwn) == 0 || wwn[0] == '\0') {
         return 0;
     }
     CopyText(row.wwn, sizeof(row.wwn), wwn.data());
@@ -373,7 +379,8 @@ const char* GetWwnFromDomainId(std::uint32_t domain) {
 }
 
 std::uint32_t GetFcAddressFromDomainId(std::uint32_t domain) {
-    const ConnUnitEntry* row = RowOfDomainOrLocal(domain);
+    domain = DomainOrLocal(domain);
+    const ConnUnitEntry* row = RowOfDomain(domain);
     if (row == nullptr) {
         TraceLog(kError, "Invalid connUnitTbl[] DomainId- %d\n", static_cast<int>(domain));
         return 0xFFFFFFFF;
@@ -439,11 +446,8 @@ int GetUnitAndPortFromFlatPort(std::uint32_t flatPort, FlatPort& found) {
 }
 
 WwnBytes BytesOfWwn(const char* wwn) {
-    WwnBytes bytes{};
-    for (std::size_t i = 0; i < bytes.size() && wwn[0] != '\0'; ++i) {
-        bytes[i] = ReadHexPair(wwn);
-        wwn += wwn[1] == '\0' ? 1 : 2;
-    }
+    WwnBytes bytes;
+    ReadHexText(wwn, std::span<std::uint8_t>(bytes));
     return bytes;
 }
 

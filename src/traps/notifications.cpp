@@ -62,11 +62,6 @@ std::uint16_t DomainOfNotification(std::span<const std::uint8_t> frame) {
     return domain == 0 ? static_cast<std::uint16_t>(GetLocalDomainId()) : domain;
 }
 
-// The number that begins a text, behind blanks.
-std::uint16_t LeadingNumber(const char* text) {
-    return static_cast<std::uint16_t>(ReadDecimal(text + std::strspn(text, " \t\n\v\f\r")));
-}
-
 // Change notices carry nothing to read: give them the time and their kind's name.
 void Decorate(const EventKind& kind, NotificationText& text) {
     NotificationText decoration;
@@ -135,7 +130,7 @@ int HandleIncomingNotification(std::span<const std::uint8_t> frame) {
         return -1;
     }
     const std::uint16_t domain = DomainOfNotification(frame);
-    const std::uint16_t kind = LeadingNumber(text.data());
+    const auto kind = static_cast<std::uint16_t>(ReadDecimalBehindBlanks(text.data()));
     if (kind < kFirstEventKind || kind > kLastEventKind) {
         TraceLog(kError, "Invalid trap index:%d. Dropping message", kind);
         return -1;

@@ -38,6 +38,14 @@ TEST(FabricTables, ReadAsTheFabricIsByGetGetNextAndWalks) {
             }
         }
     }
+    // The whole subtree: the tables that do not answer yet are passed over.
+    Values whole = stack.GetNext({kFcmgmt, kFcmgmt + ".1.1.0"});
+    for (const Values& part : {ExpectedUnits(fabric), ExpectedRevisions(fabric),
+                               stack.Get({kFcmgmt + ".2.1.0", kFcmgmt + ".3.0"})}) {
+        whole.insert(whole.end(), part.begin(), part.end());
+    }
+    EXPECT_EQ(stack.Walk(kFcmgmt), whole);
+    EXPECT_EQ(stack.BulkWalk(kFcmgmt), whole);
     EXPECT_TRUE(stack.Switch().Complaints().empty());
 }
 

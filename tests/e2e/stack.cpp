@@ -15,16 +15,12 @@
 #include <sstream>
 #include <thread>
 
+#include "tests/support/loopback.h"
+
 namespace e2e {
 namespace {
 
 constexpr const char* kSnmpPort = "1161";
-
-std::string LoopbackAddress() {
-    const int pid = ::getpid();
-    return "127." + std::to_string(160 + (pid >> 14) % 64) + "." + std::to_string(pid >> 7 & 127) +
-           "." + std::to_string(1 + (pid & 127));
-}
 
 std::string ReadFile(const std::string& path) {
     std::ifstream file(path);
@@ -103,7 +99,7 @@ Finished RunProgram(const Words& command) {
     return finished;
 }
 
-Stack::Stack() : address_(LoopbackAddress()) {
+Stack::Stack() : address_(LoopbackAddress(0)) {
     char name[] = "/tmp/snmpmain_e2e.XXXXXX";
     root_ = ::mkdtemp(name);
     std::filesystem::create_directories(Path("var/agentx"));

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tests/sim/client.h"
+#include "tests/support/loopback.h"
 
 namespace {
 
@@ -77,17 +78,18 @@ class Program {
 
 TEST(Program, SaysWhenReadyLogsCommandsAndEndsCleanlyOnASignal) {
     for (const int signal : {SIGTERM, SIGINT}) {
-        Program program({"--listen", "127.77.2.1", "--log", "--silent-domain", "7"});
+        const std::string address = LoopbackAddress(0);
+        Program program({"--listen", address, "--log", "--silent-domain", "7"});
         EXPECT_EQ(program.Line(),
-                  "switchsim: listening on 127.77.2.1:5001, 3 switches, local domain 2\n");
-        simtest::Client client("127.77.2.1");
+                  "switchsim: listening on " + address + ":5001, 3 switches, local domain 2\n");
+        simtest::Client client(address.c_str());
         EXPECT_EQ(client.Get("Oper.Switch.Type", 1), "SmallSwitch8");
         EXPECT_TRUE(program.Line().ends_with(" Get.Oper.Switch.Type -> SmallSwitch8\n"));
         client.Send(simtest::Frame(1024, "Oper.Switch.Nop", 7 << 16));
         EXPECT_TRUE(program.Line().ends_with(" Get.Oper.Switch.Nop -> (no answer)\n"));
-        Program second({"--listen", "127.77.2.1"});
+        Program second({"--listen", address});
         EXPECT_EQ(second.Rest(),
-                  "switchsim: cannot listen on 127.77.2.1:5001: Address already in use\n");
+                  "switchsim: cannot listen on " + address + ":5001: Address already in use\n");
         EXPECT_EQ(second.Wait(), 1);
         program.Signal(signal);
         EXPECT_EQ(program.Rest(),

@@ -1,4 +1,5 @@
 #include "sim/server.h"
+#include "tests/support/loopback.h"
 
 #include <gtest/gtest.h>
 
@@ -26,8 +27,8 @@ std::string TextOrNone(const std::optional<Bytes>& frame) {
 }
 
 TEST(Server, AnswersAsTheAddressedSwitch) {
-    sim::Server server(sim::DefaultFabric(), "127.77.1.1");
-    Client client("127.77.1.1");
+    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
+    Client client(LoopbackAddress(0).c_str());
     client.Send(Frame(kGet, "Oper.Switch.DomainID", 7 << 16, 0x10005));
     EXPECT_EQ(client.Receive(), Frame(kGet, "7", 7 << 16, 0x10005));
     client.Send(Frame(kGet, "Oper.Switch.DomainID", 0, 0x10006));
@@ -51,8 +52,8 @@ TEST(Server, AnswersAsTheAddressedSwitch) {
 }
 
 TEST(Server, LeavesMalformedFramesUnansweredAndRemembersWhy) {
-    sim::Server server(sim::DefaultFabric(), "127.77.1.2");
-    Client client("127.77.1.2");
+    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
+    Client client(LoopbackAddress(0).c_str());
     Bytes bad = Frame(kGet, "Oper.Switch.Nop");
     bad.back() ^= 1;
     client.Send(bad);
@@ -66,8 +67,8 @@ TEST(Server, LeavesMalformedFramesUnansweredAndRemembersWhy) {
 }
 
 TEST(Server, FollowsChangesOfTheFabricAtOnce) {
-    sim::Server server(sim::DefaultFabric(), "127.77.1.3");
-    Client client("127.77.1.3");
+    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
+    Client client(LoopbackAddress(0).c_str());
     EXPECT_EQ(client.Get("Oper.UserPort.0.0.OperState", 2), "Online");
     server.WithFabric([](sim::Fabric& fabric) {
         fabric.Find(2)->ports[0].operState = "Down";
@@ -93,17 +94,17 @@ TEST(Server, FollowsChangesOfTheFabricAtOnce) {
 }
 
 TEST(Server, PausesStopsAndStartsAgain) {
-    sim::Server server(sim::DefaultFabric(), "127.77.1.4");
-    Client client("127.77.1.4");
+    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
+    Client client(LoopbackAddress(0).c_str());
     server.Pause(true);
     EXPECT_EQ(client.Ask(kOn, "", 0, kShort), "(none)");
     EXPECT_EQ(server.TakeCommands().size(), 1u);
     server.Pause(false);
     EXPECT_EQ(client.Get("Oper.Switch.Nop"), "Ok");
 
-    EXPECT_THROW(sim::Server(sim::DefaultFabric(), "127.77.1.4"), std::system_error);
+    EXPECT_THROW(sim::Server(sim::DefaultFabric(), LoopbackAddress(0)), std::system_error);
     server.Stop();
-    sim::Server(sim::DefaultFabric(), "127.77.1.4");
+    sim::Server(sim::DefaultFabric(), LoopbackAddress(0));
     EXPECT_EQ(client.Ask(kGet, "Oper.Switch.Nop", 0, kShort), "(none)");
     server.Start();
     server.SendNotification(0, "nobody asked this process yet");
@@ -112,12 +113,13 @@ TEST(Server, PausesStopsAndStartsAgain) {
 
     EXPECT_THROW(sim::Server(sim::DefaultFabric(), "10.0.0.1"), std::system_error);
     EXPECT_THROW(sim::Server(sim::DefaultFabric(), "localhost"), std::system_error);
-    EXPECT_THROW(sim::Server(sim::Fabric{}, "127.77.1.9"), sim::FabricError);
+    EXPECT_THROW(sim::Server(sim::Fabric{}, LoopbackAddress(0)), sim::FabricError);
 }
 
 TEST(Server, NotifiesTheLastRequesterAndTheRegisteredOnceEach) {
-    sim::Server server(sim::DefaultFabric(), "127.77.1.5");
-    Client registered("127.77.1.5"), elsewhere("127.77.1.5"), last("127.77.1.5");
+    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
+    Client registered(LoopbackAddress(0).c_str()), elsewhere(LoopbackAddress(0).c_str()),
+        last(LoopbackAddress(0).c_str());
     EXPECT_EQ(registered.Ask(kOn, "", 7), "");
     EXPECT_EQ(elsewhere.Ask(kOn, "", 1), "");
     EXPECT_EQ(last.Ask(kOn, "", 7), "");
@@ -147,8 +149,8 @@ TEST(Server, NotifiesTheLastRequesterAndTheRegisteredOnceEach) {
 
 TEST(Server, OverridesRepliesAndLogsCommands) {
     std::vector<std::string> lines;
-    sim::Server server(sim::DefaultFabric(), "127.77.1.6");
-    Client client("127.77.1.6");
+    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
+    Client client(LoopbackAddress(0).c_str());
     server.SetLog([&](const std::string& line) {
         lines.push_back(line);  // read after Stop only
     });
@@ -193,7 +195,7 @@ struct Faulty {
 };
 
 TEST(Faults, LoseTheSameRepliesForTheSameSeed) {
-    Faulty link("127.77.3.1");
+    Faulty link(LoopbackAddress(0).c_str());
     std::vector<std::vector<std::uint32_t>> runs;
     for (const std::uint64_t seed : {5u, 5u, 6u}) {
         link.Set([&](sim::Faults& f) { f.lose = 0.5, f.seed = seed; });
@@ -223,7 +225,7 @@ TEST(Faults, LoseTheSameRepliesForTheSameSeed) {
 }
 
 TEST(Faults, DelayRepliesWhileOtherRequestsGoOn) {
-    Faulty link("127.77.3.2");
+    Faulty link(LoopbackAddress(0).c_str());
     link.Set([](sim::Faults& f) { f.delayMs = 400; });
     const auto start = std::chrono::steady_clock::now();
     link.SendDomainQuery(0, 0x10003);
@@ -235,7 +237,7 @@ TEST(Faults, DelayRepliesWhileOtherRequestsGoOn) {
 }
 
 TEST(Faults, DuplicatePrecedeAndMarkReplies) {
-    Faulty link("127.77.3.3");
+    Faulty link(LoopbackAddress(0).c_str());
     link.Set([](sim::Faults& f) {
         f.duplicate = 1, f.wrongSequence = 1, f.statusByte = 1, f.statusValue = 9;
     });
@@ -250,7 +252,7 @@ TEST(Faults, DuplicatePrecedeAndMarkReplies) {
 }
 
 TEST(Faults, ReorderedReplyFollowsTheNextOrTheTimeLimit) {
-    Faulty link("127.77.3.4");
+    Faulty link(LoopbackAddress(0).c_str());
     for (const unsigned delayMs : {0u, 50u}) {
         link.Set([&](sim::Faults& f) { f.reorder = 1, f.reorderMs = 5000, f.delayMs = delayMs; });
         link.SendDomainQuery(0, 0x10003);
@@ -264,7 +266,7 @@ TEST(Faults, ReorderedReplyFollowsTheNextOrTheTimeLimit) {
 }
 
 TEST(Concurrency, ChangesFaultsAndRequestsDoNotDisturbEachOther) {
-    sim::Server server(sim::GenerateFabric(3), "127.77.1.8");
+    sim::Server server(sim::GenerateFabric(3), LoopbackAddress(0));
     std::atomic<bool> done{false};
     std::thread meddler([&] {
         for (unsigned i = 0; !done; i++) {
@@ -280,7 +282,7 @@ TEST(Concurrency, ChangesFaultsAndRequestsDoNotDisturbEachOther) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
     });
-    Client client("127.77.1.8");
+    Client client(LoopbackAddress(0).c_str());
     int answered = 0;
     for (std::uint32_t i = 0; i < 300; i++) {
         client.Send(Frame(kGet, "Config.Switch.SymName", 1 << 16, 0x10003 + i));

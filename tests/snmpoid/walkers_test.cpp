@@ -25,7 +25,7 @@ struct Step {
     int result = 0;
     Oid name;
     std::uint16_t unit = 0;
-    std::uint16_t row = 0;
+    std::uint32_t row = 0;
 };
 
 class WalkersTest : public SwitchTest {
@@ -108,7 +108,7 @@ TEST_F(WalkersTest, RevisionsRollOverToTheNextUnit) {
     EXPECT_EQ(NextRevision(half).name, Row(kSecond, 1));
     const Step last = NextRevision(Row(kSecond, 3));
     EXPECT_EQ(last.unit, 1);
-    EXPECT_EQ(last.row, 3);
+    EXPECT_EQ(last.row, 3u);
 }
 
 TEST_F(WalkersTest, UnitsWithoutRowsAreSkipped) {
@@ -118,31 +118,83 @@ TEST_F(WalkersTest, UnitsWithoutRowsAreSkipped) {
     EXPECT_EQ(NextRevision(Row(kFirst, 3)).result, -1);
 }
 
-// Whatever is asked, an answer lies behind the request: numbers beyond 16 bits, rows of an earlier
-// fabric, identifiers of any size.
+// Neither numbers beyond 16 bits nor units with one WWN, nor WWNs in mixed case, which are sorted
+// as texts, may lead a manager round in circles or hide the units behind them.
+TEST_F(WalkersTest, WalksGoOnPastOddNumbersAndWwns) {
+    for (const oid number : {3u, 65535u, 65536u, 65537u, 4294967295u}) {
+        EXPECT_EQ(NextRevision(Row(kFirst, number)).name, Row(kSecond, 1)) << number;
+    }
+    const std::pair<std::vector<std::string>, std::size_t> fabrics[] = {
+        {{"1000020000000100", "1000020000000100", "1000020000000300"}, 2},
+        {{"10000200000002B0", "10000200000002a0", "10000200000002c0"}, 2},
+    };
+    for (const auto& [wwns, count] : fabrics) {
+        server.WithFabric([&, list = &wwns](sim::Fabric& fabric) {
+            for (std::size_t i = 0; i < list->size(); ++i) {
+                fabric.switches[i].wwn = (*list)[i];
+            }
+        });
+        ASSERT_EQ(UpdateConnUnitTable(), 0);
+        std::vector<Oid> units;
+        for (Step step = NextUnit(kColumn); step.result == 0; step = NextUnit(step.name)) {
+            ASSERT_TRUE(units.empty() || step.name > units.back());
+            units.push_back(step.name);
+        }
+        EXPECT_EQ(units.size(), count);
+        EXPECT_EQ(units.back(), Row(wwns.back()));
+    }
+}
+
 TEST_F(WalkersTest, AnswersAlwaysLieBehindTheRequest) {
+    std::uint32_t seed = 1;
+    const auto random = [&](std::size_t count) {
+        seed = seed * 1664525 + 1013904223;
+        return (seed >> 16) % count;
+    };
+    const std::string wwns[] = {"", kFirst, kSecond, kThird, "f000020000000900"};
+    const oid numbers[] = {0, 1, 2, 3, 65535, 65536, 65537, 4294967295u};
+    const auto probe = [&](auto walker) {
+        int answered = 0;
+        for (int i = 0; i < 2000; ++i) {
+            Oid request = Row(wwns[random(5)], numbers[random(8)]);
+            if (random(2) == 0) {
+                request[random(request.size())] = numbers[random(8)];
+            }
+            if (random(4) == 0) {
+                request.resize(random(request.size() + 1));
+            }
+            const Step step = walker(request);
+            answered += step.result == 0 ? 1 : 0;
+            ASSERT_TRUE(step.result != 0 || step.name > request);
+        }
+        EXPECT_GT(answered, 500);
+    };
+    probe([&](const Oid& request) { return NextUnit(request); });
+    probe([&](const Oid& request) { return NextRevision(request); });
     server.WithFabric([](sim::Fabric& fabric) {
         std::erase_if(fabric.switches, [](const sim::Switch& s) { return s.domain != 2; });
-        sim::Switch& unit = fabric.switches.emplace_back(fabric.switches[0]);
-        unit.domain = 200;
-        unit.wwn = "f000020000000900";
     });
     ASSERT_EQ(UpdateConnUnitTable(), 0);
-    ASSERT_EQ(GetRowsEnd(), 2);
-    std::uint32_t seed = 1;
-    const auto random = [&] { return seed = seed * 1664525 + 1013904223; };
-    const std::string wwns[] = {"", kFirst, kSecond, kThird, "f000020000000900", "ff"};
-    const oid numbers[] = {0, 1, 2, 3, 65535, 65536, 65537, 4294967295u};
-    for (int i = 0; i < 5000; ++i) {
-        Oid request = Row(wwns[random() >> 16 & 3], numbers[random() >> 16 & 7]);
-        request[random() % request.size()] = numbers[random() >> 16 & 7];
-        request.resize(random() % (request.size() + 1));
-        for (const Step& step : {NextUnit(request), NextRevision(request)}) {
-            if (step.result == 0) {
-                ASSERT_GT(step.name, request);
-            }
-        }
-    }
+    ASSERT_EQ(GetRowsEnd(), 3);  // units of the earlier fabric lie behind the end
+    probe([&](const Oid& request) { return NextUnit(request); });
+}
+
+TEST_F(WalkersTest, EndsSayWhatCausedThem) {
+    TraceEverything();
+    NextUnit({2});
+    EXPECT_TRUE(Logged(":OID mismatch caused MATCH_FAILED return"));
+    NextUnit(Row(kThird));
+    EXPECT_TRUE(Logged(":GetWWNfromIndex caused MATCH_FAILED return"));
+    NextUnit(Row("ff"));
+    EXPECT_TRUE(Logged(":GetWwnIndexFromWwnOID caused MATCH_FAILED return"));
+    NextRevision(Row("ff", 1));
+    EXPECT_TRUE(Logged("snmpoid.c "));
+    NextRevision(Row(kThird, 3));
+    EXPECT_TRUE(Logged(":Unit Index = 3 caused MATCH_FAILED return"));
+    NextRevision(kColumn);
+    EXPECT_TRUE(Logged("First time through or oid just got incremented"));
+    NextRevision(Row(kFirst, 1));
+    EXPECT_TRUE(Logged("Oid already has unit and index values attached"));
 }
 
 }  // namespace

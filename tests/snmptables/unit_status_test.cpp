@@ -50,6 +50,7 @@ TEST_F(UnitStatusTest, EachPartWeighsAsItShould) {
         {{{"Oper.UserPort.0.1.OperState", "Down"}}, kUnitWarning},
         {{{"Oper.UserPort.0.1.OperState", "Offline"}}, kUnitOk},
         {{{"Oper.Switch.OperState", "Diagnostics"}}, kUnitWarning},
+        {{{"Oper.Switch.OperState", "Offline"}}, kUnitWarning},
         {{{"Oper.Switch.OperState", "Down"}}, kUnitFailed},
         {{{supply + "0", std::nullopt}}, 100 + kUnitUnknown},
         {{{fan + "1", std::nullopt}}, 100 + kUnitUnknown},
@@ -72,7 +73,9 @@ TEST_F(UnitStatusTest, EachPartWeighsAsItShould) {
 TEST_F(UnitStatusTest, OutcomeIsRememberedForOneUnitAndThreeSeconds) {
     std::uint16_t status = 0;
     EXPECT_EQ(FreshStatus(), kUnitOk);
+    EXPECT_EQ(connUnitTbl[0].status, kUnitOk);
     TakeTexts();
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500));
     EXPECT_EQ(ReadUnitStatus(2, status), 0);
     EXPECT_TRUE(TakeTexts().empty());
     EXPECT_EQ(ReadUnitStatus(1, status), 0);

@@ -43,12 +43,25 @@ class UnitTableTest : public SwitchTest {
 TEST_F(UnitTableTest, WalkSortsTheUnitsByWwnAndCompletesTheirRows) {
     ASSERT_EQ(InitSwitchInfo(), 0);
     server.WithFabric([](sim::Fabric& fabric) { fabric.Find(7)->eventSupport = false; });
+    server.SetReplyOverride(
+        [](const sim::ReceivedCommand& command,
+           std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
+            reply[7] = static_cast<std::uint8_t>(command.domain);  // the low byte of the address
+            return reply;
+        });
     TakeTexts();
     ASSERT_EQ(InitConnUnitTable(), 0);
+    const std::string ping = "Get.Oper.Switch.Nop", hello = "Set.Cmd.Snmp.PrivateEvent.Hello";
+    EXPECT_EQ(TakeTexts(),
+              (std::vector<std::string>{
+                  ping, "Get.Oper.Switch.DomainID", "Get.Config.Snmp.ProxyEnable",
+                  "Get.Config.Zoning.MergeMode", "Get.Oper.Fabric.FirstDomainID",
+                  "Get.Oper.Fabric.Entry.1.WWN", ping, hello, "Get.Oper.Fabric.NextDomainID.1",
+                  "Get.Oper.Fabric.Entry.2.WWN", ping, hello, "Get.Oper.Fabric.NextDomainID.2",
+                  "Get.Oper.Fabric.Entry.7.WWN", ping, hello, "Get.Oper.Fabric.NextDomainID.7"}));
     EXPECT_EQ(Domains(), (std::vector<std::uint16_t>{2, 7, 1}));
-    EXPECT_EQ(CountTexts("PrivateEvent.Hello"), 3);
     EXPECT_STREQ(connUnitTbl[0].wwn, "1000020000000100");
-    EXPECT_EQ(connUnitTbl[1].fcAddress, 0x00070000u);
+    EXPECT_EQ(connUnitTbl[1].fcAddress, 0x00070007u);
     EXPECT_EQ(connUnitTbl[0].eventSupport, 1u);
     EXPECT_EQ(connUnitTbl[1].eventSupport, 0u);
     EXPECT_EQ(connUnitTbl[2].status, kUnitUnknown);
@@ -89,7 +102,11 @@ TEST_F(UnitTableTest, OnlyTheLocalUnitWithoutProxying) {
 
 TEST_F(UnitTableTest, UnitsWithoutWwnOrAnswerAreLeftOut) {
     ASSERT_EQ(InitSwitchInfo(), 0);
-    server.SetValue(0, "Oper.Fabric.Entry.1.WWN", "0000000000000000");
+    for (const char* none : {"", "0000000000000000"}) {
+        server.SetValue(0, "Oper.Fabric.Entry.1.WWN", none);
+        EXPECT_EQ(UpdateConnUnitTable(), 0);
+        EXPECT_EQ(Domains(), (std::vector<std::uint16_t>{2, 7}));
+    }
     server.SetReplyOverride(
         [](const sim::ReceivedCommand& command,
            std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
@@ -160,8 +177,37 @@ TEST_F(UnitTableTest, LookupsTakeZeroForTheLocalSwitchWhereTheySaySo) {
     EXPECT_EQ(number, 0);
     EXPECT_EQ(GetDomainIdFromIndex(256, number), -1);
     EXPECT_EQ(GetUnitEventSupport(255), 0);
-    EXPECT_EQ(GetUnitEventSupport(300), -1);
+    EXPECT_EQ(GetUnitEventSupport(256), -1);
     EXPECT_TRUE(TakeTexts().empty());
+}
+
+TEST_F(UnitTableTest, FailedLookupsSayWhatWasLookedFor) {
+    Discover();
+    TraceEverything();
+    std::uint16_t number = 0;
+    GetWWNfromIndex(256);
+    GetDomainIdFromIndex(300, number);
+    GetIndexFromWwn("abc", number);
+    GetDomainIdFromWwn("def", number);
+    GetIndexFromDomainId(98, number);
+    GetWwnFromDomainId(99);
+    GetFcAddressFromDomainId(97);
+    GetUnitStatus(99, number);
+    EXPECT_EQ(TakeLogged(), (std::vector<std::string>{
+                                "12:Invalid connUnitTbl[] Index=256",
+                                "12:Invalid connUnitTbl[] Index= 300",
+                                "12:Invalid connUnitTbl[] WWN- abc",
+                                "12:Invalid connUnitTbl[] WWN- def",
+                                "12:Invalid connUnitTbl[] DomainId- 98",
+                                "12:Invalid connUnitTbl[] DomainId- 99",
+                                "12:Invalid connUnitTbl[] DomainId- 97\n",
+                            }));
+    ASSERT_EQ(UpdateConnUnitTable(), 0);
+    const std::vector<std::string> walk = TakeLogged();
+    EXPECT_EQ(std::ranges::count(walk, "14:7  >> Oper.Switch.Nop"), 1);
+    EXPECT_EQ(std::ranges::count(walk, "14:7  << Ok"), 1);
+    EXPECT_EQ(
+        std::ranges::count(walk, "14:1     7        0x00070000 1000020000000200 0      1     "), 1);
 }
 
 TEST_F(UnitTableTest, FlatPortsCountThroughTheUnitsInRowOrder) {
@@ -183,7 +229,9 @@ TEST_F(UnitTableTest, FlatPortsCountThroughTheUnitsInRowOrder) {
 TEST_F(UnitTableTest, RefreshGivesUpAfterFourWalksAndReportsTheFourth) {
     Discover();
     server.SetValue(0, "Oper.Fabric.Entry.7.WWN", std::nullopt);
+    TakeLogged();
     EXPECT_EQ(RefreshConnUnitTable(), -1);
+    EXPECT_TRUE(Logged("8:SNMP:Failed to properly update connUnitTable!\n"));
     EXPECT_EQ(CountTexts("FirstDomainID"), 4);
     EXPECT_EQ(registrations, (std::vector<bool>{false, true}));
     EXPECT_EQ(GetUnitCount(), 3);
@@ -222,6 +270,13 @@ TEST_F(UnitTableTest, StatusesAreRefreshedOneUnitAStep) {
     EXPECT_EQ(unitStatusRefreshPending, 0);
     RefreshNextUnitStatus();
     EXPECT_TRUE(TakeTexts().empty());
+    // A unit that does not answer is unknown; the next walk begins with the first unit again.
+    server.SetValue(2, "Oper.Switch.OperState", std::nullopt);
+    ASSERT_EQ(UpdateConnUnitTable(), 0);
+    connUnitTbl[0].status = kUnitOk;
+    ResetUnitStatusMemo();
+    RefreshNextUnitStatus();
+    EXPECT_EQ(connUnitTbl[0].status, kUnitUnknown);
 }
 
 TEST_F(UnitTableTest, BroadcastReachesTheOtherUnitsThatTakeEvents) {

@@ -3,9 +3,9 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,15 +19,10 @@
 #include "src/link/switch_info.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
+#include "tests/support/captured_log.h"
+#include "tests/support/loopback.h"
 
 namespace snmpmain {
-
-// An address of this process's own; `lane` tells several apart.
-inline std::string LoopbackAddress(int lane) {
-    const int pid = ::getpid();
-    return "127." + std::to_string(lane * 32 + (pid >> 14) % 32) + "." +
-           std::to_string(pid >> 7 & 127) + "." + std::to_string(1 + (pid & 127));
-}
 
 class SwitchTest : public testing::Test {
   protected:
@@ -53,7 +48,7 @@ class SwitchTest : public testing::Test {
     }
 
     static std::string Address() {
-        return LoopbackAddress(1);
+        return LoopbackAddress(0);
     }
 
     // Texts of the commands received since the last look.

@@ -1,5 +1,6 @@
 #include "src/mibs/fcmgmt/fcmgmt.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
 
@@ -44,7 +45,7 @@ int ResolveRevision(const HandlerCall& call, Instance& instance) {
 }
 
 int NextRevision(const HandlerCall& call, Instance& instance) {
-    std::uint16_t revision = 0;
+    std::uint32_t revision = 0;
     if (GetNextUnitRevision(call.vp, call.name, call.length, instance.unit, revision) != 0) {
         return -1;
     }
@@ -88,7 +89,8 @@ u_char* var_fcmgmt_empty(variable*, oid*, std::size_t*, int, std::size_t* valueL
 
 void init_fcmgmt() {
     static std::array<variable7, kVariableCount> fcmgmt_variables{};
-    const std::size_t count = fcmgmt::MakeFcmgmtVariables(fcmgmt_variables);
+    const std::size_t count =
+        std::min(fcmgmt::MakeFcmgmtVariables(fcmgmt_variables), fcmgmt_variables.size());
     const int registered = register_mib(
         "fcmgmt", reinterpret_cast<variable*>(fcmgmt_variables.data()), sizeof(variable7), count,
         fcmgmt_variables_oid, std::size(fcmgmt_variables_oid));

@@ -190,15 +190,15 @@ constexpr Column kPlatforms[] = {
 
 }  // namespace
 
-const std::span<const Column> kSensorColumns = kSensors;
-const std::span<const Column> kPortColumns = kPorts;
-const std::span<const Column> kEventColumns = kEvents;
-const std::span<const Column> kLinkColumns = kLinks;
-const std::span<const Column> kZoneColumns = kZoneMembers;
-const std::span<const Column> kAliasColumns = kAliasMembers;
-const std::span<const Column> kTrapRegistrationColumns = kTrapRegistrations;
-const std::span<const Column> kPortStatisticsColumns = kPortStatistics;
-const std::span<const Column> kNameServerColumns = kNameServer;
-const std::span<const Column> kPlatformColumns = kPlatforms;
+constinit const std::span<const Column> kSensorColumns = kSensors;
+constinit const std::span<const Column> kPortColumns = kPorts;
+constinit const std::span<const Column> kEventColumns = kEvents;
+constinit const std::span<const Column> kLinkColumns = kLinks;
+constinit const std::span<const Column> kZoneColumns = kZoneMembers;
+constinit const std::span<const Column> kAliasColumns = kAliasMembers;
+constinit const std::span<const Column> kTrapRegistrationColumns = kTrapRegistrations;
+constinit const std::span<const Column> kPortStatisticsColumns = kPortStatistics;
+constinit const std::span<const Column> kNameServerColumns = kNameServer;
+constinit const std::span<const Column> kPlatformColumns = kPlatforms;
 
 }  // namespace snmpmain::fcmgmt

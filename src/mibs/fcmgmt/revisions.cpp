@@ -59,6 +59,6 @@ constexpr Column kRevisions[] = {
 
 }  // namespace
 
-const std::span<const Column> kRevisionColumns = kRevisions;
+constinit const std::span<const Column> kRevisionColumns = kRevisions;
 
 }  // namespace snmpmain::fcmgmt

@@ -33,9 +33,9 @@ constexpr Column kService[] = {
 
 }  // namespace
 
-const std::span<const Column> kConnSetScalars = kConnSet;
-const std::span<const Column> kTrapRegScalars = kTrapReg;
-const std::span<const Column> kRevisionScalars = kRevision;
-const std::span<const Column> kServiceScalars = kService;
+constinit const std::span<const Column> kConnSetScalars = kConnSet;
+constinit const std::span<const Column> kTrapRegScalars = kTrapReg;
+constinit const std::span<const Column> kRevisionScalars = kRevision;
+constinit const std::span<const Column> kServiceScalars = kService;
 
 }  // namespace snmpmain::fcmgmt

@@ -132,6 +132,6 @@ constexpr Column kUnits[] = {
 
 }  // namespace
 
-const std::span<const Column> kUnitColumns = kUnits;
+constinit const std::span<const Column> kUnitColumns = kUnits;
 
 }  // namespace snmpmain::fcmgmt
