@@ -276,6 +276,7 @@ std::string CheckFabric(const Fabric& fabric, std::size_t* culprit) {
     std::size_t ignored = 0;
     std::size_t& index = culprit == nullptr ? ignored : *culprit;
     std::set<std::uint16_t> domains;
+    std::set<std::string> wwns;
     for (index = 0; index < fabric.switches.size(); index++) {
         const Switch& unit = fabric.switches[index];
         const std::string domain = std::to_string(unit.domain);
@@ -284,6 +285,9 @@ std::string CheckFabric(const Fabric& fabric, std::size_t* culprit) {
         }
         if (!domains.insert(unit.domain).second) {
             return "two switches have domain " + domain;
+        }
+        if (!wwns.insert(unit.wwn).second) {
+            return "two switches have the WWN " + unit.wwn;
         }
         if (std::string wrong = CheckSwitch(unit); !wrong.empty()) {
             return wrong;

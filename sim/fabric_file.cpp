@@ -416,6 +416,9 @@ Fabric ParseFabric(std::string_view toml, const std::string& name) {
 Fabric LoadFabric(const std::string& path) {
     std::ifstream file(path);
     std::ostringstream text;
+    if (file.peek() == std::ifstream::traits_type::eof() && file.is_open() && !file.bad()) {
+        return ParseFabric("", path);
+    }
     if (!file || !(text << file.rdbuf())) {
         throw FabricError(path + ": cannot be read");
     }

@@ -30,11 +30,10 @@ build() {
     local preset=$1
     shift
     say "building ($preset)"
-    cmake --preset "$preset" >"/tmp/snmpmain-configure.$$" 2>&1 || {
-        cat "/tmp/snmpmain-configure.$$"
-        rm -f "/tmp/snmpmain-configure.$$"
+    local output
+    output=$(cmake --preset "$preset" 2>&1) || {
+        echo "$output"
         return 1
     }
-    rm -f "/tmp/snmpmain-configure.$$"
     cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 | show_progress
 }

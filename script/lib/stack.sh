@@ -7,6 +7,7 @@
 # management and snmpd listen) and STACK_MANAGER (how net-snmp's tools reach snmpd).
 
 STACK_PIDS=()
+STACK_NAMES=()
 STACK_PORT=1161
 
 stack_new() {
@@ -20,17 +21,24 @@ stack_new() {
     export SNMPMAIN_ROOT=$STACK_ROOT
 }
 
-# Waits until a command succeeds: wait_until SECONDS WHAT COMMAND...
+# Waits until a command succeeds: wait_until SECONDS NAME COMMAND... where NAME is the process that
+# was started last. Tells its last words when it ended or the time is up.
 wait_until() {
-    local deadline=$((SECONDS + $1)) what=$2
+    local deadline=$((SECONDS + $1)) name=$2
     shift 2
     until "$@" >/dev/null 2>&1; do
-        if ((SECONDS >= deadline)); then
-            echo "gave up waiting for $what; see $STACK_ROOT/*.log" >&2
+        if ! kill -0 "$STACK_PID" 2>/dev/null || ((SECONDS >= deadline)); then
+            last_words "$name"
             return 1
         fi
         sleep 0.05
     done
+}
+
+# last_words NAME: why a process is of no use.
+last_words() {
+    echo "$1 does not work; the end of its log:" >&2
+    tail -n 10 "$STACK_ROOT/$1.log" >&2
 }
 
 # stack_start NAME COMMAND...: output goes to NAME.log; the process id is left in STACK_PID. The
@@ -41,28 +49,43 @@ stack_start() {
     setpriv --pdeathsig KILL "$@" >"$STACK_ROOT/$name.log" 2>&1 </dev/null &
     STACK_PID=$!
     STACK_PIDS+=("$STACK_PID")
+    STACK_NAMES+=("$name")
+}
+
+# Waits until one of the processes ends, and tells which.
+stack_await_end() {
+    local i
+    wait -n "${STACK_PIDS[@]}" 2>/dev/null || true
+    for i in "${!STACK_PIDS[@]}"; do
+        kill -0 "${STACK_PIDS[i]}" 2>/dev/null || last_words "${STACK_NAMES[i]}"
+    done
 }
 
 start_simulator() {
     stack_start switchsim "$BUILD/bin/switchsim" --listen "$STACK_ADDRESS" "$@"
-    wait_until 10 "the simulator" grep -q listening "$STACK_ROOT/switchsim.log"
+    wait_until 10 switchsim grep -q listening "$STACK_ROOT/switchsim.log"
 }
 
 start_snmpd() {
     cat >"$STACK_ROOT/snmpd.conf" <<EOF
 master agentx
 agentXSocket $STACK_ROOT/var/agentx/master
+agentXTimeout 30
+agentXRetries 0
 rocommunity public
-rwcommunity private
 EOF
     stack_start snmpd snmpd -f -LE 4 -I -smux -C -c "$STACK_ROOT/snmpd.conf" -p "$STACK_ROOT/var/run/snmpd.pid" \
         "udp:$STACK_MANAGER"
-    wait_until 10 "snmpd" test -S "$STACK_ROOT/var/agentx/master"
+    wait_until 10 snmpd test -S "$STACK_ROOT/var/agentx/master"
 }
 
 start_agent() {
     stack_start snmpmain "$BUILD/bin/snmpmain" --remote "$STACK_ADDRESS" --notrap "$@"
-    wait_until 60 "the agent" grep -q "up and running" "$STACK_ROOT/snmpmain.log"
+    wait_until 60 snmpmain agent_answers
+}
+
+agent_answers() {
+    [[ $(snmpget -v2c -c public -r 0 -Oqv "$STACK_MANAGER" .1.3.6.1.3.94.1.1.0) =~ ^[0-9]+$ ]]
 }
 
 # walk OID: every value below it, a line each, fast.
@@ -76,6 +99,6 @@ stack_stop() {
         kill "${STACK_PIDS[i]}" 2>/dev/null || true
         wait "${STACK_PIDS[i]}" 2>/dev/null || true
     done
-    STACK_PIDS=()
+    STACK_PIDS=() STACK_NAMES=()
     [[ -z ${STACK_ROOT:-} ]] || rm -rf "$STACK_ROOT"
 }
