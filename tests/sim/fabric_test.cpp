@@ -26,50 +26,6 @@ std::vector<std::string> Walk(const Fabric& fabric, std::uint32_t domain, const 
     return found;
 }
 
-TEST(DefaultFabric, AnswersEveryFactInItsForm) {
-    Fabric fabric = sim::DefaultFabric();
-    // The short form of a counter shows its low 32 bits.
-    fabric.Find(2)->ports[3].counters["LinkFailures"] = 0x100000ABC;
-    const struct {
-        std::uint32_t domain;
-        const char* path;
-        const char* reply;
-    } cases[] = {
-        {0, "Oper.Switch.DomainID", "2"},
-        {0, "Config.Zoning.MergeMode", "NonSW2"},
-        {0, "Config.Snmp.ProxyEnable", "True"},
-        {0, "Config.Mfg.WWN", "1000020000000100"},
-        {1, "Oper.Fabric.Entry.7.WWN", "1000020000000200"},
-        {0, "Oper.Chassis.0.PowerSupply.1", "Bad"},
-        {0, "Oper.Switch.MaxPorts", "16"},
-        {0, "Config.System.IPAddress", "7F000102"},
-        {0, "Config.Mfg.Allow4GPorts", "True"},
-        {1, "Config.Mfg.Allow4GPorts", "False"},
-        {1, "Oper.Switch.WhoIsPrincipal", "1000020000000100"},
-        {1, "Oper.Switch.PrincipalSwitch", "False"},
-        {1, "Oper.Switch.Uptime", "12"},
-        {7, "Oper.Switch.ActiveVer", "#1"},
-        {7, "Oper.Switch.ActiveVersion", "Image2"},
-        {7, "Oper.Switch.SwVersion.Image2", "V3.1.0-9"},
-        {7, "Oper.Blade.1.TempSensors", "3"},
-        {7, "Oper.Blade.1.BoardTemp.2", "80"},
-        {7, "Oper.UserPort.0.21.OperState", "Down"},
-        {7, "Oper.UserPort.0.3.PortID", "070300"},
-        {0, "Oper.UserPort.0.3.C64.LinkFailures", "0000000100000ABC"},
-        {0, "Oper.UserPort.0.3.LinkFailures", "2748"},
-        {0, "Config.Snmp.TrapAddr2", "7F000001"},
-        {0, "Config.Snmp.TrapEnable", "True"},
-        {0, "Oper.Link.Entry.1.RemoteUnitType", "HBA"},
-        {0, "Oper.Zoning.Zone.ZoneDisks.ZoneType", "Hard"},
-    };
-    for (const auto& each : cases) {
-        EXPECT_EQ(Ask(fabric, each.domain, each.path), each.reply) << each.path;
-    }
-    EXPECT_EQ(Ask(fabric, 0, "Oper.Switch.FirstLogEntry").substr(0, 8), "[61][Wed");
-    EXPECT_EQ(Ask(fabric, 0, "Oper.Switch.NextLogEntry.104").substr(0, 6), "[105][");
-    EXPECT_EQ(Ask(fabric, 0, "Oper.Switch.NextLogEntry.3").substr(0, 5), "[61][");
-}
-
 TEST(Lists, EndInAnErrorOrInTheEndMark) {
     Fabric fabric = sim::DefaultFabric();
     using List = std::vector<std::string>;

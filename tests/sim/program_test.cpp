@@ -98,22 +98,6 @@ TEST(Program, SaysWhenReadyLogsCommandsAndEndsCleanlyOnASignal) {
     }
 }
 
-TEST(Program, PrintsAFabricThatItReadsBack) {
-    Program printed({"--print-fabric", "--domains", "2"});
-    const std::string fabric = printed.Rest();
-    EXPECT_EQ(printed.Wait(), 0);
-    const std::string file = testing::TempDir() + "switchsim_fabric.toml";
-    std::ofstream(file) << fabric;
-    Program again({"--print-fabric", "--fabric", file});
-    EXPECT_EQ(again.Rest(), fabric);
-    EXPECT_EQ(again.Wait(), 0);
-    std::ofstream(file) << "proxy = 1\n";
-    Program refused({"--fabric", file});
-    EXPECT_EQ(refused.Rest(), "switchsim: " + file + ":1: \"proxy\" must be true or false\n");
-    EXPECT_EQ(refused.Wait(), 1);
-    std::remove(file.c_str());
-}
-
 TEST(Program, RefusesOptionsThatMakeNoSense) {
     const std::vector<std::string> cases[] = {
         {"--lose", "1.5"},         {"--domains", "240"},

@@ -26,31 +26,6 @@ std::string TextOrNone(const std::optional<Bytes>& frame) {
     return frame ? Text(*frame) : "(none)";
 }
 
-TEST(Server, AnswersAsTheAddressedSwitch) {
-    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
-    Client client(LoopbackAddress(0).c_str());
-    client.Send(Frame(kGet, "Oper.Switch.DomainID", 7 << 16, 0x10005));
-    EXPECT_EQ(client.Receive(), Frame(kGet, "7", 7 << 16, 0x10005));
-    client.Send(Frame(kGet, "Oper.Switch.DomainID", 0, 0x10006));
-    EXPECT_EQ(client.Receive(), Frame(kGet, "2", 2 << 16, 0x10006));
-
-    EXPECT_EQ(client.Ask(kSet, "Cmd.Snmp.PrivateEvent.Hello", 7), "");
-    EXPECT_EQ(client.Ask(kSet, "Cmd.Snmp.PrivateEvent.Hello", 1), "#6");
-    EXPECT_EQ(client.Ask(kSet, "Cmd.Switch.Reset"), "#3");
-    EXPECT_EQ(client.Ask(kGet, "Oper.Switch.Nop", 3, kShort), "(none)");
-    server.WithFabric([](sim::Fabric& fabric) { fabric.Find(7)->silent = true; });
-    EXPECT_EQ(client.Ask(kGet, "Oper.Switch.Nop", 7, kShort), "(none)");
-
-    const auto commands = server.TakeCommands();
-    ASSERT_EQ(commands.size(), 7u);
-    EXPECT_EQ(commands[0].text, "Get.Oper.Switch.DomainID");
-    EXPECT_EQ(commands[0].domain, 7u);
-    EXPECT_EQ(commands[4].text, "Set.Cmd.Switch.Reset");
-    EXPECT_TRUE(server.TakeCommands().empty());
-    EXPECT_EQ(server.GetTotals().answered, 5u);
-    EXPECT_EQ(server.GetTotals().unanswered, 2u);
-}
-
 TEST(Server, LeavesMalformedFramesUnansweredAndRemembersWhy) {
     sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
     Client client(LoopbackAddress(0).c_str());
@@ -64,33 +39,6 @@ TEST(Server, LeavesMalformedFramesUnansweredAndRemembersWhy) {
     EXPECT_NE(complaints[0].find("from 127.0.0.1:"), std::string::npos);
     EXPECT_NE(complaints[0].find("checksum is"), std::string::npos);
     EXPECT_TRUE(server.TakeCommands().empty());
-}
-
-TEST(Server, FollowsChangesOfTheFabricAtOnce) {
-    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
-    Client client(LoopbackAddress(0).c_str());
-    EXPECT_EQ(client.Get("Oper.UserPort.0.0.OperState", 2), "Online");
-    server.WithFabric([](sim::Fabric& fabric) {
-        fabric.Find(2)->ports[0].operState = "Down";
-        fabric.switches.erase(fabric.switches.begin());
-    });
-    EXPECT_EQ(client.Get("Oper.UserPort.0.0.OperState", 2), "Down");
-    EXPECT_EQ(client.Get("Oper.Fabric.FirstDomainID"), "2");
-
-    server.SetValue(0, "Oper.Switch.Uptime", "77");
-    server.SetValue(0, "Oper.Switch.New", "yes");
-    server.SetValue(0, "Oper.Switch.Type", std::nullopt);
-    EXPECT_EQ(client.Get("Oper.Switch.Uptime"), "77");
-    EXPECT_EQ(client.Get("Oper.Switch.New", 2), "yes");
-    EXPECT_EQ(client.Get("Oper.Switch.Type"), "#7");
-    EXPECT_EQ(client.Get("Oper.Switch.Type", 7), "EdgeSwitch24");
-    EXPECT_THROW(server.SetValue(9, "a", "b"), std::out_of_range);
-
-    server.WithFabric([](sim::Fabric& fabric) { fabric.mergeMode = "Interop_2"; });
-    client.Send(Frame(kGet, "Oper.Switch.Nop", 0x670000, 0x10009));
-    const auto reply = client.Receive();
-    ASSERT_TRUE(reply);
-    EXPECT_EQ(Word(*reply, 4), 0x670000u);
 }
 
 TEST(Server, PausesStopsAndStartsAgain) {
@@ -145,36 +93,6 @@ TEST(Server, NotifiesTheLastRequesterAndTheRegisteredOnceEach) {
         ASSERT_EQ(Word(*frame, 12), i <= 0xFFFF ? static_cast<std::uint32_t>(i)
                                                 : static_cast<std::uint32_t>(i - 0xFFFF));
     }
-}
-
-TEST(Server, OverridesRepliesAndLogsCommands) {
-    std::vector<std::string> lines;
-    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
-    Client client(LoopbackAddress(0).c_str());
-    server.SetLog([&](const std::string& line) {
-        lines.push_back(line);  // read after Stop only
-    });
-    EXPECT_EQ(client.Get("Oper.Switch.DomainID", 7), "7");
-    server.SetReplyOverride(
-        [&](const sim::ReceivedCommand& command, Bytes) -> std::optional<Bytes> {
-            server.SetValue(0, "seen", command.text);  // may call the server
-            if (command.text.ends_with("Nop")) {
-                return std::nullopt;
-            }
-            return Bytes{9};
-        });
-    client.Send(Frame(kGet, "Oper.Switch.Type"));
-    EXPECT_EQ(client.Receive(), Bytes{9});
-    EXPECT_EQ(client.Ask(kGet, "Oper.Switch.Nop", 0, kShort), "(none)");
-    server.SetReplyOverride(nullptr);
-    EXPECT_EQ(client.Get("seen"), "Get.Oper.Switch.Nop");
-    EXPECT_EQ(client.Ask(kSet, "a\n\xdb"), "#3");
-    server.Stop();
-    ASSERT_EQ(lines.size(), 5u);
-    EXPECT_EQ(lines[0].substr(0, 12), "7 127.0.0.1:");
-    EXPECT_TRUE(lines[0].ends_with(" Get.Oper.Switch.DomainID -> 7")) << lines[0];
-    EXPECT_TRUE(lines[2].ends_with(" Get.Oper.Switch.Nop -> (no answer)")) << lines[2];
-    EXPECT_TRUE(lines[4].ends_with(" Set.a\\x0a\\xdb -> #3")) << lines[4];
 }
 
 /// A server with faults to be set, and a client of it.
