@@ -77,7 +77,7 @@ int main(int argc, char** argv) {
     settings.peername = argv[1];
     settings.community = reinterpret_cast<u_char*>(const_cast<char*>("public"));
     settings.community_len = std::strlen("public");
-    settings.timeout = 10 * 1000 * 1000;  // microseconds
+    settings.timeout = 10L * 1000 * 1000;  // microseconds
     netsnmp_session* session = snmp_open(&settings);
     if (session == nullptr) {
         snmp_sess_perror("walk_timer", &settings);
