@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "tests/e2e/stack.h"
+#include "tests/support/loopback.h"
 
 namespace e2e {
 namespace {
@@ -76,20 +77,14 @@ TEST(Disturbances, ForeignGarbageOfEveryLengthIsSurvived) {
     Stack stack;
     stack.StartSwitch(StillFabric());
     std::mutex mutex;
-    std::string sender;  // the agent's socket, as switch management sees it
+    sockaddr_in agent{};  // the agent's socket, as switch management sees it
     stack.Switch().SetLog([&](const std::string& line) {
-        const std::size_t begin = line.find(' ') + 1;
         const std::lock_guard lock(mutex);
-        sender = line.substr(begin, line.find(' ', begin) - begin);
+        agent = SenderInLog(line);
     });
     stack.StartAll();
     stack.Switch().SetLog({});
     const std::lock_guard lock(mutex);
-    sockaddr_in agent{};
-    agent.sin_family = AF_INET;
-    agent.sin_port =
-        htons(static_cast<std::uint16_t>(std::stoi(sender.substr(sender.find(':') + 1))));
-    agent.sin_addr.s_addr = ::inet_addr(sender.substr(0, sender.find(':')).c_str());
     const int socket = ::socket(AF_INET, SOCK_DGRAM, 0);
     for (std::size_t length = 0; length <= 2000; ++length) {
         const std::string datagram(length, static_cast<char>(length * 37));

@@ -213,10 +213,6 @@ bool Stack::IsRunning(const std::string& name) {
     return ended.si_pid == 0;
 }
 
-int Stack::ProcessId(const std::string& name) const {
-    return processes_.at(name);
-}
-
 std::string Stack::Output(const std::string& name) const {
     return ReadFile(Path(name + ".log"));
 }

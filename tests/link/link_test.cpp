@@ -220,21 +220,15 @@ TEST_F(LinkTest, SequenceTellsNotificationsFromReplies) {
 }
 
 TEST_F(LinkTest, RequestsGoToWhoeverSentTheLastDatagram) {
-    std::promise<std::string> seen;
+    std::promise<sockaddr_in> seen;
     server.SetLog([&, first = true](const std::string& line) mutable {
         if (std::exchange(first, false)) {
-            const std::size_t begin = line.find(' ') + 1;
-            seen.set_value(line.substr(begin, line.find(' ', begin) - begin));
+            seen.set_value(SenderInLog(line));
         }
     });
     EXPECT_EQ(Ask(1), "1");
-    const std::string sender = seen.get_future().get();  // the agent's socket
+    const sockaddr_in agent = seen.get_future().get();
     server.SetLog({});
-    sockaddr_in agent{};
-    agent.sin_family = AF_INET;
-    agent.sin_port =
-        htons(static_cast<std::uint16_t>(std::stoi(sender.substr(sender.find(':') + 1))));
-    agent.sin_addr.s_addr = ::inet_addr(sender.substr(0, sender.find(':')).c_str());
 
     const int other = ::socket(AF_INET, SOCK_DGRAM, 0);
     ASSERT_EQ(::connect(other, reinterpret_cast<const sockaddr*>(&agent), sizeof(agent)), 0);
