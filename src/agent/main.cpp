@@ -20,8 +20,10 @@
 #include "src/link/switch_info.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/snmpoid/snmp_headers.h"
+#include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
+#include "src/snmptables/zoning.h"
 #include "src/traps/notifications.h"
 
 namespace snmpmain {
@@ -48,6 +50,9 @@ int OpenLink(const Options& options) {
 void ResetCaches() {
     ResetSwitchInfo();
     ResetConnUnitTable();
+    ResetNameServerTable();
+    ResetZoningTable();
+    ResetAliasTable();
     ResetUnitStatusMemo();
     SetDepartureHandler(NotifyQueue::Put);
 }

@@ -3,6 +3,7 @@
 #include <net-snmp/agent/util_funcs/header_generic.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "src/base/text.h"
@@ -40,6 +41,37 @@ int ResolveUnitId(const HandlerCall& call, std::size_t indexLength, Instance& in
     return CompleteUnit(call, instance);
 }
 
+// A word's code in the column's type.
+int SetCode(const Column& column, MibValue& value, std::uint32_t code) {
+    if (column.type == ASN_OCTET_STR) {
+        return SetOctets(value, std::array{static_cast<std::uint8_t>(code)});
+    }
+    return SetNumber(value, code);
+}
+
+// Writes the command with the instance's numbers and texts in their places. One that does not fit
+// is cut, and too long to be sent then.
+void CompleteCommand(const char* command, const Instance& instance, std::span<char> completed) {
+    auto number = instance.numbers.begin();
+    auto text = instance.texts.begin();
+    std::size_t used = 0;
+    while (*command != '\0' && used + 1 < completed.size()) {
+        const auto rest = completed.subspan(used);
+        if (*command != '%') {
+            completed[used++] = *command++;
+        } else if (command[1] == 's') {
+            used += static_cast<std::size_t>(FormatText(rest, "%s", *text++));
+            command += 2;
+        } else {
+            used += static_cast<std::size_t>(FormatText(rest, "%u", *number++));
+            command += 2;
+        }
+    }
+    completed[used] = '\0';
+}
+
+}  // namespace
+
 int ResolveScalar(const HandlerCall& call, Instance&) {
     return header_generic(call.vp, call.name, call.length, call.exact ? 1 : 0, call.valueLength,
                           call.writeMethod) == MATCH_SUCCEEDED
@@ -57,11 +89,6 @@ int NextUnit(const HandlerCall& call, Instance& instance) {
     }
     return CompleteUnit(call, instance);
 }
-
-}  // namespace
-
-constinit const TableShape kScalarShape{ResolveScalar, ResolveScalar};
-constinit const TableShape kUnitShape{ResolveUnit, NextUnit};
 
 int SetNumber(MibValue& value, std::uint32_t number) {
     value.number = number;
@@ -97,12 +124,6 @@ int SetHexOctets(MibValue& value, const char* hexText, std::size_t size) {
     return 0;
 }
 
-std::uint32_t FirstContained(const WordTable& table, const char* reply) {
-    const auto word = std::ranges::find_if(
-        table.words, [&](const Word& w) { return std::strstr(reply, w.text) != nullptr; });
-    return word == table.words.end() ? table.otherwise : word->number;
-}
-
 int ReadConstant(const Column& column, const Instance&, MibValue& value) {
     return SetNumber(value, column.source.number);
 }
@@ -111,20 +132,21 @@ int ReadConstantText(const Column& column, const Instance&, MibValue& value) {
     return SetText(value, column.source.text);
 }
 
+int ReadConstantOctets(const Column& column, const Instance&, MibValue& value) {
+    const auto* octets = reinterpret_cast<const std::uint8_t*>(column.source.text);
+    return SetOctets(value, {octets, column.source.number});
+}
+
 int QueryNumber(const Column& column, const Instance& instance, MibValue& value) {
     std::uint32_t number = 0;
-    if (SwitchMgmtQuery(instance.domain, column.source.command, value.text, kInteger, &number) !=
-        0) {
+    if (Ask(instance, column.source.command, value.text, kInteger, &number) != 0) {
         return -1;
     }
     return SetNumber(value, number);
 }
 
 int QueryText(const Column& column, const Instance& instance, MibValue& value) {
-    if (SwitchMgmtQuery(instance.domain, column.source.command, value.text, kString) != 0) {
-        return -1;
-    }
-    return SetText(value);
+    return Ask(instance, column.source.command, value.text) == 0 ? SetText(value) : -1;
 }
 
 int QueryShortText(const Column& column, const Instance& instance, MibValue& value) {
@@ -139,7 +161,43 @@ int QueryWord(const Column& column, const Instance& instance, MibValue& value) {
     if (QueryText(column, instance, value) != 0) {
         return -1;
     }
-    return SetNumber(value, FirstContained(*column.source.words, value.text.data()));
+    return SetCode(column, value, FirstContained(*column.source.words, value.text.data()));
+}
+
+int QueryWholeWord(const Column& column, const Instance& instance, MibValue& value) {
+    if (QueryText(column, instance, value) != 0) {
+        return -1;
+    }
+    return SetCode(column, value, WholeWord(*column.source.words, value.text.data()));
+}
+
+int QueryHexOctets(const Column& column, const Instance& instance, MibValue& value) {
+    if (QueryText(column, instance, value) != 0) {
+        return -1;
+    }
+    return SetHexOctets(value, value.text.data(), column.source.number);
+}
+
+int ReadIndexText(const Column& column, const Instance& instance, MibValue& value) {
+    return SetText(value, instance.texts[column.source.place]);
+}
+
+int ReadIndexOctets(const Column& column, const Instance& instance, MibValue& value) {
+    return SetHexOctets(value, instance.texts[column.source.place], column.source.number);
+}
+
+int ReadLastIndex(const Column&, const Instance& instance, MibValue& value) {
+    return SetNumber(value, instance.lastIndex);
+}
+
+std::uint16_t Ask(const Instance& instance, const char* command, ReplyText& reply,
+                  ConversionType type, std::uint32_t* number) {
+    if (std::strchr(command, '%') == nullptr) {
+        return SwitchMgmtQuery(instance.domain, command, reply, type, number);
+    }
+    char completed[kCommandSize];
+    CompleteCommand(command, instance, completed);
+    return SwitchMgmtQuery(instance.domain, completed, reply, type, number);
 }
 
 std::size_t MakeVariables(std::span<const ColumnGroup> groups, std::span<variable7> variables) {
@@ -188,8 +246,12 @@ int CompleteUnit(const HandlerCall& call, Instance& instance) {
     return GetDomainIdFromIndex(instance.unit, instance.domain);
 }
 
+int ResolveUnitIndex(const HandlerCall& call, Instance& instance) {
+    return ResolveUnitId(call, kUnitRowIndexLength, instance);
+}
+
 int ResolveUnitRow(const HandlerCall& call, Instance& instance) {
-    if (ResolveUnitId(call, kUnitRowIndexLength, instance) != 0) {
+    if (ResolveUnitIndex(call, instance) != 0) {
         return -1;
     }
     instance.row = instance.lastIndex - 1;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 
+#include "src/base/words.h"
 #include "src/link/link.h"
 #include "src/snmpoid/snmp_headers.h"
 #include "src/snmptables/row_numbers.h"
@@ -39,18 +40,17 @@ struct Instance {
     std::uint32_t row = 0;        // number within the unit, from 0
     std::uint32_t lastIndex = 0;  // last sub-identifier of the instance, as it stands
     SensorRef part = {};          // what a sensor or revision row refers to
+
+    // What the instance is called in commands, in the order of their places: numbers stand for
+    // "%d" and "%i", texts for "%s". The texts belong to the table that the row comes from.
+    std::array<std::uint32_t, 2> numbers = {};
+    std::array<const char*, 3> texts = {"", "", ""};
 };
 
-// Reply words and the numbers they stand for, tested in order; the first match decides.
-struct Word {
-    const char* text;
-    std::uint32_t number;
-};
-struct WordTable {
-    std::span<const Word> words;
-    std::uint32_t otherwise;
-};
-std::uint32_t FirstContained(const WordTable& table, const char* reply);
+// Sends a command, completed with the instance's numbers and texts, to the instance's switch.
+// Returns as SwitchMgmtQuery does.
+std::uint16_t Ask(const Instance& instance, const char* command, ReplyText& reply,
+                  ConversionType type = kString, std::uint32_t* number = nullptr);
 
 struct Column;
 
@@ -64,6 +64,7 @@ struct ValueSource {
     const WordTable* words = nullptr;
     std::uint32_t number = 0;
     const char* text = nullptr;
+    std::size_t place = 0;  // among the instance's texts
 };
 
 enum class Access : std::uint8_t { kReadOnly, kReadWrite };
@@ -82,10 +83,16 @@ constexpr std::size_t kShortStringLength = 79;
 
 int ReadConstant(const Column& column, const Instance& instance, MibValue& value);
 int ReadConstantText(const Column& column, const Instance& instance, MibValue& value);
+int ReadConstantOctets(const Column& column, const Instance& instance, MibValue& value);
 int QueryNumber(const Column& column, const Instance& instance, MibValue& value);
 int QueryText(const Column& column, const Instance& instance, MibValue& value);
 int QueryShortText(const Column& column, const Instance& instance, MibValue& value);
 int QueryWord(const Column& column, const Instance& instance, MibValue& value);
+int QueryWholeWord(const Column& column, const Instance& instance, MibValue& value);
+int QueryHexOctets(const Column& column, const Instance& instance, MibValue& value);
+int ReadIndexText(const Column& column, const Instance& instance, MibValue& value);
+int ReadIndexOctets(const Column& column, const Instance& instance, MibValue& value);
+int ReadLastIndex(const Column& column, const Instance& instance, MibValue& value);
 
 // A constant, without a query.
 constexpr ValueSource Constant(std::uint32_t number) {
@@ -94,8 +101,12 @@ constexpr ValueSource Constant(std::uint32_t number) {
 constexpr ValueSource ConstantText(const char* text) {
     return {.read = ReadConstantText, .text = text};
 }
-// The reply to a command sent to the instance's switch: as a number, as it stands, cut to 79
-// characters, or as the number of the first word that it contains.
+template <std::size_t kSize>
+constexpr ValueSource ConstantOctets(const char (&octets)[kSize]) {
+    return {.read = ReadConstantOctets, .number = kSize - 1, .text = octets};
+}
+// The reply to a command sent to the instance's switch: as a number, as it stands, or cut to 79
+// characters.
 constexpr ValueSource NumberOf(const char* command) {
     return {.read = QueryNumber, .command = command};
 }
@@ -105,8 +116,28 @@ constexpr ValueSource TextOf(const char* command) {
 constexpr ValueSource ShortTextOf(const char* command) {
     return {.read = QueryShortText, .command = command};
 }
+// The number of the first word that the reply contains, or of the word that it is; one octet where
+// the column is an OCTET STRING.
 constexpr ValueSource WordOf(const char* command, const WordTable& words) {
     return {.read = QueryWord, .command = command, .words = &words};
+}
+constexpr ValueSource WholeWordOf(const char* command, const WordTable& words) {
+    return {.read = QueryWholeWord, .command = command, .words = &words};
+}
+// `size` octets from the reply's hexadecimal text, zeros where it ends early.
+constexpr ValueSource HexOctetsOf(const char* command, std::uint32_t size) {
+    return {.read = QueryHexOctets, .command = command, .number = size};
+}
+// The instance's text at `place`, as it stands or as `size` octets.
+constexpr ValueSource IndexText(std::size_t place) {
+    return {.read = ReadIndexText, .place = place};
+}
+constexpr ValueSource IndexOctets(std::size_t place, std::uint32_t size) {
+    return {.read = ReadIndexOctets, .number = size, .place = place};
+}
+// The last sub-identifier of the instance.
+constexpr ValueSource LastIndex() {
+    return {.read = ReadLastIndex};
 }
 // A function of its own; the command is what the value rests on, where that is a single one.
 constexpr ValueSource Computed(ValueReader read, const char* command = nullptr) {
@@ -157,11 +188,17 @@ struct ServedTable {
 u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value);
 
 // Shapes that several tables have.
-extern const TableShape kScalarShape;  // instance 0
-extern const TableShape kUnitShape;    // index: unit id
+int ResolveScalar(const HandlerCall& call, Instance& instance);
+int ResolveUnit(const HandlerCall& call, Instance& instance);
+int NextUnit(const HandlerCall& call, Instance& instance);
+constexpr TableShape kScalarShape{ResolveScalar, ResolveScalar};  // instance 0
+constexpr TableShape kUnitShape{ResolveUnit, NextUnit};           // index: unit id
 
 // Resolves an exact request for a unit id and a number + 1: sets all of `instance`.
 int ResolveUnitRow(const HandlerCall& call, Instance& instance);
+
+// The same for an index that is taken as it stands; `row` is left alone.
+int ResolveUnitIndex(const HandlerCall& call, Instance& instance);
 
 // Completes an instance whose unit is known. Returns 0, or -1 when the unit is not in use.
 int CompleteUnit(const HandlerCall& call, Instance& instance);

@@ -139,6 +139,26 @@ int GetIPAddrAndPortFromOID(std::span<const oid> name, std::span<char> address,
     return 0;
 }
 
+void MakeOIDfromTrapIndex(const TrapRowIndex& index, std::span<oid, kTrapIndexLength> names) {
+    MakeOIDfromIPAddr(index.address, names.first<4>());
+    names.back() = index.port;
+}
+
+int GetTrapIndexFromTrapOID(TrapRowLookup rowAt, std::span<const oid, kTrapIndexLength> names,
+                            std::uint16_t& row) {
+    TrapRowIndex index;
+    for (row = 0; rowAt(row, index) == 0; ++row) {
+        std::array<oid, kTrapIndexLength> present;
+        MakeOIDfromTrapIndex(index, present);
+        const int order =
+            snmp_oid_compare(present.data(), present.size(), names.data(), names.size());
+        if (order >= 0) {
+            return order == 0 ? 0 : 1;
+        }
+    }
+    return -1;
+}
+
 void SplitDottedNumbers(const char* text, std::span<std::uint32_t> numbers, std::size_t& count) {
     if (std::strchr(text, '.') == nullptr) {
         return;

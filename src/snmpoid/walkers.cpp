@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <span>
+#include <vector>
 
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
-#include "src/snmpoid/index_codec.h"
-#include "src/snmptables/row_numbers.h"
+#include "src/link/link.h"
+#include "src/link/switch_info.h"
+#include "src/snmptables/fabric_lists.h"
 #include "src/snmptables/unit_table.h"
 
 namespace snmpmain {
@@ -69,6 +72,11 @@ bool LiesBehind(const WorkingOid& row, std::span<const oid> request) {
     return snmp_oid_compare(row.names, row.length, request.data(), request.size()) > 0;
 }
 
+// `label` ends in dots, as the numbers are lined up in the log.
+void TraceNumber(const char* label, std::uint32_t number) {
+    TraceLog(kTrace, "%s %u", label, number);
+}
+
 // Puts the row's OID in the place of the request.
 void FinishWalk(const WorkingOid& working, oid* name, std::size_t* length) {
     std::copy_n(working.names, working.length, name);
@@ -79,6 +87,12 @@ void FinishWalk(const WorkingOid& working, oid* name, std::size_t* length) {
 // The sub-identifiers of a unit id within a working OID.
 std::span<oid, WWN_OID_LEN> UnitIdIn(WorkingOid& working, const variable* vp) {
     return std::span<oid, WWN_OID_LEN>(working.names + vp->namelen, WWN_OID_LEN);
+}
+
+// The sub-identifiers that end a working OID.
+template <std::size_t kCount>
+std::span<oid, kCount> LastNumbers(WorkingOid& working) {
+    return std::span(working.names, working.length).template last<kCount>();
 }
 
 // Where a walk over units starts.
@@ -111,30 +125,59 @@ UnitStart BeginUnitWalk(const variable* vp, std::span<const oid> request, std::s
     return match == 0 ? UnitStart::kNamedUnit : UnitStart::kFollowingUnit;
 }
 
-// A table whose rows are numbered from 0 within each unit.
-struct UnitRows {
-    std::uint16_t (*count)(std::uint32_t domain);
+// What sets the walks over a unit id and one more number apart.
+enum class FollowingUnit {
+    kKeepsRow,     // the row that the request names is looked for there as well
+    kFromItsStart  // the walk goes on with its first row
+};
+struct UnitRowWalk {
+    FollowingUnit followingUnit;
+    const char* startLabel;  // of the trace lines, with the number's format
+    const char* endLabel;
+    std::uint32_t shownFrom;  // what the first row is called there
 };
 
-// Moves to the first existing row from (unit, row) on, over units without rows. Returns 0, or -1
-// when no unit is left.
-int RollOver(const UnitRows& rows, std::uint16_t& unit, std::uint32_t& row) {
+// Rows that are nothing but numbers from 0 on.
+constexpr UnitRowWalk kNumberedRows{FollowingUnit::kFromItsStart, "Starting value index..",
+                                    "Ending value index....", 0};
+
+// Moves to the first existing row from (unit, row) on, over units without rows. `find` moves a row
+// number to the first existing one from there on within a domain, and tells whether there is one.
+// Returns 0, or -1 when no unit is left.
+template <typename Find>
+int RollOver(Find find, std::uint32_t& unit, std::uint32_t& row) {
     for (;; ++unit, row = 0) {
         std::uint16_t domain = 0;
         if (GetDomainIdFromIndex(unit, domain) != 0) {
-            TraceLog(kError, "%s %d:Unit Index = %i caused MATCH_FAILED return", kSource, __LINE__,
+            TraceLog(kError, "%s %d:Unit Index = %u caused MATCH_FAILED return", kSource, __LINE__,
                      unit);
             return -1;
         }
-        if (row < rows.count(domain)) {
+        if (find(domain, row)) {
+            return 0;
+        }
+    }
+}
+
+// Finds the first existing row from (unit, row) on whose OID, put into `working` by `write`, lies
+// behind the request.
+template <typename Find, typename Write>
+int FindRowBehind(Find find, Write write, std::span<const oid> request, const WorkingOid& working,
+                  std::uint32_t& unit, std::uint32_t& row) {
+    for (;; ++unit, row = 0) {
+        if (RollOver(find, unit, row) != 0 || write(unit, row) != 0) {
+            return -1;
+        }
+        if (LiesBehind(working, request)) {
             return 0;
         }
     }
 }
 
 // The common walk over a unit id and a row number + 1.
-int GetNextUnitRow(const UnitRows& rows, const variable* vp, oid* name, std::size_t* length,
-                   std::uint16_t& unit, std::uint32_t& row) {
+template <typename Find>
+int GetNextUnitRow(const UnitRowWalk& walk, Find find, const variable* vp, oid* name,
+                   std::size_t* length, std::uint16_t& unit, std::uint32_t& row) {
     const std::span<const oid> request(name, *length);
     WorkingOid working;
     const UnitStart start =
@@ -145,22 +188,167 @@ int GetNextUnitRow(const UnitRows& rows, const variable* vp, oid* name, std::siz
     }
     // An OID holds the row number + 1, which is the next row's number already.
     oid& lastNumber = working.names[working.length - 1];
-    row = static_cast<std::uint32_t>(start == UnitStart::kNamedUnit ? lastNumber : 0);
-    TraceLog(kTrace, "Starting unit index... %i", unit);
-    TraceLog(kTrace, "Starting value index.. %u", row);
-    for (;; ++unit, row = 0) {
-        if (RollOver(rows, unit, row) != 0 || MakeOIDfromIndex(UnitIdIn(working, vp), unit) != 0) {
-            return -1;
+    const bool keepsRow =
+        start == UnitStart::kNamedUnit || walk.followingUnit == FollowingUnit::kKeepsRow;
+    row = static_cast<std::uint32_t>(keepsRow ? lastNumber : 0);
+    TraceNumber("Starting unit index...", unit);
+    TraceNumber(walk.startLabel, row);
+    const auto write = [&](std::uint32_t foundUnit, std::uint32_t foundRow) {
+        lastNumber = oid{foundRow} + 1;
+        return MakeOIDfromIndex(UnitIdIn(working, vp), foundUnit);
+    };
+    std::uint32_t foundUnit = unit;
+    if (FindRowBehind(find, write, request, working, foundUnit, row) != 0) {
+        return -1;
+    }
+    unit = static_cast<std::uint16_t>(foundUnit);
+    TraceNumber("Ending unit index.....", unit);
+    TraceNumber(walk.endLabel, row + walk.shownFrom);
+    FinishWalk(working, name, length);
+    return 0;
+}
+
+bool FindEvent(std::uint32_t domain, std::uint32_t& row) {
+    std::uint32_t first = 0;
+    if (GetFirstLogEntryId(domain, first) != 0 || first == 0) {
+        return false;
+    }
+    row = std::max(row, first - 1);
+    ReplyText entry;
+    return AskNextLogEntry(domain, row, entry) == 0;
+}
+
+bool FindLink(std::uint32_t domain, std::uint32_t& row) {
+    std::uint32_t link = 0;
+    if (AskNextLink(domain, row, link) != 0) {
+        return false;
+    }
+    row = link - 1;
+    return true;
+}
+
+// Lists of members differ in where they are looked up and how the trace calls them.
+struct MemberWalk {
+    const ZoneMemberNode* (*next)(std::uint32_t group, std::uint32_t member);
+    const char* startLabel;
+    const char* endLabel;
+    const char* endMemberLabel;
+    const char* endMessage;
+};
+
+int GetNextMember(const MemberWalk& walk, const variable* vp, oid* name, std::size_t* length,
+                  const ZoneMemberNode*& member) {
+    WorkingOid working;
+    if (BeginWalk(vp, {name, *length}, kMemberIndexLength, "Oid already has index values attached",
+                  working) == WalkStart::kPastColumn) {
+        return -1;
+    }
+    const auto names = LastNumbers<kMemberIndexLength>(working);
+    const auto group = static_cast<std::uint32_t>(names[0]);
+    const auto number = static_cast<std::uint32_t>(names[1]);
+    TraceNumber(walk.startLabel, group);
+    TraceNumber("Starting member index...", number);
+    member = walk.next(group, number);
+    if (member == nullptr) {
+        TraceLog(kError, "%s", walk.endMessage);
+        return -1;
+    }
+    TraceNumber(walk.endLabel, member->zone);
+    TraceNumber(walk.endMemberLabel, member->member);
+    names[0] = member->zone;
+    names[1] = member->member;
+    FinishWalk(working, name, length);
+    return 0;
+}
+
+// The port ids in one switch's own name server, asked as far as they are needed and no more than
+// once in a request.
+class PortIdsInNameServer {
+  public:
+    explicit PortIdsInNameServer(std::uint32_t domain) : domain_(domain) {}
+
+    // The port id at a position from 0, or null behind the last.
+    const char* At(std::size_t position) {
+        while (!ended_ && position >= ids_.size()) {
+            ended_ = AskLocalNsPortId(domain_, ids_.size(), key_) != 0;
+            if (!ended_) {
+                PortIdText id;
+                CopyText(id.text, sizeof(id.text), key_.data());
+                ended_ = AppendEntry(ids_, id) != 0;
+            }
         }
-        lastNumber = oid{row} + 1;
-        if (LiesBehind(working, request)) {
+        return position < ids_.size() ? ids_[position].text : nullptr;
+    }
+
+  private:
+    struct PortIdText {
+        char text[kPortIdTextSize];
+    };
+    std::uint32_t domain_;
+    ReplyText key_;
+    std::vector<PortIdText> ids_;
+    bool ended_ = false;
+};
+
+// The links at a port, the most logins that are looked for there; 0 when they cannot be had.
+std::uint32_t AskLinkCount(std::uint32_t domain, std::uint32_t port) {
+    ReplyText reply;
+    std::uint32_t count = 0;
+    return SwitchMgmtQueryf(domain, reply, kInteger, &count, "Get.Oper.Link.Port.0.%u.LinkEntries",
+                            port) == 0
+               ? count
+               : 0;
+}
+
+// Finds the login with the given number at a port. Returns its port id, or null.
+const char* FindLogin(std::uint32_t domain, std::uint32_t port, std::uint32_t login,
+                      PortIdsInNameServer& ids) {
+    constexpr std::size_t kDomainAndArea = 4;  // characters of a port id
+    if (login >= AskLinkCount(domain, port)) {
+        return nullptr;
+    }
+    ReplyText type;
+    if (SwitchMgmtQueryf(domain, type, kString, nullptr, "Get.Oper.Topology.0.%u.LocalPortType",
+                         port) != 0 ||
+        std::strchr(type.data(), 'F') == nullptr) {
+        return nullptr;
+    }
+    ReplyText portId;
+    if (SwitchMgmtQueryf(domain, portId, kString, nullptr, "Get.Oper.UserPort.0.%u.PortID", port) !=
+        0) {
+        TraceLog(kError, "%s %d:Get PortID caused NULL return", kSource, __LINE__);
+        return nullptr;
+    }
+    const char* id = ids.At(0);
+    for (std::size_t position = 0; id != nullptr; id = ids.At(++position)) {
+        if (std::strncmp(id, portId.data(), kDomainAndArea) == 0 && login-- == 0) {
             break;
         }
     }
-    TraceLog(kTrace, "Ending unit index..... %i", unit);
-    TraceLog(kTrace, "Ending value index.... %u", row);
-    FinishWalk(working, name, length);
-    return 0;
+    return id;
+}
+
+// Moves to the first login from (port, login) on within a unit. False when there is none.
+bool FindLoginOfUnit(std::uint32_t domain, Login& login) {
+    PortIdsInNameServer ids(domain);
+    const std::uint32_t ports = GetMaxPorts(domain);
+    for (; login.port < ports; ++login.port, login.login = 0) {
+        if (const char* id = FindLogin(domain, login.port, login.login, ids)) {
+            CopyText(login.portId, sizeof(login.portId), id);
+            return true;
+        }
+    }
+    return false;
+}
+
+// The numbers of a login walk's request, and where a zero among them sends it.
+void ReadLoginStart(std::span<const oid, kLoginIndexLength> index, std::uint32_t& unit,
+                    Login& start) {
+    const bool hasUnit = index[0] != 0;
+    const bool hasPort = hasUnit && index[1] != 0;
+    unit = hasUnit ? static_cast<std::uint32_t>(index[0] - 1) : 0;
+    start.port = hasPort ? static_cast<std::uint32_t>(index[1] - 1) : 0;
+    start.login = hasPort ? static_cast<std::uint32_t>(index[2]) : 0;
 }
 
 }  // namespace
@@ -194,10 +382,269 @@ int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_
     return 0;
 }
 
+int GetNextUnitValue(const variable* vp, oid* name, std::size_t* length, std::uint32_t bound,
+                     std::uint16_t& unit, std::uint32_t& value) {
+    const std::span<const oid> request(name, *length);
+    WorkingOid working;
+    const UnitStart start =
+        BeginUnitWalk(vp, request, kUnitRowIndexLength,
+                      "Oid already has unit and index values attached", "WWN", working, unit);
+    if (start == UnitStart::kEnd) {
+        return -1;
+    }
+    oid& lastNumber = working.names[working.length - 1];
+    // A unit that the request does not name is passed over as if all its values had been read.
+    value = start == UnitStart::kFollowingUnit ? bound : static_cast<std::uint32_t>(lastNumber);
+    TraceNumber("Starting unit index...", unit);
+    TraceNumber("Starting value index..", value);
+    for (;; value = bound) {
+        if (value >= bound) {
+            ++unit;
+            value = 0;
+        }
+        if (GetWWNfromIndex(unit) == nullptr) {
+            TraceMatchFailed(__LINE__, "GetWWNfromIndex");
+            return -1;
+        }
+        MakeOIDfromIndex(UnitIdIn(working, vp), unit);
+        lastNumber = oid{value} + 1;
+        if (LiesBehind(working, request)) {
+            break;
+        }
+    }
+    TraceNumber("Ending unit index.....", unit);
+    TraceNumber("Ending value index....", value);
+    FinishWalk(working, name, length);
+    return 0;
+}
+
+int GetNextUnitPort(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
+                    std::uint32_t& port) {
+    constexpr UnitRowWalk kWalk{FollowingUnit::kKeepsRow, "Starting port index...",
+                                "Ending value index....", 0};
+    const auto find = [](std::uint32_t domain, std::uint32_t& row) {
+        row &= 0xFFFF;  // port numbers have 16 bits
+        return row < GetMaxPorts(domain);
+    };
+    return GetNextUnitRow(kWalk, find, vp, name, length, unit, port);
+}
+
+int GetNextUnitSensor(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
+                      std::uint32_t& sensor, SensorRef& part) {
+    const auto find = [&part](std::uint32_t domain, std::uint32_t row) {
+        PartCounts parts(domain);
+        return row < CountSensors(parts) && FindSensor(parts, row, part) == 0;
+    };
+    return GetNextUnitRow(kNumberedRows, find, vp, name, length, unit, sensor);
+}
+
 int GetNextUnitRevision(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                         std::uint32_t& revision) {
-    constexpr UnitRows kRevisions{GetRevisionCount};
-    return GetNextUnitRow(kRevisions, vp, name, length, unit, revision);
+    const auto find = [](std::uint32_t domain, std::uint32_t row) {
+        return row < GetRevisionCount(domain);
+    };
+    return GetNextUnitRow(kNumberedRows, find, vp, name, length, unit, revision);
+}
+
+int GetNextUnitEvent(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
+                     std::uint32_t& eventId) {
+    constexpr UnitRowWalk kWalk{FollowingUnit::kKeepsRow, "Starting event id.....",
+                                "Ending event id.......", 1};
+    if (GetNextUnitRow(kWalk, FindEvent, vp, name, length, unit, eventId) != 0) {
+        return -1;
+    }
+    ++eventId;
+    return 0;
+}
+
+int GetNextUnitLink(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
+                    std::uint32_t& link) {
+    constexpr UnitRowWalk kWalk{FollowingUnit::kKeepsRow, "Starting link index...",
+                                "Ending link index....", 1};
+    if (GetNextUnitRow(kWalk, FindLink, vp, name, length, unit, link) != 0) {
+        return -1;
+    }
+    ++link;
+    return 0;
+}
+
+int ReadNameServerIndex(std::span<const oid, kNameServerIndexLength> names,
+                        NameServerIndex& index) {
+    if (MakeHexStrFromOID(names.first<WWN_OID_LEN>(), index.switchWwn) != 0 ||
+        MakeHexStrFromOID(names.subspan<WWN_OID_LEN, kPortWwnOidLength>(), index.portWwn) != 0 ||
+        MakeHexStrFromOID(names.last<kPortIdOidLength>(), index.portId) != 0) {
+        return -1;
+    }
+    return 0;
+}
+
+int GetNextNameServerEntry(const variable* vp, oid* name, std::size_t* length,
+                           NameServerMatch& entry) {
+    const std::span<const oid> request(name, *length);
+    WorkingOid working;
+    if (BeginWalk(vp, request, kNameServerIndexLength, "Oid already has index values attached",
+                  working) == WalkStart::kPastColumn) {
+        return -1;
+    }
+    const auto names = LastNumbers<kNameServerIndexLength>(working);
+    NameServerIndex index;
+    if (ReadNameServerIndex(names, index) != 0) {
+        TraceLog(kError, "%s, %d:Invalid Port Id caused MATCH_FAILED return", kSource, __LINE__);
+        return -1;
+    }
+    entry = {0, index.switchWwn, index.portWwn, index.portId};
+    do {
+        if (GetNextNameServer(entry.switchWwn, entry.portWwn, entry) != 0) {
+            TraceLog(kError, "%s, %d:No more entries caused a MATCH_FAILED return", kSource,
+                     __LINE__);
+            return -1;
+        }
+        MakeOIDfromHexStr(entry.switchWwn, names.first<WWN_OID_LEN>());
+        MakeOIDfromHexStr(entry.portWwn, names.subspan<WWN_OID_LEN, kPortWwnOidLength>());
+        MakeOIDfromHexStr(entry.portId, names.last<kPortIdOidLength>());
+    } while (!LiesBehind(working, request));
+    TraceLog(kTrace, "Ending Switch Wwn... %s", entry.switchWwn);
+    TraceLog(kTrace, "Ending Port Wwn..... %s", entry.portWwn);
+    TraceLog(kTrace, "Ending Port Id...... %s", entry.portId);
+    FinishWalk(working, name, length);
+    return 0;
+}
+
+int GetNextTrapEntry(TrapRowLookup rowAt, const variable* vp, oid* name, std::size_t* length,
+                     std::uint16_t& row) {
+    WorkingOid working;
+    const WalkStart start = BeginWalk(vp, {name, *length}, kTrapIndexLength,
+                                      "Oid already has IP and port values attached", working);
+    if (start == WalkStart::kPastColumn) {
+        return -1;
+    }
+    const auto names = LastNumbers<kTrapIndexLength>(working);
+    row = 0;
+    if (start == WalkStart::kBehindRow) {
+        const int match = GetTrapIndexFromTrapOID(rowAt, names, row);
+        if (match < 0) {
+            TraceMatchFailed(__LINE__, "GetTrapIndexFromTrapOID");
+            return -1;
+        }
+        row = static_cast<std::uint16_t>(match == 0 ? row + 1 : row);
+    }
+    TrapRowIndex index;
+    if (rowAt(row, index) != 0) {
+        TraceMatchFailed(__LINE__, "GetTrapTblInfo");
+        return -1;
+    }
+    TraceNumber("Ending table index....", row);
+    TraceLog(kTrace, "Ending IP Addr........ %s", index.address);
+    TraceNumber("Ending Port Num.......", index.port);
+    MakeOIDfromTrapIndex(index, names);
+    FinishWalk(working, name, length);
+    return 0;
+}
+
+int GetNextZoneMember(const variable* vp, oid* name, std::size_t* length,
+                      const ZoneMemberNode*& member) {
+    constexpr MemberWalk kWalk{GetNextZone, "Starting zone index.....",
+                               "Ending zone index...........", "Ending zone member index....",
+                               "Out of zone info. caused MATCH_FAILED return"};
+    return GetNextMember(kWalk, vp, name, length, member);
+}
+
+int GetNextAliasMember(const variable* vp, oid* name, std::size_t* length,
+                       const ZoneMemberNode*& member) {
+    constexpr MemberWalk kWalk{GetNextAlias, "Starting alias index.....",
+                               "Ending alias index...........", "Ending alias member index....",
+                               "Out of alias info. caused MATCH_FAILED return"};
+    return GetNextMember(kWalk, vp, name, length, member);
+}
+
+int GetNextModulePort(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
+                      std::uint32_t& port) {
+    const std::span<const oid> request(name, *length);
+    WorkingOid working;
+    if (BeginWalk(vp, request, kModulePortIndexLength,
+                  "Oid already has unit and index values attached",
+                  working) == WalkStart::kPastColumn) {
+        return -1;
+    }
+    const auto names = LastNumbers<kModulePortIndexLength>(working);
+    std::uint32_t foundUnit = 0;
+    port = 0;
+    if (names[0] != 0) {
+        foundUnit = static_cast<std::uint32_t>(names[0] - 1);
+        port = static_cast<std::uint32_t>(names[1]);
+    }
+    TraceNumber("Starting unit index...", foundUnit);
+    TraceNumber("Starting port index...", port);
+    const auto find = [](std::uint32_t domain, std::uint32_t row) {
+        return row < GetMaxPorts(domain);
+    };
+    const auto write = [&](std::uint32_t rowUnit, std::uint32_t row) {
+        names[0] = oid{rowUnit} + 1;
+        names[1] = oid{row} + 1;
+        return 0;
+    };
+    if (FindRowBehind(find, write, request, working, foundUnit, port) != 0) {
+        return -1;
+    }
+    unit = static_cast<std::uint16_t>(foundUnit);
+    TraceNumber("Ending unit index.....", unit);
+    TraceNumber("Ending value index....", port);
+    FinishWalk(working, name, length);
+    return 0;
+}
+
+int CheckModulePortOID(const variable* vp, const oid* name, std::size_t length, std::uint16_t* unit,
+                       std::uint16_t* port) {
+    if (length != vp->namelen + kModulePortIndexLength) {
+        TraceLog(kError, "%s %d:Incorrect OID length cause a MATCH_FAILED return", kSource,
+                 __LINE__);
+        return -1;
+    }
+    if (unit == nullptr || port == nullptr) {
+        TraceLog(kError, "%s %d:Bad unit or port number cause a MATCH_FAILED return", kSource,
+                 __LINE__);
+        return -1;
+    }
+    *unit = static_cast<std::uint16_t>(name[length - 2] - 1);
+    *port = static_cast<std::uint16_t>(name[length - 1] - 1);
+    return 0;
+}
+
+int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& found) {
+    const std::span<const oid> request(name, *length);
+    WorkingOid working;
+    if (BeginWalk(vp, request, kLoginIndexLength, "Oid already has unit and index values attached",
+                  working) == WalkStart::kPastColumn) {
+        return -1;
+    }
+    const auto names = LastNumbers<kLoginIndexLength>(working);
+    std::uint32_t unit = 0;
+    ReadLoginStart(names, unit, found);
+    TraceNumber("Starting unit index.........", unit);
+    TraceNumber("Starting local port index...", found.port);
+    TraceNumber("Starting login index........", found.login);
+    bool furtherUnit = false;
+    const auto find = [&](std::uint32_t domain, std::uint32_t& port) {
+        found.port = port;
+        found.login = furtherUnit ? 0 : found.login;
+        furtherUnit = true;
+        const bool exists = FindLoginOfUnit(domain, found);
+        port = found.port;
+        return exists;
+    };
+    std::uint32_t port = found.port;
+    const auto write = [&](std::uint32_t rowUnit, std::uint32_t row) {
+        names[0] = oid{rowUnit} + 1;
+        names[1] = oid{row} + 1;
+        names[2] = oid{found.login} + 1;
+        return 0;
+    };
+    if (FindRowBehind(find, write, request, working, unit, port) != 0) {
+        return -1;
+    }
+    found.unit = static_cast<std::uint16_t>(unit);
+    FinishWalk(working, name, length);
+    return 0;
 }
 
 }  // namespace snmpmain

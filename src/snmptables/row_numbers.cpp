@@ -41,6 +41,15 @@ bool LiesWithin(std::uint32_t& row, std::uint32_t rows) {
     return false;
 }
 
+// The count, asked if it is not known yet.
+template <typename Count, typename Question>
+std::uint32_t Ask(Count& count, Question question) {
+    if (!count.known) {
+        count = {true, question()};
+    }
+    return count.value;
+}
+
 SensorRef MakeRef(std::uint32_t chassis, std::uint32_t blade, std::uint16_t kind,
                   std::uint32_t number) {
     return {static_cast<std::uint16_t>(chassis), static_cast<std::uint16_t>(blade), kind,
@@ -68,31 +77,78 @@ int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id) {
 }
 
 int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id) {
-    id = 0;
+    std::uint32_t last = 0;
+    return GetLogRange(domain, id, last);
+}
+
+int GetLogRange(std::uint32_t domain, std::uint32_t& first, std::uint32_t& last) {
+    first = 0;
+    last = 0;
     ReplyText reply;
     if (SwitchMgmtQuery(domain, "Get.Oper.Switch.FirstLogEntry", reply, kString) != 0) {
         return 0;
     }
-    std::uint32_t last = 0;
-    if (ReadEntryId(reply, id) != EntryId::kFound || GetLastLogEntryId(domain, last) != 0) {
+    if (ReadEntryId(reply, first) != EntryId::kFound || GetLastLogEntryId(domain, last) != 0) {
         return -1;
     }
     if (last > MAX_LOG_ENTRIES) {
-        id = last - (MAX_LOG_ENTRIES - 1);
+        first = last - (MAX_LOG_ENTRIES - 1);
     }
     return 0;
 }
 
+int AskNextLogEntry(std::uint32_t domain, std::uint32_t id, ReplyText& entry) {
+    std::uint32_t found = 0;
+    const bool answered = SwitchMgmtQueryf(domain, entry, kString, nullptr,
+                                           "Get.Oper.Switch.NextLogEntry.%u", id) == 0;
+    return answered && ReadEntryId(entry, found) == EntryId::kFound && found > id ? 0 : -1;
+}
+
+int AskNextLink(std::uint32_t domain, std::uint32_t after, std::uint32_t& link) {
+    ReplyText reply;
+    if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.Link.NextLinkEntry.%u",
+                         after) != 0) {
+        return -1;
+    }
+    link = ReadDecimal(reply.data());
+    return link > 0 ? 0 : -1;
+}
+
+std::uint32_t PartCounts::Chassis() {
+    return Ask(chassis_, [&] { return ChassisOf(domain_); });
+}
+
+std::uint32_t PartCounts::PowerSupplies() {
+    return Ask(powerSupplies_, [&] { return GetPowerSupplyCount(domain_); });
+}
+
+std::uint32_t PartCounts::Fans() {
+    return Ask(fans_, [&] { return GetFanCount(domain_); });
+}
+
+std::uint32_t PartCounts::Blades() {
+    return Ask(blades_, [&] { return BladesOf(domain_); });
+}
+
+std::uint32_t PartCounts::TempSensors(std::uint32_t blade) {
+    return Ask(tempSensors_[blade], [&] { return GetTempSensorCount(domain_, blade); });
+}
+
 std::uint16_t GetSensorCount(std::uint32_t domain) {
-    const std::uint32_t chassis = ChassisOf(domain);
+    PartCounts parts(domain);
+    return CountSensors(parts);
+}
+
+std::uint16_t CountSensors(PartCounts& parts) {
+    const std::uint32_t chassis = parts.Chassis();
     if (chassis == 0) {
         return 0;
     }
-    const std::uint32_t blades = BladesOf(domain);
-    std::uint32_t perChassis = GetPowerSupplyCount(domain) + GetFanCount(domain);
+    const std::uint32_t blades = parts.Blades();
+    std::uint32_t perChassis = parts.PowerSupplies() + parts.Fans();
     perChassis += blades > 1 ? blades : 0;
     for (std::uint32_t blade = 0; blade < blades; ++blade) {
-        perChassis += 1 + GetTempSensorCount(domain, blade);
+        perChassis += 1 + parts.TempSensors(blade);
     }
     return static_cast<std::uint16_t>(chassis * perChassis);
 }
@@ -103,23 +159,27 @@ std::uint16_t GetRevisionCount(std::uint32_t domain) {
 }
 
 int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& sensor) {
-    const std::uint32_t chassisCount = ChassisOf(domain);
-    for (std::uint32_t chassis = 0; chassis < chassisCount; ++chassis) {
-        if (LiesWithin(row, GetPowerSupplyCount(domain))) {
+    PartCounts parts(domain);
+    return FindSensor(parts, row, sensor);
+}
+
+int FindSensor(PartCounts& parts, std::uint32_t row, SensorRef& sensor) {
+    for (std::uint32_t chassis = 0; chassis < parts.Chassis(); ++chassis) {
+        if (LiesWithin(row, parts.PowerSupplies())) {
             sensor = MakeRef(chassis, 0, kPowerSupplySensor, row);
             return 0;
         }
-        if (LiesWithin(row, GetFanCount(domain))) {
+        if (LiesWithin(row, parts.Fans())) {
             sensor = MakeRef(chassis, 0, kFanSensor, row);
             return 0;
         }
-        const std::uint32_t blades = BladesOf(domain);
+        const std::uint32_t blades = parts.Blades();
         if (LiesWithin(row, blades)) {
             sensor = MakeRef(chassis, row, kBladeTempSensor, 0);
             return 0;
         }
         for (std::uint32_t blade = 0; blade < blades; ++blade) {
-            if (LiesWithin(row, GetTempSensorCount(domain, blade))) {
+            if (LiesWithin(row, parts.TempSensors(blade))) {
                 sensor = MakeRef(chassis, blade, kBoardTempSensor, row);
                 return 0;
             }

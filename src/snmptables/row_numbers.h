@@ -3,7 +3,11 @@
 // Main thread only.
 #pragma once
 
+#include <array>
 #include <cstdint>
+
+#include "src/link/link.h"
+#include "src/link/switch_info.h"
 
 namespace snmpmain {
 
@@ -40,12 +44,48 @@ int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id);
 // carries no id or the newest one's cannot be had. "Get.Oper.Switch.FirstLogEntry"
 int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id);
 
+// The ids of the oldest log entry shown and of the newest one, as the two operations above give
+// them; `last` is 0 where the first query failed.
+int GetLogRange(std::uint32_t domain, std::uint32_t& first, std::uint32_t& last);
+
+// The first entry of a unit's log behind the one with this id. Returns 0, or -1 when there is none,
+// or what the unit answers does not lie behind. "Get.Oper.Switch.NextLogEntry.%i"
+int AskNextLogEntry(std::uint32_t domain, std::uint32_t id, ReplyText& entry);
+
+// The first link of a unit behind the one with this index. Returns 0, or -1 when there is none.
+// "Get.Oper.Link.NextLinkEntry.%i"
+int AskNextLink(std::uint32_t domain, std::uint32_t after, std::uint32_t& link);
+
+// A unit's numbers of parts for the length of one request: each is asked when it is first needed.
+// At most kMaxChassis and kMaxBlades.
+class PartCounts {
+  public:
+    explicit PartCounts(std::uint32_t domain) : domain_(domain) {}
+
+    std::uint32_t Chassis();
+    std::uint32_t PowerSupplies();
+    std::uint32_t Fans();
+    std::uint32_t Blades();
+    std::uint32_t TempSensors(std::uint32_t blade);
+
+  private:
+    struct Count {
+        bool known = false;
+        std::uint32_t value = 0;
+    };
+    std::uint32_t domain_;
+    Count chassis_, powerSupplies_, fans_, blades_;
+    std::array<Count, kMaxBlades> tempSensors_;
+};
+
 // Rows of the sensor and revision tables of a unit.
 std::uint16_t GetSensorCount(std::uint32_t domain);
+std::uint16_t CountSensors(PartCounts& parts);
 std::uint16_t GetRevisionCount(std::uint32_t domain);
 
 // What the row (counted from 0) refers to. Returns 0, or -1 past the last row.
 int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& sensor);
+int FindSensor(PartCounts& parts, std::uint32_t row, SensorRef& sensor);
 int GetRevisionFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& revision);
 
 // What a revision row below GetRevisionCount refers to, without asking anything.

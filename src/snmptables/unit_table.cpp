@@ -11,6 +11,7 @@
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
+#include "src/snmptables/fabric_lists.h"
 #include "src/snmptables/unit_status.h"
 
 namespace snmpmain {
@@ -105,22 +106,6 @@ std::uint16_t IndexOf(const ConnUnitEntry& row) {
 
 // ---- discovery ----
 
-enum class Walk { kNext, kEnd, kFailed };
-
-// Asks for the domain behind `previous` (the first one when null).
-Walk AskNextDomain(const std::uint16_t* previous, std::uint16_t& domain) {
-    ReplyText reply;
-    const std::uint16_t result =
-        previous == nullptr ? SwitchMgmtQuery(0, "Get.Oper.Fabric.FirstDomainID", reply, kString)
-                            : SwitchMgmtQueryf(0, reply, kString, nullptr,
-                                               "Get.Oper.Fabric.NextDomainID.%i", *previous);
-    if (result != 0 || std::strcmp(reply.data(), kListEnd) == 0) {
-        return previous == nullptr ? Walk::kFailed : Walk::kEnd;
-    }
-    domain = static_cast<std::uint16_t>(ReadDecimalBehindBlanks(reply.data()));
-    return Walk::kNext;
-}
-
 // Completes the row of `domain`. `kept` tells whether the unit belongs into the table. Returns -1
 // when the whole walk fails.
 int DiscoverUnit(std::uint16_t domain, ConnUnitEntry& row, bool& kept) {
@@ -148,8 +133,7 @@ int DiscoverUnits(std::uint16_t& count) {
     count = 0;
     std::uint16_t domain = 0;
     for (std::uint16_t query = 0; query < MAX_CONN_UNITS; ++query) {
-        const std::uint16_t previous = domain;
-        switch (AskNextDomain(query == 0 ? nullptr : &previous, domain)) {
+        switch (AskDomain(query, domain)) {
             case Walk::kFailed:
                 return -1;
             case Walk::kEnd:

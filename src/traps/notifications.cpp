@@ -15,7 +15,9 @@
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
+#include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_table.h"
+#include "src/snmptables/zoning.h"
 #include "src/traps/event_kinds.h"
 
 namespace snmpmain {
@@ -33,6 +35,8 @@ enum Kind : std::uint16_t {
     kSnmpConfig = 1,
     kSwitchConfig = 2,
     kFabricOper = 5,
+    kZoningOper = 7,
+    kNameServerOper = 9,
     kSwitchOper = 12,
     kSwitchState = 13,
     kSwitchReset = 17,
@@ -99,6 +103,13 @@ void RefreshForKind(const NotificationRecord& record) {
         case kSwitchState:
         case kSwitchReset:
             RefreshConnUnitTable();
+            break;
+        case kZoningOper:
+            zoningStale = 1;
+            aliasStale = 1;
+            break;
+        case kNameServerOper:
+            nameServerStale = 1;
             break;
         case kSwitchOper:
             InitLogLevel();

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "src/mibs/fcmgmt/columns.h"
+#include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
 
 namespace snmpmain {

@@ -17,8 +17,10 @@
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
+#include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
+#include "src/snmptables/zoning.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/loopback.h"
 
@@ -35,6 +37,9 @@ class SwitchTest : public testing::Test {
         ResetTraceLog();
         ResetSwitchInfo();
         ResetConnUnitTable();
+        ResetNameServerTable();
+        ResetZoningTable();
+        ResetAliasTable();
         ResetUnitStatusMemo();
         NotifyQueue::Reset();
         fabricUpdatePending = 0;

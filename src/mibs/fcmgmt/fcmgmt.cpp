@@ -4,8 +4,7 @@
 #include <array>
 #include <iterator>
 
-#include "src/mibs/fcmgmt/columns.h"
-#include "src/snmpoid/walkers.h"
+#include "src/mibs/fcmgmt/tables.h"
 
 namespace snmpmain {
 namespace {
@@ -14,77 +13,58 @@ constexpr std::size_t kVariableCount = 197;
 
 constexpr oid fcmgmt_variables_oid[] = {1, 3, 6, 1, 3, 94};
 
-// In the order of registration.
-const std::array kGroups = {
-    ColumnGroup{{1}, 1, var_fcmgmt, fcmgmt::kConnSetScalars},
-    ColumnGroup{{2}, 1, var_fcmgmt, fcmgmt::kTrapRegScalars},
-    ColumnGroup{{}, 0, var_fcmgmt, fcmgmt::kRevisionScalars},
-    ColumnGroup{{1, 6, 1}, 3, var_connUnitTable, fcmgmt::kUnitColumns},
-    ColumnGroup{{1, 7, 1}, 3, var_connUnitRevsTable, fcmgmt::kRevisionColumns},
-    ColumnGroup{{1, 8, 1}, 3, var_fcmgmt_empty, fcmgmt::kSensorColumns},
-    ColumnGroup{{1, 10, 1}, 3, var_fcmgmt_empty, fcmgmt::kPortColumns},
-    ColumnGroup{{1, 11, 1}, 3, var_fcmgmt_empty, fcmgmt::kEventColumns},
-    ColumnGroup{{1, 12, 1}, 3, var_fcmgmt_empty, fcmgmt::kLinkColumns},
-    ColumnGroup{{1, 13, 1}, 3, var_fcmgmt_empty, fcmgmt::kZoneColumns},
-    ColumnGroup{{1, 14, 1}, 3, var_fcmgmt_empty, fcmgmt::kAliasColumns},
-    ColumnGroup{{2, 3, 1}, 3, var_fcmgmt_empty, fcmgmt::kTrapRegistrationColumns},
-    ColumnGroup{{4, 5, 1}, 3, var_fcmgmt_empty, fcmgmt::kPortStatisticsColumns},
-    ColumnGroup{{5, 1}, 2, var_fcmgmt, fcmgmt::kServiceScalars},
-    ColumnGroup{{5, 2, 1, 1}, 4, var_fcmgmt_empty, fcmgmt::kNameServerColumns},
-    ColumnGroup{{5, 2, 2, 1}, 4, var_fcmgmt_empty, fcmgmt::kPlatformColumns},
-};
-
 // What the handlers return points into this.
 MibValue result;
 
-int ResolveRevision(const HandlerCall& call, Instance& instance) {
-    if (ResolveUnitRow(call, instance) != 0) {
-        return -1;
-    }
-    return GetRevisionFromIndex(instance.domain, instance.row, instance.part);
+// The handler of a table.
+template <const ServedTable& kTable>
+u_char* Handle(variable* vp, oid* name, std::size_t* length, int exact, std::size_t* valueLength,
+               WriteMethod** writeMethod) {
+    return Serve(kTable, {vp, name, length, exact != 0, valueLength, writeMethod}, result);
 }
 
-int NextRevision(const HandlerCall& call, Instance& instance) {
-    std::uint32_t revision = 0;
-    if (GetNextUnitRevision(call.vp, call.name, call.length, instance.unit, revision) != 0) {
-        return -1;
-    }
-    instance.row = revision;
-    instance.part = RevisionOfFirstChassis(revision);  // the walk goes no further than that
-    return CompleteUnit(call, instance);
-}
+}  // namespace
+
+constinit FindVarMethod* const var_fcmgmt = Handle<fcmgmt::kScalars>;
+constinit FindVarMethod* const var_connUnitTable = Handle<fcmgmt::kUnitTable>;
+constinit FindVarMethod* const var_connUnitRevsTable = Handle<fcmgmt::kRevisionTable>;
+constinit FindVarMethod* const var_connUnitSensorTable = Handle<fcmgmt::kSensorTable>;
+constinit FindVarMethod* const var_connUnitPortTable = Handle<fcmgmt::kPortTable>;
+constinit FindVarMethod* const var_connUnitEventTable = Handle<fcmgmt::kEventTable>;
+constinit FindVarMethod* const var_connUnitLinkTable = Handle<fcmgmt::kLinkTable>;
+constinit FindVarMethod* const var_connUnitZoneTable = Handle<fcmgmt::kZoneTable>;
+constinit FindVarMethod* const var_connUnitZoningAliasTable = Handle<fcmgmt::kAliasTable>;
+constinit FindVarMethod* const var_trapRegTable = Handle<fcmgmt::kTrapRegistrationTable>;
+constinit FindVarMethod* const var_connUnitPortStatTable = Handle<fcmgmt::kPortStatisticsTable>;
+constinit FindVarMethod* const var_connUnitSnsTable = Handle<fcmgmt::kNameServerTable>;
+constinit FindVarMethod* const var_fcmgmt_empty = Handle<fcmgmt::kPlatformTable>;
+
+namespace {
+
+// In the order of registration.
+const std::array kGroups = {
+    ColumnGroup{{1}, 1, var_fcmgmt, fcmgmt::kScalarGroups[0]},
+    ColumnGroup{{2}, 1, var_fcmgmt, fcmgmt::kScalarGroups[1]},
+    ColumnGroup{{}, 0, var_fcmgmt, fcmgmt::kScalarGroups[2]},
+    ColumnGroup{{1, 6, 1}, 3, var_connUnitTable, fcmgmt::kUnitTable.columns[0]},
+    ColumnGroup{{1, 7, 1}, 3, var_connUnitRevsTable, fcmgmt::kRevisionTable.columns[0]},
+    ColumnGroup{{1, 8, 1}, 3, var_connUnitSensorTable, fcmgmt::kSensorTable.columns[0]},
+    ColumnGroup{{1, 10, 1}, 3, var_connUnitPortTable, fcmgmt::kPortTable.columns[0]},
+    ColumnGroup{{1, 11, 1}, 3, var_connUnitEventTable, fcmgmt::kEventTable.columns[0]},
+    ColumnGroup{{1, 12, 1}, 3, var_connUnitLinkTable, fcmgmt::kLinkTable.columns[0]},
+    ColumnGroup{{1, 13, 1}, 3, var_connUnitZoneTable, fcmgmt::kZoneTable.columns[0]},
+    ColumnGroup{{1, 14, 1}, 3, var_connUnitZoningAliasTable, fcmgmt::kAliasTable.columns[0]},
+    ColumnGroup{{2, 3, 1}, 3, var_trapRegTable, fcmgmt::kTrapRegistrationTable.columns[0]},
+    ColumnGroup{{4, 5, 1}, 3, var_connUnitPortStatTable, fcmgmt::kPortStatisticsTable.columns[0]},
+    ColumnGroup{{5, 1}, 2, var_fcmgmt, fcmgmt::kScalarGroups[3]},
+    ColumnGroup{{5, 2, 1, 1}, 4, var_connUnitSnsTable, fcmgmt::kNameServerTable.columns[0]},
+    ColumnGroup{{5, 2, 2, 1}, 4, var_fcmgmt_empty, fcmgmt::kPlatformTable.columns[0]},
+};
 
 }  // namespace
 
 std::size_t fcmgmt::MakeFcmgmtVariables(std::span<variable7> variables) {
     return MakeVariables(kGroups, variables);
-}
-
-u_char* var_fcmgmt(variable* vp, oid* name, std::size_t* length, int exact,
-                   std::size_t* valueLength, WriteMethod** writeMethod) {
-    static const std::array kColumns{fcmgmt::kConnSetScalars, fcmgmt::kTrapRegScalars,
-                                     fcmgmt::kRevisionScalars, fcmgmt::kServiceScalars};
-    static const ServedTable kScalars{"fcmgmt", kColumns, kScalarShape};
-    return Serve(kScalars, {vp, name, length, exact != 0, valueLength, writeMethod}, result);
-}
-
-u_char* var_connUnitTable(variable* vp, oid* name, std::size_t* length, int exact,
-                          std::size_t* valueLength, WriteMethod** writeMethod) {
-    static const ServedTable kUnits{"fcmgmt", {&fcmgmt::kUnitColumns, 1}, kUnitShape};
-    return Serve(kUnits, {vp, name, length, exact != 0, valueLength, writeMethod}, result);
-}
-
-u_char* var_connUnitRevsTable(variable* vp, oid* name, std::size_t* length, int exact,
-                              std::size_t* valueLength, WriteMethod** writeMethod) {
-    static const ServedTable kRevisions{
-        "fcmgmt", {&fcmgmt::kRevisionColumns, 1}, {ResolveRevision, NextRevision}};
-    return Serve(kRevisions, {vp, name, length, exact != 0, valueLength, writeMethod}, result);
-}
-
-u_char* var_fcmgmt_empty(variable*, oid*, std::size_t*, int, std::size_t* valueLength,
-                         WriteMethod**) {
-    *valueLength = sizeof(result.number);
-    return nullptr;
 }
 
 void init_fcmgmt() {

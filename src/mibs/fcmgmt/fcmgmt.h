@@ -9,10 +9,19 @@ namespace snmpmain {
 // failure is reported to the library's debug output, and the agent runs on without the MIB.
 void init_fcmgmt();
 
-// Handlers, in the library's form.
-FindVarMethod var_fcmgmt;
-FindVarMethod var_connUnitTable;
-FindVarMethod var_connUnitRevsTable;
-FindVarMethod var_fcmgmt_empty;  // objects that are registered for the subtree's shape only
+// Handlers, in the library's form, one per table.
+extern FindVarMethod* const var_fcmgmt;  // the scalars
+extern FindVarMethod* const var_connUnitTable;
+extern FindVarMethod* const var_connUnitRevsTable;
+extern FindVarMethod* const var_connUnitSensorTable;
+extern FindVarMethod* const var_connUnitPortTable;
+extern FindVarMethod* const var_connUnitEventTable;
+extern FindVarMethod* const var_connUnitLinkTable;
+extern FindVarMethod* const var_connUnitZoneTable;
+extern FindVarMethod* const var_connUnitZoningAliasTable;
+extern FindVarMethod* const var_trapRegTable;
+extern FindVarMethod* const var_connUnitPortStatTable;
+extern FindVarMethod* const var_connUnitSnsTable;
+extern FindVarMethod* const var_fcmgmt_empty;  // registered for the subtree's shape only
 
 }  // namespace snmpmain

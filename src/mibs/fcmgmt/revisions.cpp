@@ -1,6 +1,6 @@
-#include "src/mibs/fcmgmt/columns.h"
+#include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/fcmgmt/unit_values.h"
-#include "src/snmptables/row_numbers.h"
+#include "src/snmpoid/walkers.h"
 
 namespace snmpmain::fcmgmt {
 namespace {
@@ -52,13 +52,31 @@ int ReadDescription(const Column&, const Instance& instance, MibValue& value) {
 
 constexpr Column kRevisions[] = {
     {1, 41, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsUnitId", Computed(ReadUnitId)},
-    {2, 42, ASN_INTEGER, Access::kReadOnly, "connUnitRevsIndex", Computed(ReadLastIndex)},
+    {2, 42, ASN_INTEGER, Access::kReadOnly, "connUnitRevsIndex", LastIndex()},
     {3, 43, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsRevId", Computed(ReadRevision)},
     {4, 44, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsDescription", Computed(ReadDescription)},
 };
 
+int ResolveRevision(const HandlerCall& call, Instance& instance) {
+    if (ResolveUnitRow(call, instance) != 0) {
+        return -1;
+    }
+    return GetRevisionFromIndex(instance.domain, instance.row, instance.part);
+}
+
+int NextRevision(const HandlerCall& call, Instance& instance) {
+    if (GetNextUnitRevision(call.vp, call.name, call.length, instance.unit, instance.row) != 0) {
+        return -1;
+    }
+    instance.part = RevisionOfFirstChassis(instance.row);  // the walk goes no further than that
+    return CompleteUnit(call, instance);
+}
+
+constexpr std::span<const Column> kRevisionColumns = kRevisions;
+
 }  // namespace
 
-constinit const std::span<const Column> kRevisionColumns = kRevisions;
+constinit const ServedTable kRevisionTable{
+    "fcmgmt", {&kRevisionColumns, 1}, {ResolveRevision, NextRevision}};
 
 }  // namespace snmpmain::fcmgmt

@@ -1,5 +1,6 @@
-#include "src/mibs/fcmgmt/columns.h"
+#include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/fcmgmt/unit_values.h"
+#include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_table.h"
 
 namespace snmpmain::fcmgmt {
@@ -7,6 +8,11 @@ namespace {
 
 int ReadUnitCount(const Column&, const Instance&, MibValue& value) {
     return SetNumber(value, GetUnitCount());
+}
+
+int ReadNameServerTotal(const Column&, const Instance&, MibValue& value) {
+    RefreshNameServerTable();
+    return SetNumber(value, GetNameServerTotal());
 }
 
 constexpr Column kConnSet[] = {
@@ -27,15 +33,14 @@ constexpr Column kRevision[] = {
 };
 
 constexpr Column kService[] = {
-    {1, 190, ASN_INTEGER, Access::kReadOnly, "connUnitSnsMaxRows"},
+    {1, 190, ASN_INTEGER, Access::kReadOnly, "connUnitSnsMaxRows", Computed(ReadNameServerTotal)},
     {2, 191, ASN_INTEGER, Access::kReadOnly, nullptr, NeverAnswers()},
 };
 
 }  // namespace
 
-constinit const std::span<const Column> kConnSetScalars = kConnSet;
-constinit const std::span<const Column> kTrapRegScalars = kTrapReg;
-constinit const std::span<const Column> kRevisionScalars = kRevision;
-constinit const std::span<const Column> kServiceScalars = kService;
+constinit const std::array<std::span<const Column>, 4> kScalarGroups = {kConnSet, kTrapReg,
+                                                                        kRevision, kService};
+constinit const ServedTable kScalars{"fcmgmt", kScalarGroups, kScalarShape};
 
 }  // namespace snmpmain::fcmgmt

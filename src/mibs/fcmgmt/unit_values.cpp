@@ -11,21 +11,16 @@ namespace {
 
 constexpr std::size_t kUnitIdSize = 16;
 
-// The WWN text of a unit: of the local one as read at start-up, of others as in connUnitTbl.
+}  // namespace
+
 const char* WwnOfUnit(const Instance& instance) {
     const char* wwn = IsLocalDomain(instance.domain) ? GetSwitchWwn(instance.domain)
                                                      : GetWWNfromIndex(instance.unit);
     return wwn == nullptr || wwn[0] == '\0' ? kNoWwn : wwn;
 }
 
-}  // namespace
-
 int ReadUnitId(const Column&, const Instance& instance, MibValue& value) {
     return SetHexOctets(value, WwnOfUnit(instance), kUnitIdSize);
-}
-
-int ReadLastIndex(const Column&, const Instance& instance, MibValue& value) {
-    return SetNumber(value, instance.lastIndex);
 }
 
 int ReadUrl(const Column& column, const Instance& instance, MibValue& value) {

@@ -8,8 +8,9 @@ namespace snmpmain::fcmgmt {
 // 16 octets from the WWN of the instance's unit, or of none when it is not known.
 int ReadUnitId(const Column& column, const Instance& instance, MibValue& value);
 
-// The last sub-identifier of the instance, as it stands.
-int ReadLastIndex(const Column& column, const Instance& instance, MibValue& value);
+// The WWN text of the instance's unit, that of the local one as read at start-up, of others as in
+// connUnitTbl; zeros when it is not known.
+const char* WwnOfUnit(const Instance& instance);
 
 // "http://" and the unit's management address, "Get.Config.System.IPAddress".
 int ReadUrl(const Column& column, const Instance& instance, MibValue& value);

@@ -1,7 +1,7 @@
 #include <array>
 
 #include "src/link/switch_info.h"
-#include "src/mibs/fcmgmt/columns.h"
+#include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmptables/row_numbers.h"
 #include "src/snmptables/unit_status.h"
@@ -130,8 +130,10 @@ constexpr Column kUnits[] = {
      ShortTextOf("Get.Config.Mfg.BrandName")},
 };
 
+constexpr std::span<const Column> kUnitColumns = kUnits;
+
 }  // namespace
 
-constinit const std::span<const Column> kUnitColumns = kUnits;
+constinit const ServedTable kUnitTable{"fcmgmt", {&kUnitColumns, 1}, kUnitShape};
 
 }  // namespace snmpmain::fcmgmt

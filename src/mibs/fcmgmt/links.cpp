@@ -1,0 +1,92 @@
+#include <cstring>
+
+#include "src/mibs/conversions.h"
+#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/unit_values.h"
+#include "src/snmpoid/walkers.h"
+#include "src/snmptables/row_numbers.h"
+
+namespace snmpmain::fcmgmt {
+namespace {
+
+constexpr Word kUnitTypeWords[] = {{"Unknown", 1}, {"Other", 2},     {"Hub", 3}, {"Switch", 4},
+                                   {"Gateway", 5}, {"Converter", 6}, {"HBA", 7}};
+constexpr WordTable kUnitTypes{kUnitTypeWords, 1};
+
+constexpr std::uint32_t kWwnSize = 16;    // octets
+constexpr std::uint32_t kConnIdSize = 3;  // octets
+constexpr std::uint32_t kIpv4 = 1;
+
+// An agent without an address is answered as a plain "0".
+int ReadAgentAddress(const Column& column, const Instance& instance, MibValue& value) {
+    constexpr std::size_t kAddressDigits = 8;
+    if (QueryText(column, instance, value) != 0) {
+        return -1;
+    }
+    if (std::strlen(value.text.data()) == kAddressDigits) {
+        ParseReturnValue(value.text.data(), value.text.size(), kIpAddress, nullptr);
+    }
+    return SetOctets(value, WidenAddress(value.text.data()));
+}
+
+constexpr Column kLinks[] = {
+    {1, 93, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkUnitId", Computed(ReadUnitId)},
+    {2, 94, ASN_INTEGER, Access::kReadOnly, "connUnitLinkIndex", LastIndex()},
+    {3, 95, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkNodeIdX",
+     HexOctetsOf("Get.Oper.Link.Entry.%i.LocalNodeWwn", kWwnSize)},
+    {4, 96, ASN_INTEGER, Access::kReadOnly, "connUnitLinkPortNumberX",
+     NumberOf("Get.Oper.Link.Entry.%i.LocalPortNumber")},
+    {5, 97, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkPortWwnX",
+     HexOctetsOf("Get.Oper.Link.Entry.%i.LocalPortWwn", kWwnSize)},
+    {6, 98, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkNodeIdY",
+     HexOctetsOf("Get.Oper.Link.Entry.%i.RemoteNodeWwn", kWwnSize)},
+    {7, 99, ASN_INTEGER, Access::kReadOnly, "connUnitLinkPortNumberY",
+     NumberOf("Get.Oper.Link.Entry.%i.RemotePortNumber")},
+    {8, 100, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkPortWwnY",
+     HexOctetsOf("Get.Oper.Link.Entry.%i.RemotePortWwn", kWwnSize)},
+    {9, 101, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkAgentAddressY",
+     Computed(ReadAgentAddress, "Get.Oper.Link.Entry.%i.RemoteAgentAddr")},
+    {10, 102, ASN_INTEGER, Access::kReadOnly, "connUnitLinkAgentAddressTypeY", Constant(kIpv4)},
+    {11, 103, ASN_INTEGER, Access::kReadOnly, "connUnitLinkAgentPortY",
+     NumberOf("Get.Oper.Link.Entry.%i.RemoteAgentPort")},
+    {12, 104, ASN_INTEGER, Access::kReadOnly, "connUnitLinkUnitTypeY",
+     WholeWordOf("Get.Oper.Link.Entry.%i.RemoteUnitType", kUnitTypes)},
+    {13, 105, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkConnIdY",
+     HexOctetsOf("Get.Oper.Link.Entry.%i.RemoteConnID", kConnIdSize)},
+    {14, 106, ASN_INTEGER, Access::kReadOnly, "connUnitLinkCurrIndex",
+     NumberOf("Get.Oper.Link.LastLinkEntry")},
+};
+
+int CompleteLink(const HandlerCall& call, Instance& instance) {
+    if (CompleteUnit(call, instance) != 0) {
+        return -1;
+    }
+    instance.numbers[0] = instance.lastIndex;
+    return 0;
+}
+
+// A link exists when it is the one behind its predecessor.
+int ResolveLink(const HandlerCall& call, Instance& instance) {
+    std::uint32_t link = 0;
+    if (ResolveUnitIndex(call, instance) != 0 || instance.lastIndex == 0 ||
+        AskNextLink(instance.domain, instance.lastIndex - 1, link) != 0 ||
+        link != instance.lastIndex) {
+        return -1;
+    }
+    return CompleteLink(call, instance);
+}
+
+int NextLink(const HandlerCall& call, Instance& instance) {
+    if (GetNextUnitLink(call.vp, call.name, call.length, instance.unit, instance.row) != 0) {
+        return -1;
+    }
+    return CompleteLink(call, instance);
+}
+
+constexpr std::span<const Column> kLinkColumns = kLinks;
+
+}  // namespace
+
+constinit const ServedTable kLinkTable{"fcmgmt", {&kLinkColumns, 1}, {ResolveLink, NextLink}};
+
+}  // namespace snmpmain::fcmgmt

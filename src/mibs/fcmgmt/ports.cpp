@@ -1,0 +1,161 @@
+#include <array>
+#include <cstring>
+
+#include "src/link/switch_info.h"
+#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/unit_values.h"
+#include "src/snmpoid/walkers.h"
+#include "src/snmptables/part_status.h"
+
+namespace snmpmain::fcmgmt {
+namespace {
+
+constexpr Word kTransceiverWords[] = {{"NotInstalled", 3}, {"SL", 4}, {"LL", 5},
+                                      {"EL", 6},           {"LC", 8}, {"SN", 9}};
+constexpr WordTable kTransceivers{kTransceiverWords, 1};
+
+constexpr Word kModuleWords[] = {{"10Gb/s", 2}};
+constexpr WordTable kModules{kModuleWords, 9};
+
+constexpr Word kControlWords[] = {{"Online", 7}, {"Offline", 6}, {"Diagnostics", 6}};
+constexpr WordTable kControls{kControlWords, 1};
+
+constexpr Word kTypeWords[] = {{"FL", 7}, {"F", 8}, {"E", 9}, {"Unknown", 1}};
+constexpr WordTable kTypes{kTypeWords, 2};
+constexpr std::uint32_t kGenericPort = 10;
+
+// Kilobytes per second.
+constexpr std::uint32_t kSpeedUnknown = 0;
+constexpr std::uint32_t kSpeed2G = 212500;
+constexpr std::uint32_t kSpeed4G = 425000;
+constexpr Word kSpeedWords[] = {
+    {"1Gb/s", 106250}, {"2Gb/s", kSpeed2G}, {"4Gb/s", kSpeed4G}, {"10Gb/s", 1062500}};
+constexpr WordTable kSpeeds{kSpeedWords, kSpeedUnknown};
+
+// Bit masks of the classes of service: fabric ports do not run class F.
+constexpr Word kClassWords[] = {{"F", 0x0C}, {"FL", 0x0C}};
+constexpr WordTable kClasses{kClassWords, 0x0D};
+
+constexpr std::uint32_t kWwnSize = 16;  // octets, the last 8 of them zero
+constexpr std::size_t kNodeWwnSize = 8;
+constexpr std::uint32_t kPortIdSize = 3;
+
+int ReadType(const Column& column, const Instance& instance, MibValue& value) {
+    if (QueryText(column, instance, value) != 0) {
+        return -1;
+    }
+    const char* type = value.text.data();
+    return SetNumber(value,
+                     std::strchr(type, 'G') != nullptr ? kGenericPort : WholeWord(kTypes, type));
+}
+
+int ReadRunningClasses(const Column& column, const Instance& instance, MibValue& value) {
+    if (QueryText(column, instance, value) != 0) {
+        return -1;
+    }
+    const auto classes = static_cast<std::uint8_t>(WholeWord(kClasses, value.text.data()));
+    return SetOctets(value, std::array<std::uint8_t, 2>{0, classes});
+}
+
+// A port that names no speed of its own can run the fastest that its switch allows.
+int ReadSpeed(const Column& column, const Instance& instance, MibValue& value) {
+    if (QueryText(column, instance, value) != 0) {
+        return -1;
+    }
+    std::uint32_t speed = WholeWord(kSpeeds, value.text.data());
+    if (speed == kSpeedUnknown) {
+        speed = GetAllow4GPorts(instance.domain) != 0 ? kSpeed4G : kSpeed2G;
+    }
+    return SetNumber(value, speed);
+}
+
+int ReadState(const Column&, const Instance& instance, MibValue& value) {
+    const auto [module, port] = instance.numbers;
+    std::uint32_t state = 0;
+    return ReadPortState(instance.domain, module, port, state) == 0 ? SetNumber(value, state) : -1;
+}
+
+int ReadHwState(const Column&, const Instance& instance, MibValue& value) {
+    const auto [module, port] = instance.numbers;
+    std::uint32_t state = 0;
+    return ReadPortHwState(instance.domain, module, port, state) == 0 ? SetNumber(value, state)
+                                                                      : -1;
+}
+
+int ReadPhysicalNumber(const Column&, const Instance& instance, MibValue& value) {
+    return SetNumber(value, instance.row);
+}
+
+int ReadStatObject(const Column&, const Instance&, MibValue& value) {
+    static constexpr oid kPortStatUnitId[] = {1, 3, 6, 1, 3, 94, 4, 5, 1, 1};
+    value.data = kPortStatUnitId;
+    value.length = sizeof(kPortStatUnitId);
+    return 0;
+}
+
+int ReadNodeWwn(const Column&, const Instance& instance, MibValue& value) {
+    return SetHexOctets(value, WwnOfUnit(instance), kNodeWwnSize);
+}
+
+constexpr Column kPorts[] = {
+    {1, 57, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortUnitId", Computed(ReadUnitId)},
+    {2, 58, ASN_INTEGER, Access::kReadOnly, "connUnitPortIndex", LastIndex()},
+    {3, 59, ASN_INTEGER, Access::kReadOnly, "connUnitPortType",
+     Computed(ReadType, "Get.Oper.UserPort.%d.%d.RunningType")},
+    {4, 60, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortFCClassCap", ConstantOctets("\x00\x0D")},
+    {5, 61, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortFCClassOp",
+     Computed(ReadRunningClasses, "Get.Oper.UserPort.%d.%d.RunningType")},
+    {6, 62, ASN_INTEGER, Access::kReadOnly, "connUnitPortState",
+     Computed(ReadState, "Get.Oper.UserPort.%d.%d.OperState")},
+    {7, 63, ASN_INTEGER, Access::kReadOnly, "connUnitPortStatus", Constant(kPortStatus)},
+    {8, 64, ASN_INTEGER, Access::kReadOnly, "connUnitPortTransmitterType",
+     WordOf("Get.Oper.UserPort.%d.%d.GBICType", kTransceivers)},
+    {9, 65, ASN_INTEGER, Access::kReadOnly, "connUnitPortModuleType",
+     WholeWordOf("Get.Oper.UserPort.%d.%d.LinkSpeed", kModules)},
+    {10, 66, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortWwn",
+     HexOctetsOf("Get.Oper.UserPort.%d.%d.WWN", kWwnSize)},
+    {11, 67, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortFCId",
+     HexOctetsOf("Get.Oper.UserPort.%d.%d.PortID", kPortIdSize)},
+    {12, 68, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortSn", NeverAnswers()},
+    {13, 69, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortRevision", NeverAnswers()},
+    {14, 70, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortVendor", NeverAnswers()},
+    {15, 71, ASN_INTEGER, Access::kReadOnly, "connUnitPortSpeed",
+     Computed(ReadSpeed, "Get.Oper.UserPort.%d.%d.LinkSpeed")},
+    {16, 72, ASN_INTEGER, Access::kReadWrite, "connUnitPortControl",
+     WordOf("Get.Oper.UserPort.%d.%d.AdminState", kControls)},
+    {17, 73, ASN_OCTET_STR, Access::kReadWrite, "connUnitPortName",
+     TextOf("Get.Oper.UserPort.%d.%d.SymPortName")},
+    {18, 74, ASN_INTEGER, Access::kReadOnly, "connUnitPortPhysicalNumber",
+     Computed(ReadPhysicalNumber)},
+    {19, 75, ASN_OBJECT_ID, Access::kReadOnly, "connUnitPortStatObject", Computed(ReadStatObject)},
+    {20, 76, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortProtocolCap",
+     ConstantOctets("\x00\x03")},
+    {21, 77, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortProtocolOp", NeverAnswers()},
+    {22, 78, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortNodeWwn", Computed(ReadNodeWwn)},
+    {23, 79, ASN_INTEGER, Access::kReadOnly, "connUnitPortHWState", Computed(ReadHwState)},
+};
+
+constexpr std::span<const Column> kPortColumns = kPorts;
+
+}  // namespace
+
+int ResolvePort(const HandlerCall& call, Instance& instance) {
+    if (ResolveUnitRow(call, instance) != 0) {
+        return -1;
+    }
+    return GetModuleAndPort(instance.domain, instance.row, instance.numbers[0],
+                            instance.numbers[1]);
+}
+
+// The walk has seen that the unit has the port; all ports are in module 0.
+int NextPort(const HandlerCall& call, Instance& instance) {
+    if (GetNextUnitPort(call.vp, call.name, call.length, instance.unit, instance.row) != 0) {
+        return -1;
+    }
+    instance.numbers = {0, instance.row};
+    return CompleteUnit(call, instance);
+}
+
+constinit const ServedTable kPortTable{"fcmgmt", {&kPortColumns, 1}, {ResolvePort, NextPort}};
+
+}  // namespace snmpmain::fcmgmt

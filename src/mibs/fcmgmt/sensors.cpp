@@ -1,0 +1,105 @@
+#include <array>
+
+#include "src/base/text.h"
+#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/unit_values.h"
+#include "src/snmpoid/walkers.h"
+#include "src/snmptables/part_status.h"
+
+namespace snmpmain::fcmgmt {
+namespace {
+
+// What is the same for all sensors of a kind.
+struct SensorKind {
+    const char* name;
+    const char*
+        nameEnd;  // behind the number within the kind; null where the blade is named instead
+    std::uint32_t type;
+    std::uint32_t characteristic;
+};
+
+constexpr std::array kSensorKinds = {
+    SensorKind{"Power supply", "Status", 5, 9},
+    SensorKind{"Fan", "Status", 4, 7},
+    SensorKind{"Temperature Status", nullptr, 8, 3},
+    SensorKind{"Temperature Sensor", "Value", 8, 3},
+    SensorKind{"Voltage Status", nullptr, 8, 9},
+};
+static_assert(kSensorKinds.size() == kBladeVoltageSensor + 1);
+
+const SensorKind& KindOf(const Instance& instance) {
+    return kSensorKinds[instance.part.kind];
+}
+
+int ReadName(const Column&, const Instance& instance, MibValue& value) {
+    const SensorKind& kind = KindOf(instance);
+    if (kind.nameEnd == nullptr) {
+        return ReadBladePartName(instance, instance.part.blade, kind.name, kind.name, value);
+    }
+    FormatText(value.text, "%s %d %s", kind.name, instance.part.number + 1, kind.nameEnd);
+    return SetText(value);
+}
+
+int ReadStatus(const Column&, const Instance& instance, MibValue& value) {
+    std::uint32_t status = 0;
+    return ReadSensorStatus(instance.domain, instance.part, status) == 0 ? SetNumber(value, status)
+                                                                         : -1;
+}
+
+int ReadMessage(const Column&, const Instance& instance, MibValue& value) {
+    char command[kSensorCommandSize];
+    MakeSensorCommand(instance.part, command);
+    if (instance.part.kind != kBoardTempSensor) {
+        return Ask(instance, command, value.text) == 0 ? SetText(value) : -1;
+    }
+    std::uint32_t degrees = 0;
+    if (Ask(instance, command, value.text, kInteger, &degrees) != 0) {
+        return -1;
+    }
+    FormatText(value.text, "%d degrees C", static_cast<int>(degrees));
+    return SetText(value);
+}
+
+int ReadType(const Column&, const Instance& instance, MibValue& value) {
+    return SetNumber(value, KindOf(instance).type);
+}
+
+int ReadCharacteristic(const Column&, const Instance& instance, MibValue& value) {
+    return SetNumber(value, KindOf(instance).characteristic);
+}
+
+constexpr Column kSensors[] = {
+    {1, 47, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorUnitId", Computed(ReadUnitId)},
+    {2, 48, ASN_INTEGER, Access::kReadOnly, "connUnitSensorIndex", LastIndex()},
+    {3, 49, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorName", Computed(ReadName)},
+    {4, 50, ASN_INTEGER, Access::kReadOnly, "connUnitSensorStatus", Computed(ReadStatus)},
+    {5, 51, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorInfo", NeverAnswers()},
+    {6, 52, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorMessage", Computed(ReadMessage)},
+    {7, 53, ASN_INTEGER, Access::kReadOnly, "connUnitSensorType", Computed(ReadType)},
+    {8, 54, ASN_INTEGER, Access::kReadOnly, "connUnitSensorCharacteristic",
+     Computed(ReadCharacteristic)},
+};
+
+int ResolveSensor(const HandlerCall& call, Instance& instance) {
+    if (ResolveUnitRow(call, instance) != 0) {
+        return -1;
+    }
+    return GetSensorFromIndex(instance.domain, instance.row, instance.part);
+}
+
+int NextSensor(const HandlerCall& call, Instance& instance) {
+    if (GetNextUnitSensor(call.vp, call.name, call.length, instance.unit, instance.row,
+                          instance.part) != 0) {
+        return -1;
+    }
+    return CompleteUnit(call, instance);
+}
+
+constexpr std::span<const Column> kSensorColumns = kSensors;
+
+}  // namespace
+
+constinit const ServedTable kSensorTable{
+    "fcmgmt", {&kSensorColumns, 1}, {ResolveSensor, NextSensor}};
+
+}  // namespace snmpmain::fcmgmt

@@ -1,0 +1,119 @@
+// The members of the active zone set's zones, and those of the zoning aliases.
+#include "src/snmptables/zoning.h"
+
+#include "src/base/trace_log.h"
+#include "src/mibs/fcmgmt/tables.h"
+#include "src/snmpoid/walkers.h"
+
+namespace snmpmain::fcmgmt {
+namespace {
+
+constexpr Word kMemberWords[] = {{"PortID", 3}, {"WWN", 1}, {"DomainPort", 2}};
+constexpr WordTable kMemberTypes{kMemberWords, 255};
+
+constexpr Word kZoneTypeWords[] = {{"Soft", 0x80}};
+constexpr WordTable kZoneTypes{kZoneTypeWords, 0x40};
+
+constexpr std::uint32_t kMemberIdSize = 16;  // octets
+constexpr std::size_t kNamePlace = 0;        // among the instance's texts
+constexpr std::size_t kIdPlace = 1;
+
+int ReadGroupNumber(const Column&, const Instance& instance, MibValue& value) {
+    return SetNumber(value, instance.row);
+}
+
+// The column has no meaning on these switches; support wants to know when somebody asks for it.
+int ReportUnknown(const Column&, const Instance&, MibValue&) {
+    TraceLog(kSevere, "%s %d:Unknown oid sent to fcmgmt", "fcmgmt", __LINE__);
+    return -1;
+}
+
+constexpr Column kZoneMembers[] = {
+    {1, 109, ASN_INTEGER, Access::kReadOnly, nullptr, Computed(ReadGroupNumber)},
+    {2, 110, ASN_INTEGER, Access::kReadOnly, nullptr, LastIndex()},
+    {3, 111, ASN_OCTET_STR, Access::kReadOnly, nullptr,
+     ShortTextOf("Get.Oper.Zoning.ActiveZoneSet")},
+    {4, 112, ASN_INTEGER, Access::kReadOnly, nullptr,
+     NumberOf("Get.Oper.Zoning.ActiveZoneSet.ZoneEntries")},
+    {5, 113, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexText(kNamePlace)},
+    {6, 114, ASN_OCTET_STR, Access::kReadOnly, nullptr, ConstantOctets("\xC0")},
+    {7, 115, ASN_OCTET_STR, Access::kReadOnly, nullptr,
+     WordOf("Get.Oper.Zoning.Zone.%s.ZoneType", kZoneTypes)},
+    {8, 116, ASN_OCTET_STR, Access::kReadOnly, nullptr, Computed(ReportUnknown)},
+    {9, 117, ASN_INTEGER, Access::kReadOnly, nullptr,
+     NumberOf("Get.Oper.Zoning.ActiveZone.%s.MemberEntries")},
+    {10, 118, ASN_INTEGER, Access::kReadOnly, nullptr,
+     WordOf("Get.Oper.Zoning.ActiveZone.%s.ZoneMember.%s.Type", kMemberTypes)},
+    {11, 119, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexOctets(kIdPlace, kMemberIdSize)},
+};
+
+constexpr Column kAliasMembers[] = {
+    {1, 122, ASN_INTEGER, Access::kReadOnly, nullptr, Computed(ReadGroupNumber)},
+    {2, 123, ASN_INTEGER, Access::kReadOnly, nullptr, LastIndex()},
+    {3, 124, ASN_INTEGER, Access::kReadOnly, nullptr, NumberOf("Get.Oper.Zoning.AliasEntries")},
+    {4, 125, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexText(kNamePlace)},
+    {5, 126, ASN_INTEGER, Access::kReadOnly, nullptr,
+     NumberOf("Get.Oper.Zoning.Alias.%s.MemberEntries")},
+    {6, 127, ASN_INTEGER, Access::kReadOnly, nullptr,
+     WordOf("Get.Oper.Zoning.Alias.%s.ZoneMember.%s.Type", kMemberTypes)},
+    {7, 128, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexOctets(kIdPlace, kMemberIdSize)},
+};
+
+// The local switch knows the zoning of the whole fabric.
+int CompleteMember(const ZoneMemberNode* member, Instance& instance) {
+    if (member == nullptr) {
+        return -1;
+    }
+    instance.row = member->zone;
+    instance.lastIndex = member->member;
+    instance.texts = {member->zoneName, member->memberId};
+    return 0;
+}
+
+int ResolveMember(const ZoneMemberNode* (*find)(std::uint32_t group, std::uint32_t member),
+                  const HandlerCall& call, Instance& instance) {
+    if (*call.length != call.vp->namelen + kMemberIndexLength) {
+        return -1;
+    }
+    const oid* index = call.name + call.vp->namelen;
+    return CompleteMember(
+        find(static_cast<std::uint32_t>(index[0]), static_cast<std::uint32_t>(index[1])), instance);
+}
+
+int ResolveZoneMember(const HandlerCall& call, Instance& instance) {
+    RefreshZoningTable();
+    return ResolveMember(GetZoneMember, call, instance);
+}
+
+int NextZoneMember(const HandlerCall& call, Instance& instance) {
+    RefreshZoningTable();
+    const ZoneMemberNode* member = nullptr;
+    GetNextZoneMember(call.vp, call.name, call.length, member);
+    return CompleteMember(member, instance);
+}
+
+int ResolveAliasMember(const HandlerCall& call, Instance& instance) {
+    RefreshAliasTable();
+    return ResolveMember(GetAliasMember, call, instance);
+}
+
+int NextAliasMember(const HandlerCall& call, Instance& instance) {
+    RefreshAliasTable();
+    const ZoneMemberNode* member = nullptr;
+    GetNextAliasMember(call.vp, call.name, call.length, member);
+    return CompleteMember(member, instance);
+}
+
+constexpr std::span<const Column> kZoneColumns = kZoneMembers;
+
+constexpr std::span<const Column> kAliasColumns = kAliasMembers;
+
+}  // namespace
+
+constinit const ServedTable kZoneTable{
+    "fcmgmt", {&kZoneColumns, 1}, {ResolveZoneMember, NextZoneMember}};
+
+constinit const ServedTable kAliasTable{
+    "fcmgmt", {&kAliasColumns, 1}, {ResolveAliasMember, NextAliasMember}};
+
+}  // namespace snmpmain::fcmgmt

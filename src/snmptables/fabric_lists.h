@@ -1,0 +1,45 @@
+// Walks over the lists that switch management hands out key by key, the first one and then the one
+// behind each. A failed query ends a list; some switches answer the plain end mark instead. Main
+// thread only.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <vector>
+
+#include "src/link/link.h"
+
+namespace snmpmain {
+
+// No list is followed further: one that leads back into itself must come to an end too.
+constexpr std::size_t kMaxListEntries = 65536;
+
+struct KeyList {
+    std::uint32_t domain;  // of the switch that is asked, 0 for the local one
+    const char* first;     // command for the first key
+    const char* next;      // command for a later key, completed by "." and the key before it
+};
+
+// Puts the key at `position` (from 0) in the place of the one before it. Returns 0, or -1 at the
+// end of the list.
+int AskKey(const KeyList& list, std::size_t position, ReplyText& key);
+
+enum class Walk { kNext, kEnd, kFailed };
+
+// The domain at `position` (from 0) in the fabric's list, in the place of the one before it.
+// kFailed when there is not even a first one. "Get.Oper.Fabric.FirstDomainID", "NextDomainID"
+Walk AskDomain(std::size_t position, std::uint16_t& domain);
+
+// Appends to a list. Returns 0, or -1 when there is no memory for it.
+template <typename T>
+int AppendEntry(std::vector<T>& list, const T& entry) {
+    try {
+        list.push_back(entry);
+    } catch (const std::bad_alloc&) {
+        return -1;
+    }
+    return 0;
+}
+
+}  // namespace snmpmain

@@ -1,0 +1,59 @@
+// The name servers of the whole fabric as one table, rebuilt by the first read after the fabric has
+// told of a change, and the positions in one switch's own name server. Main thread only.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "src/link/link.h"
+
+namespace snmpmain {
+
+// Six hexadecimal characters and a terminator.
+constexpr std::size_t kPortIdTextSize = 7;
+
+// 1 while the table does not stand for the fabric any more: set at start-up and by notifications,
+// cleared by RefreshNameServerTable.
+extern std::uint16_t nameServerStale;
+
+// Empties the table and marks it stale; part of start-up.
+void ResetNameServerTable();
+
+// Asks the local switch for the entries of every domain and replaces the table. Returns 0, or -1
+// when the domains cannot be had, or one's WWN or number of entries; the table then holds what was
+// read so far.
+// "Get.Oper.Fabric.Entry.%d.WWN", "Get.Oper.NameServerAll.%d.Entries", ".FirstNsEntry",
+// ".NextNsEntry.%s", ".Entry.%s.PortWwn"
+int BuildNameServerTable();
+
+// Rebuilds the table if it is stale. It counts as fresh afterwards even if that fails: the next
+// notification makes for the next try.
+void RefreshNameServerTable();
+
+// Entries of all domains, as switch management counts them (there may be fewer in the table).
+std::uint32_t GetNameServerTotal();
+
+// An entry of the table. The texts are switch management's own and hold until the next rebuild.
+struct NameServerMatch {
+    std::uint16_t domainId;
+    const char* switchWwn;
+    const char* portWwn;
+    const char* portId;
+};
+
+// Finds the first entry behind the given one, in the order of switch WWN and port WWN (texts of 16
+// hexadecimal characters, in upper or lower case). Returns 0 or -1.
+int GetNextNameServer(const char* switchWwn, const char* portWwn, NameServerMatch& found);
+
+// Finds exactly this entry. Returns 0 or -1.
+int GetNameServerEntry(const char* switchWwn, const char* portWwn, const char* portId,
+                       NameServerMatch& found);
+
+// The port id at a position (from 0) of one switch's own name server. Returns 0, or -1 beyond its
+// end or when a query fails. "Get.Oper.NameServer.Entries", ".FirstNsEntry", ".NextNsEntry.%s"
+int GetLocalNsPortId(std::uint32_t domain, std::uint32_t position, char (&portId)[kPortIdTextSize]);
+
+// The same, position by position without the count: `key` holds the port id at the position before.
+int AskLocalNsPortId(std::uint32_t domain, std::size_t position, ReplyText& key);
+
+}  // namespace snmpmain
