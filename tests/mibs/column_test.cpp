@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
+#include "src/mibs/fcmgmt/tables.h"
 
 namespace snmpmain {
 namespace {

@@ -1,56 +1,18 @@
 // Values of the unit and revision columns for replies that a default fabric does not give.
-#include "src/mibs/fcmgmt/fcmgmt.h"
-#include "tests/support/switch_test.h"
+#include "tests/support/mib_test.h"
 
 namespace snmpmain {
 namespace {
 
-class UnitValuesTest : public SwitchTest {
+class UnitValuesTest : public MibTest {
   protected:
-    UnitValuesTest() {
-        Discover();
+    // Of the unit of domain 7.
+    static std::string Unit(int column) {
+        return Get("1.6.1." + std::to_string(column), MibTest::Unit(7));
     }
 
-    // The value of a column for the unit of domain 7, numbers as decimals; "none" without instance.
-    std::string Read(FindVarMethod* handler, std::vector<oid> column, std::uint8_t magic,
-                     bool number, oid row = 0) {
-        variable vp{};
-        vp.magic = magic;
-        const std::vector<oid> prefix = {1, 3, 6, 1, 3, 94, 1};
-        column.insert(column.begin(), prefix.begin(), prefix.end());
-        vp.namelen = static_cast<u_char>(column.size());
-        std::ranges::copy(column, vp.name);
-        oid name[MAX_OID_LEN]{};
-        std::ranges::copy(column, name);
-        const std::vector<oid> unit = {0x10, 0, 2, 0, 0, 0, 2, 0};
-        std::ranges::copy(unit, name + vp.namelen);
-        std::size_t length = vp.namelen + 16u;
-        if (row > 0) {
-            name[length++] = row;
-        }
-        std::size_t size = 0;
-        WriteMethod* writeMethod = nullptr;
-        const u_char* value = handler(&vp, name, &length, 1, &size, &writeMethod);
-        if (value == nullptr) {
-            return "none";
-        }
-        if (number) {
-            EXPECT_EQ(size, 4u);
-            std::uint32_t cell = 0;
-            std::memcpy(&cell, value, sizeof(cell));
-            return std::to_string(cell);
-        }
-        return {reinterpret_cast<const char*>(value), size};
-    }
-
-    std::string Unit(int column, bool number) {
-        return Read(var_connUnitTable, {6, 1, static_cast<oid>(column)},
-                    static_cast<std::uint8_t>(column + 7), number);
-    }
-
-    std::string Revision(int column, oid row) {
-        return Read(var_connUnitRevsTable, {7, 1, static_cast<oid>(column)},
-                    static_cast<std::uint8_t>(column + 40), column == 2, row);
+    static std::string Revision(int column, oid row) {
+        return Get("1.7.1." + std::to_string(column), MibTest::Unit(7, {row}));
     }
 };
 
@@ -81,7 +43,7 @@ TEST_F(UnitValuesTest, WordsBecomeNumbersInTheOrderOfTheTests) {
     };
     for (const Case& c : cases) {
         server.SetValue(7, c.path, c.reply);
-        EXPECT_EQ(Unit(c.column, true), c.value) << c.column << " " << c.reply;
+        EXPECT_EQ(Unit(c.column), c.value) << c.column << " " << c.reply;
     }
 }
 
@@ -92,24 +54,24 @@ TEST_F(UnitValuesTest, TextsAreCutWhereManagersWantThemShort) {
         {24, "Config.Snmp.Location"},  {31, "Config.Mfg.BrandName"}};
     for (const auto& [column, path] : shortColumns) {
         server.SetValue(7, path, std::string(79, 'a') + "b");
-        EXPECT_EQ(Unit(column, false), std::string(79, 'a')) << path;
+        EXPECT_EQ(Unit(column), std::string(79, 'a')) << path;
         server.SetValue(7, path, std::nullopt);
-        EXPECT_EQ(Unit(column, false), "none") << path;
+        EXPECT_EQ(Unit(column), "none") << path;
     }
     server.SetValue(7, "Config.Switch.Comment", std::string(400, 'a'));
-    EXPECT_EQ(Unit(21, false), std::string(400, 'a'));
+    EXPECT_EQ(Unit(21), std::string(400, 'a'));
     server.SetValue(7, "Config.Switch.Comment", "");
-    EXPECT_EQ(Unit(21, false), "");
+    EXPECT_EQ(Unit(21), "");
     server.SetValue(7, "Config.System.IPAddress", "0A000001");
-    EXPECT_EQ(Unit(10, false), "http://10.0.0.1");
+    EXPECT_EQ(Unit(10), "http://10.0.0.1");
     server.SetValue(7, "Config.System.IPAddress", "none");
-    EXPECT_EQ(Unit(10, false), "none");
+    EXPECT_EQ(Unit(10), "none");
 }
 
 TEST_F(UnitValuesTest, FabricIsNamedByTheLocalSwitch) {
     server.SetValue(0, "Oper.Switch.WhoIsPrincipal", "0102");
     server.SetValue(7, "Oper.Switch.WhoIsPrincipal", "0304");
-    EXPECT_EQ(Unit(29, false), std::string("\1\2") + std::string(14, '\0'));
+    EXPECT_EQ(Unit(29), std::string("\1\2") + std::string(14, '\0'));
 }
 
 TEST_F(UnitValuesTest, RevisionsHaveTheirFallBacks) {

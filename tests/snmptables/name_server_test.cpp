@@ -1,0 +1,141 @@
+#include "src/snmptables/name_server.h"
+
+#include "tests/support/switch_test.h"
+
+namespace snmpmain {
+namespace {
+
+class NameServerTest : public SwitchTest {
+  protected:
+    // Replaces the fabric's name servers: one list of port WWNs per switch, in the fabric's order.
+    // Port ids are the domain and the position.
+    void Give(const std::vector<std::vector<std::string>>& lists) {
+        server.WithFabric([&](sim::Fabric& fabric) {
+            for (std::size_t i = 0; i < lists.size(); ++i) {
+                sim::Switch& unit = fabric.switches[i];
+                unit.nameServer.clear();
+                for (const std::string& wwn : lists[i]) {
+                    sim::NsEntry entry;
+                    char portId[8];
+                    std::snprintf(portId, sizeof(portId), "%02x%02zx00", unit.domain & 0xFFu,
+                                  unit.nameServer.size());
+                    entry.portId = portId;
+                    entry.portWwn = wwn;
+                    unit.nameServer.push_back(entry);
+                }
+            }
+        });
+    }
+
+    // The table in the order of a walk: domain, port WWN, port id.
+    static std::vector<std::string> Walk() {
+        std::vector<std::string> rows;
+        NameServerMatch entry{0, "", "", ""};
+        while (GetNextNameServer(entry.switchWwn, entry.portWwn, entry) == 0 && rows.size() < 50) {
+            rows.push_back(std::to_string(entry.domainId) + " " + entry.portWwn + " " +
+                           entry.portId);
+        }
+        return rows;
+    }
+};
+
+const std::string kA = "2100000000000001", kB = "210000000000000b", kC = "210000000000000C",
+                  kD = "210000000000000d";
+
+// Switch WWNs are in the order 2, 7, 1.
+TEST_F(NameServerTest, EntriesAreOrderedWhateverOrderAndCaseTheSwitchUses) {
+    Give({{kB}, {kD, kA, kC}, {kC, kB}});
+    EXPECT_EQ(BuildNameServerTable(), 0);
+    EXPECT_EQ(GetNameServerTotal(), 6u);
+    EXPECT_EQ(Walk(), (std::vector<std::string>{"2 " + kA + " 020100", "2 " + kC + " 020200",
+                                                "2 " + kD + " 020000", "7 " + kB + " 070100",
+                                                "7 " + kC + " 070000", "1 " + kB + " 010000"}));
+    NameServerMatch entry;
+    EXPECT_EQ(GetNextNameServer("1000020000000300", "ff", entry), -1);
+    EXPECT_EQ(GetNextNameServer("1000020000000101", "ff", entry), 0);  // between two switches
+    EXPECT_EQ(entry.domainId, 7);
+    EXPECT_EQ(GetNameServerEntry("1000020000000100", "210000000000000c", "020200", entry), 0);
+    EXPECT_STREQ(entry.portWwn, kC.c_str());
+    EXPECT_EQ(GetNameServerEntry("1000020000000100", "210000000000000c", "020100", entry), -1);
+    EXPECT_EQ(GetNameServerEntry("1000020000000200", kA.c_str(), "020100", entry), -1);
+}
+
+TEST_F(NameServerTest, SwitchesWithoutEntriesLeaveNoGap) {
+    Give({{}, {}, {kA}});
+    EXPECT_EQ(BuildNameServerTable(), 0);
+    EXPECT_EQ(Walk(), std::vector<std::string>{"7 " + kA + " 070000"});
+    Give({{}, {}, {}});
+    EXPECT_EQ(BuildNameServerTable(), 0);
+    EXPECT_EQ(Walk(), std::vector<std::string>{});
+    EXPECT_EQ(GetNameServerTotal(), 0u);
+}
+
+TEST_F(NameServerTest, ListsThatBreakOffKeepWhatWasRead) {
+    Give({{kA, kB}, {kC, kA, kB}, {kD}});
+    server.SetValue(0, "Oper.NameServerAll.2.NextNsEntry.020000", std::nullopt);
+    EXPECT_EQ(BuildNameServerTable(), 0);
+    EXPECT_EQ(Walk(), (std::vector<std::string>{"2 " + kC + " 020000", "7 " + kD + " 070000",
+                                                "1 " + kA + " 010000", "1 " + kB + " 010100"}));
+    EXPECT_EQ(GetNameServerTotal(), 6u);  // as reported
+    server.SetValue(0, "Oper.NameServerAll.2.NextNsEntry.020000", "*end*");
+    server.SetValue(0, "Oper.NameServerAll.1.Entry.010000.PortWwn", std::nullopt);
+    EXPECT_EQ(BuildNameServerTable(), 0);
+    EXPECT_EQ(Walk(), (std::vector<std::string>{"2 " + kC + " 020000", "7 " + kD + " 070000"}));
+    // What a switch says of itself fails the rest; the part that was read is still in order.
+    server.SetValue(0, "Oper.NameServerAll.7.Entries", std::nullopt);
+    server.SetValue(0, "Oper.NameServerAll.1.Entry.010000.PortWwn", kA);
+    EXPECT_EQ(BuildNameServerTable(), -1);
+    EXPECT_EQ(Walk(), (std::vector<std::string>{"2 " + kC + " 020000", "1 " + kA + " 010000",
+                                                "1 " + kB + " 010100"}));
+    server.SetValue(0, "Oper.Fabric.FirstDomainID", "*end*");
+    EXPECT_EQ(BuildNameServerTable(), -1);
+    EXPECT_EQ(Walk(), std::vector<std::string>{});
+}
+
+// A list that leads back into itself, and a count that promises more than there is.
+TEST_F(NameServerTest, EndlessListsEnd) {
+    Give({{kA, kB}, {}, {}});
+    server.SetValue(0, "Oper.NameServerAll.1.NextNsEntry.010100", "010000");
+    server.SetValue(0, "Oper.NameServerAll.1.Entries", "9");
+    EXPECT_EQ(BuildNameServerTable(), 0);
+    EXPECT_EQ(Walk(), (std::vector<std::string>{"1 " + kA + " 010000", "1 " + kB + " 010100"}));
+    server.SetValue(0, "Oper.NameServerAll.1.NextNsEntry.010100", "010100");
+    server.SetValue(0, "Oper.NameServerAll.1.Entries", "4294967295");
+    server.SetValue(0, "Oper.Fabric.NextDomainID.7", "1");
+    TakeTexts();
+    BuildNameServerTable();
+    EXPECT_LT(TakeTexts().size(), 3000u);
+}
+
+TEST_F(NameServerTest, StaleTableIsBuiltOnceEvenWhenThatFails) {
+    server.SetValue(0, "Oper.Fabric.FirstDomainID", std::nullopt);
+    RefreshNameServerTable();
+    EXPECT_EQ(CountTexts("FirstDomainID"), 1);
+    RefreshNameServerTable();
+    EXPECT_EQ(CountTexts(""), 0);
+    server.SetValue(0, "Oper.Fabric.FirstDomainID", "1");
+    nameServerStale = 1;
+    RefreshNameServerTable();
+    EXPECT_EQ(CountTexts("FirstDomainID"), 1);
+    RefreshNameServerTable();
+    EXPECT_EQ(CountTexts(""), 0);
+    EXPECT_EQ(Walk().size(), 18u);
+}
+
+TEST_F(NameServerTest, OwnNameServerIsCountedFromItsStart) {
+    Give({{kA, kB}, {kC}, {}});
+    char portId[kPortIdTextSize];
+    EXPECT_EQ(GetLocalNsPortId(1, 1, portId), 0);
+    EXPECT_STREQ(portId, "010100");
+    EXPECT_EQ(GetLocalNsPortId(0, 0, portId), 0);
+    EXPECT_STREQ(portId, "020000");
+    TakeTexts();
+    EXPECT_EQ(GetLocalNsPortId(1, 2, portId), -1);
+    EXPECT_EQ(TakeTexts(), std::vector<std::string>{"Get.Oper.NameServer.Entries"});
+    EXPECT_EQ(GetLocalNsPortId(7, 0, portId), -1);
+    server.SetValue(1, "Oper.NameServer.NextNsEntry.010000", std::nullopt);
+    EXPECT_EQ(GetLocalNsPortId(1, 1, portId), -1);
+}
+
+}  // namespace
+}  // namespace snmpmain
