@@ -79,6 +79,35 @@ bool Within(double seconds, const std::function<bool()>& condition) {
     return true;
 }
 
+std::vector<unsigned long> SubIds(const std::string& oid) {
+    std::vector<unsigned long> numbers;
+    std::istringstream text(oid.substr(1));
+    for (std::string number; std::getline(text, number, '.');) {
+        numbers.push_back(std::stoul(number));
+    }
+    return numbers;
+}
+
+testing::AssertionResult Same(const Values& actual, const Values& expected) {
+    const std::map<std::string, std::string> got(actual.begin(), actual.end());
+    const std::map<std::string, std::string> wanted(expected.begin(), expected.end());
+    auto result = actual == expected ? testing::AssertionSuccess() : testing::AssertionFailure();
+    int left = 5;
+    for (const auto& [name, value] : expected) {
+        if (const auto found = got.find(name); found == got.end() && left-- > 0) {
+            result << "\n" << name << " is missing";
+        } else if (found != got.end() && found->second != value && left-- > 0) {
+            result << "\n" << name << " is " << found->second << ", expected " << value;
+        }
+    }
+    for (const auto& [name, value] : actual) {
+        if (!wanted.contains(name) && left-- > 0) {
+            result << "\n" << name << " is too many: " << value;
+        }
+    }
+    return result << "\n" << actual.size() << " values, expected " << expected.size();
+}
+
 Finished RunProgram(const Words& command) {
     int ends[2];
     EXPECT_EQ(::pipe2(ends, O_CLOEXEC), 0);

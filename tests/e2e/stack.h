@@ -3,6 +3,8 @@
 // stack started ends with it.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <map>
 #include <memory>
@@ -24,10 +26,24 @@ using Values = std::vector<Value>;
 inline const std::string kFcmgmt = ".1.3.6.1.3.94";
 inline const std::string kUnits = kFcmgmt + ".1.6.1";
 inline const std::string kRevisions = kFcmgmt + ".1.7.1";
+inline const std::string kSensors = kFcmgmt + ".1.8.1";
+inline const std::string kPorts = kFcmgmt + ".1.10.1";
+inline const std::string kEvents = kFcmgmt + ".1.11.1";
+inline const std::string kLinks = kFcmgmt + ".1.12.1";
+inline const std::string kZones = kFcmgmt + ".1.13.1";
+inline const std::string kAliases = kFcmgmt + ".1.14.1";
+inline const std::string kStatistics = kFcmgmt + ".4.5.1";
+inline const std::string kNameServer = kFcmgmt + ".5.2.1.1";
 inline const std::string kNoInstance = "No Such Instance currently exists at this OID";
 
 // Polls until `condition` holds; false when it does not within the time.
 bool Within(double seconds, const std::function<bool()>& condition);
+
+// The OID's numbers, which compare as OIDs do.
+std::vector<unsigned long> SubIds(const std::string& oid);
+
+// Failure tells the first values that are missing, wrong or too many.
+testing::AssertionResult Same(const Values& actual, const Values& expected);
 
 // Runs a program to its end. Its standard output and error are returned.
 struct Finished {
@@ -84,8 +100,9 @@ class Stack {
 // The default fabric with uptimes that stand still, so that values can be compared.
 sim::Fabric StillFabric();
 
-// What the unit and revision tables of a fabric read as, in the order of a walk: an expectation
-// made from the fabric alone.
+// What a walk of a fabric reads, all of it or what is below an OID: an expectation made from the
+// fabric alone.
+Values Expected(const sim::Fabric& fabric, const std::string& below = kFcmgmt);
 Values ExpectedUnits(const sim::Fabric& fabric);
 Values ExpectedRevisions(const sim::Fabric& fabric);
 
