@@ -186,34 +186,12 @@ TEST(FabricTables, ScalarsAndEmptyPlacesOfTheSubtree) {
                             ".5.1.2.0", ".5.2.2.1.1.1", ".1.10.1.1.1"}) {
         EXPECT_TRUE(stack.GetOne(kFcmgmt + oid).starts_with("No Such")) << oid;
     }
-    EXPECT_EQ(stack.GetOne(first + ".1"), kNoInstance);
-    EXPECT_EQ(stack.GetOne(first.substr(0, first.rfind('.'))), kNoInstance);
-    EXPECT_EQ(stack.GetOne(first.substr(0, first.rfind('.')) + ".1"),
-              kNoInstance);  // between units
-    const std::string revision = ExpectedRevisions(StillFabric())[0].first;
-    for (const char* number : {"0", "4", "65537", "4294967295"}) {
-        EXPECT_EQ(stack.GetOne(revision.substr(0, revision.rfind('.') + 1) + number), kNoInstance)
-            << number;
-    }
     for (const std::string& oid :
          {kFcmgmt + ".1.2.0", kUnits + ".10" + first.substr(kUnits.size() + 2)}) {
         const Finished set = stack.Set({oid, "s", "http://10.0.0.1"});
         EXPECT_NE(set.status, 0);
         EXPECT_NE(set.output.find("notWritable"), std::string::npos) << set.output;
     }
-}
-
-TEST(FabricTables, FailedQueryHidesTheValueAndOnlyThat) {
-    Stack stack;
-    stack.StartAll();
-    const Values names = stack.Walk(kUnits + ".20");
-    ASSERT_EQ(names.size(), 3u);
-    stack.Switch().SetValue(7, "Config.Switch.SymName", std::nullopt);
-    EXPECT_EQ(stack.GetOne(names[1].first), kNoInstance);
-    EXPECT_EQ(stack.GetOne(names[0].first), names[0].second);
-    EXPECT_EQ(stack.GetOne(names[2].first), names[2].second);
-    // A walk leaves the column there, as with any object that has no further instance.
-    EXPECT_TRUE(stack.GetNext({names[0].first})[0].first.starts_with(kUnits + ".21"));
 }
 
 TEST(FabricTables, FailedQueryEndsTheColumnOfAWalkAndHidesNoOtherPort) {
@@ -239,16 +217,6 @@ TEST(FabricTables, FailedQueryEndsTheColumnOfAWalkAndHidesNoOtherPort) {
                              value) != names.end();
         });
         EXPECT_TRUE(Same(stack.Walk(kPorts), walked));
-    }
-}
-
-TEST(FabricTables, CounterThatIsNoNumberReadsAsZero) {
-    Stack stack;
-    stack.StartAll();
-    const std::string counter = Expected(StillFabric(), kStatistics + ".3")[0].first;
-    for (const char* text : {"", "0000000Z00000001", "000000010000000Z"}) {
-        stack.Switch().SetValue(2, "Oper.UserPort.0.0.C64.TotalErrors", text);
-        EXPECT_EQ(stack.GetOne(counter), "Hex-STRING: 00 00 00 00 00 00 00 00") << text;
     }
 }
 
