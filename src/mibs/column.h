@@ -94,56 +94,73 @@ int ReadIndexText(const Column& column, const Instance& instance, MibValue& valu
 int ReadIndexOctets(const Column& column, const Instance& instance, MibValue& value);
 int ReadLastIndex(const Column& column, const Instance& instance, MibValue& value);
 
+// A command as it stands in a column, with no more places than an instance can fill.
+consteval const char* Checked(const char* command) {
+    std::size_t numbers = 0;
+    std::size_t texts = 0;
+    for (const char* at = command; at != nullptr && *at != '\0'; ++at) {
+        if (*at == '%') {
+            ++(*++at == 's' ? texts : numbers);
+        }
+    }
+    if (numbers > Instance{}.numbers.size() || texts > Instance{}.texts.size()) {
+        throw "a command has too many places";
+    }
+    return command;
+}
+
 // A constant, without a query.
-constexpr ValueSource Constant(std::uint32_t number) {
+consteval ValueSource Constant(std::uint32_t number) {
     return {.read = ReadConstant, .number = number};
 }
-constexpr ValueSource ConstantText(const char* text) {
+consteval ValueSource ConstantText(const char* text) {
     return {.read = ReadConstantText, .text = text};
 }
 template <std::size_t kSize>
-constexpr ValueSource ConstantOctets(const char (&octets)[kSize]) {
+consteval ValueSource ConstantOctets(const char (&octets)[kSize]) {
     return {.read = ReadConstantOctets, .number = kSize - 1, .text = octets};
 }
 // The reply to a command sent to the instance's switch: as a number, as it stands, or cut to 79
 // characters.
-constexpr ValueSource NumberOf(const char* command) {
-    return {.read = QueryNumber, .command = command};
+consteval ValueSource NumberOf(const char* command) {
+    return {.read = QueryNumber, .command = Checked(command)};
 }
-constexpr ValueSource TextOf(const char* command) {
-    return {.read = QueryText, .command = command};
+consteval ValueSource TextOf(const char* command) {
+    return {.read = QueryText, .command = Checked(command)};
 }
-constexpr ValueSource ShortTextOf(const char* command) {
-    return {.read = QueryShortText, .command = command};
+consteval ValueSource ShortTextOf(const char* command) {
+    return {.read = QueryShortText, .command = Checked(command)};
 }
 // The number of the first word that the reply contains, or of the word that it is; one octet where
 // the column is an OCTET STRING.
-constexpr ValueSource WordOf(const char* command, const WordTable& words) {
-    return {.read = QueryWord, .command = command, .words = &words};
+consteval ValueSource WordOf(const char* command, const WordTable& words) {
+    return {.read = QueryWord, .command = Checked(command), .words = &words};
 }
-constexpr ValueSource WholeWordOf(const char* command, const WordTable& words) {
-    return {.read = QueryWholeWord, .command = command, .words = &words};
+consteval ValueSource WholeWordOf(const char* command, const WordTable& words) {
+    return {.read = QueryWholeWord, .command = Checked(command), .words = &words};
 }
 // `size` octets from the reply's hexadecimal text, zeros where it ends early.
-constexpr ValueSource HexOctetsOf(const char* command, std::uint32_t size) {
-    return {.read = QueryHexOctets, .command = command, .number = size};
+consteval ValueSource HexOctetsOf(const char* command, std::uint32_t size) {
+    return {.read = QueryHexOctets, .command = Checked(command), .number = size};
 }
 // The instance's text at `place`, as it stands or as `size` octets.
-constexpr ValueSource IndexText(std::size_t place) {
+consteval ValueSource IndexText(std::size_t place) {
     return {.read = ReadIndexText, .place = place};
 }
-constexpr ValueSource IndexOctets(std::size_t place, std::uint32_t size) {
+consteval ValueSource IndexOctets(std::size_t place, std::uint32_t size) {
     return {.read = ReadIndexOctets, .number = size, .place = place};
 }
 // The last sub-identifier of the instance.
-constexpr ValueSource LastIndex() {
+consteval ValueSource LastIndex() {
     return {.read = ReadLastIndex};
 }
-// A function of its own; the command is what the value rests on, where that is a single one.
-constexpr ValueSource Computed(ValueReader read, const char* command = nullptr) {
-    return {.read = read, .command = command};
+// A function of its own. The command is the one that the value rests on, where that is a single
+// one: the function takes it from here, or, where it stands below the MIBs, it is told for the
+// record.
+consteval ValueSource Computed(ValueReader read, const char* command = nullptr) {
+    return {.read = read, .command = Checked(command)};
 }
-constexpr ValueSource NeverAnswers() {
+consteval ValueSource NeverAnswers() {
     return {};
 }
 

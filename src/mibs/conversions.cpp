@@ -7,6 +7,7 @@
 
 #include "src/base/byte_order.h"
 #include "src/base/text.h"
+#include "src/link/link.h"
 #include "src/snmpoid/index_codec.h"
 
 namespace snmpmain {
@@ -115,15 +116,15 @@ WideAddress WidenAddress(const char* dotted) {
 }
 
 void ConvertEventTime(const char* time, std::span<char> converted) {
-    char copy[128];
-    CopyText(copy, sizeof(copy), time);
-    copy[std::strcspn(copy, "]")] = '\0';
+    ReplyText copy;
+    CopyText(copy.data(), copy.size(), time);
+    copy[std::strcspn(copy.data(), "]")] = '\0';
     // Weekday, month, day and time of day; the year is the last word, however many there are.
     const char* words[4] = {"", "", "", ""};
     const char* year = "";
     char* rest = nullptr;
     std::size_t count = 0;
-    for (char* word = ::strtok_r(copy, " ", &rest); word != nullptr;
+    for (char* word = ::strtok_r(copy.data(), " ", &rest); word != nullptr;
          word = ::strtok_r(nullptr, " ", &rest)) {
         year = word;
         if (count < std::size(words)) {

@@ -210,12 +210,12 @@ int GetNextUnitRow(const UnitRowWalk& walk, Find find, const variable* vp, oid* 
 
 bool FindEvent(std::uint32_t domain, std::uint32_t& row) {
     std::uint32_t first = 0;
-    if (GetFirstLogEntryId(domain, first) != 0 || first == 0) {
+    std::uint32_t last = 0;
+    if (GetLogRange(domain, first, last) != 0 || first == 0) {
         return false;
     }
     row = std::max(row, first - 1);
-    ReplyText entry;
-    return AskNextLogEntry(domain, row, entry) == 0;
+    return HasNextLogEntry(domain, row, last);
 }
 
 bool FindLink(std::uint32_t domain, std::uint32_t& row) {
@@ -351,6 +351,31 @@ void ReadLoginStart(std::span<const oid, kLoginIndexLength> index, std::uint32_t
     start.login = hasPort ? static_cast<std::uint32_t>(index[2]) : 0;
 }
 
+// The three parts of a name-server index as texts.
+struct NameServerIndex {
+    char switchWwn[2 * WWN_OID_LEN + 1];
+    char portWwn[2 * kPortWwnOidLength + 1];
+    char portId[2 * kPortIdOidLength + 1];
+};
+
+// Returns 0, or -1 when one of the parts holds what is no byte.
+int ReadNameServerIndex(std::span<const oid, kNameServerIndexLength> names,
+                        NameServerIndex& index) {
+    if (MakeHexStrFromOID(names.first<WWN_OID_LEN>(), index.switchWwn) != 0 ||
+        MakeHexStrFromOID(names.subspan<WWN_OID_LEN, kPortWwnOidLength>(), index.portWwn) != 0 ||
+        MakeHexStrFromOID(names.last<kPortIdOidLength>(), index.portId) != 0) {
+        return -1;
+    }
+    return 0;
+}
+
+void WriteNameServerIndex(const NameServerMatch& entry,
+                          std::span<oid, kNameServerIndexLength> names) {
+    MakeOIDfromHexStr(entry.switchWwn, names.first<WWN_OID_LEN>());
+    MakeOIDfromHexStr(entry.portWwn, names.subspan<WWN_OID_LEN, kPortWwnOidLength>());
+    MakeOIDfromHexStr(entry.portId, names.last<kPortIdOidLength>());
+}
+
 }  // namespace
 
 int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit) {
@@ -468,16 +493,6 @@ int GetNextUnitLink(const variable* vp, oid* name, std::size_t* length, std::uin
     return 0;
 }
 
-int ReadNameServerIndex(std::span<const oid, kNameServerIndexLength> names,
-                        NameServerIndex& index) {
-    if (MakeHexStrFromOID(names.first<WWN_OID_LEN>(), index.switchWwn) != 0 ||
-        MakeHexStrFromOID(names.subspan<WWN_OID_LEN, kPortWwnOidLength>(), index.portWwn) != 0 ||
-        MakeHexStrFromOID(names.last<kPortIdOidLength>(), index.portId) != 0) {
-        return -1;
-    }
-    return 0;
-}
-
 int GetNextNameServerEntry(const variable* vp, oid* name, std::size_t* length,
                            NameServerMatch& entry) {
     const std::span<const oid> request(name, *length);
@@ -492,22 +507,35 @@ int GetNextNameServerEntry(const variable* vp, oid* name, std::size_t* length,
         TraceLog(kError, "%s, %d:Invalid Port Id caused MATCH_FAILED return", kSource, __LINE__);
         return -1;
     }
-    entry = {0, index.switchWwn, index.portWwn, index.portId};
+    NameServerMatch next{0, index.switchWwn, index.portWwn, index.portId};
     do {
-        if (GetNextNameServer(entry.switchWwn, entry.portWwn, entry) != 0) {
+        if (GetNextNameServer(next.switchWwn, next.portWwn, next) != 0) {
             TraceLog(kError, "%s, %d:No more entries caused a MATCH_FAILED return", kSource,
                      __LINE__);
             return -1;
         }
-        MakeOIDfromHexStr(entry.switchWwn, names.first<WWN_OID_LEN>());
-        MakeOIDfromHexStr(entry.portWwn, names.subspan<WWN_OID_LEN, kPortWwnOidLength>());
-        MakeOIDfromHexStr(entry.portId, names.last<kPortIdOidLength>());
+        WriteNameServerIndex(next, names);
     } while (!LiesBehind(working, request));
-    TraceLog(kTrace, "Ending Switch Wwn... %s", entry.switchWwn);
-    TraceLog(kTrace, "Ending Port Wwn..... %s", entry.portWwn);
-    TraceLog(kTrace, "Ending Port Id...... %s", entry.portId);
+    TraceLog(kTrace, "Ending Switch Wwn... %s", next.switchWwn);
+    TraceLog(kTrace, "Ending Port Wwn..... %s", next.portWwn);
+    TraceLog(kTrace, "Ending Port Id...... %s", next.portId);
     FinishWalk(working, name, length);
+    entry = next;
     return 0;
+}
+
+int FindNameServerEntry(std::span<const oid, kNameServerIndexLength> names,
+                        NameServerMatch& entry) {
+    NameServerIndex index;
+    if (ReadNameServerIndex(names, index) != 0) {
+        return -1;
+    }
+    const auto hasIndex = [&](const NameServerMatch& candidate) {
+        std::array<oid, kNameServerIndexLength> present;
+        WriteNameServerIndex(candidate, present);
+        return std::ranges::equal(present, names);
+    };
+    return GetNameServerEntry(index.switchWwn, index.portWwn, hasIndex, entry);
 }
 
 int GetNextTrapEntry(TrapRowLookup rowAt, const variable* vp, oid* name, std::size_t* length,

@@ -53,13 +53,8 @@ constexpr std::size_t kNameServerIndexLength = WWN_OID_LEN + kPortWwnOidLength +
 int GetNextNameServerEntry(const variable* vp, oid* name, std::size_t* length,
                            NameServerMatch& entry);
 
-// The three parts of such an index as texts. Returns 0, or -1 when one holds no bytes.
-struct NameServerIndex {
-    char switchWwn[2 * WWN_OID_LEN + 1];
-    char portWwn[2 * kPortWwnOidLength + 1];
-    char portId[2 * kPortIdOidLength + 1];
-};
-int ReadNameServerIndex(std::span<const oid, kNameServerIndexLength> names, NameServerIndex& index);
+// Finds the entry that has exactly this index. Returns 0, or -1 when there is none.
+int FindNameServerEntry(std::span<const oid, kNameServerIndexLength> names, NameServerMatch& entry);
 
 // Index: IPv4 address (4), UDP port; rows of the table behind `rowAt`.
 int GetNextTrapEntry(TrapRowLookup rowAt, const variable* vp, oid* name, std::size_t* length,

@@ -29,15 +29,20 @@ int AskKey(const KeyList& list, std::size_t position, ReplyText& key) {
     return 0;
 }
 
-Walk AskDomain(std::size_t position, std::uint16_t& domain) {
+int VisitDomains(const std::function<int(std::uint16_t domain)>& visit) {
     constexpr KeyList kDomains{0, "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID"};
     ReplyText key;
-    FormatText(key, "%d", domain);
-    if (AskKey(kDomains, position, key) != 0) {
-        return position == 0 ? Walk::kFailed : Walk::kEnd;
+    for (std::size_t position = 0; position < kMaxDomains; ++position) {
+        if (AskKey(kDomains, position, key) != 0) {
+            return position == 0 ? -1 : 0;
+        }
+        const auto domain = static_cast<std::uint16_t>(ReadDecimalBehindBlanks(key.data()));
+        if (visit(domain) != 0) {
+            return -1;
+        }
+        FormatText(key, "%d", domain);
     }
-    domain = static_cast<std::uint16_t>(ReadDecimalBehindBlanks(key.data()));
-    return Walk::kNext;
+    return 0;
 }
 
 }  // namespace snmpmain

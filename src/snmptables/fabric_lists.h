@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <new>
 #include <vector>
 
@@ -25,11 +26,13 @@ struct KeyList {
 // end of the list.
 int AskKey(const KeyList& list, std::size_t position, ReplyText& key);
 
-enum class Walk { kNext, kEnd, kFailed };
+// No fabric has more domains.
+constexpr std::size_t kMaxDomains = 256;
 
-// The domain at `position` (from 0) in the fabric's list, in the place of the one before it.
-// kFailed when there is not even a first one. "Get.Oper.Fabric.FirstDomainID", "NextDomainID"
-Walk AskDomain(std::size_t position, std::uint16_t& domain);
+// Calls `visit` (0 to go on) with every domain of the fabric in switch management's order. Returns
+// 0, or -1 when there is not even a first one or a visit failed.
+// "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID.%d"
+int VisitDomains(const std::function<int(std::uint16_t domain)>& visit);
 
 // Appends to a list. Returns 0, or -1 when there is no memory for it.
 template <typename T>

@@ -1,7 +1,5 @@
 #include "src/snmptables/name_server.h"
 
-#include <strings.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -17,8 +15,6 @@ namespace snmpmain {
 std::uint16_t nameServerStale = 1;
 
 namespace {
-
-constexpr std::size_t kMaxDomains = 256;
 
 struct NameServerEntry {
     char portId[kPortIdTextSize];
@@ -114,24 +110,6 @@ int ReadRow(std::uint16_t domain) {
     return ReadEntries(row);
 }
 
-int ReadRows() {
-    std::uint16_t domain = 0;
-    for (std::size_t position = 0; position < kMaxDomains; ++position) {
-        switch (AskDomain(position, domain)) {
-            case Walk::kFailed:
-                return -1;
-            case Walk::kEnd:
-                return 0;
-            case Walk::kNext:
-                break;
-        }
-        if (ReadRow(domain) != 0) {
-            return -1;
-        }
-    }
-    return 0;
-}
-
 void SortRows() {
     std::ranges::stable_sort(Rows(), {}, BytesOfRow);
     for (NameServerRow& row : Rows()) {
@@ -169,7 +147,7 @@ void ResetNameServerTable() {
 
 int BuildNameServerTable() {
     EmptyTable();
-    const int result = ReadRows();
+    const int result = VisitDomains(ReadRow);
     SortRows();
     DumpTable();
     return result;
@@ -203,19 +181,17 @@ int GetNextNameServer(const char* switchWwn, const char* portWwn, NameServerMatc
     return -1;
 }
 
-int GetNameServerEntry(const char* switchWwn, const char* portWwn, const char* portId,
+int GetNameServerEntry(const char* switchWwn, const char* portWwn,
+                       const std::function<bool(const NameServerMatch&)>& isWanted,
                        NameServerMatch& found) {
-    const auto isWanted = [&](const NameServerEntry& entry) {
-        return ::strcasecmp(entry.portId, portId) == 0;
-    };
     for (const NameServerRow& row :
          std::ranges::equal_range(Rows(), BytesOfWwn(switchWwn), {}, BytesOfRow)) {
-        const auto sameWwn =
-            std::ranges::equal_range(row.entries, BytesOfWwn(portWwn), {}, BytesOfEntry);
-        const auto entry = std::ranges::find_if(sameWwn, isWanted);
-        if (entry != sameWwn.end()) {
-            found = MatchOf(row, *entry);
-            return 0;
+        for (const NameServerEntry& entry :
+             std::ranges::equal_range(row.entries, BytesOfWwn(portWwn), {}, BytesOfEntry)) {
+            found = MatchOf(row, entry);
+            if (isWanted(found)) {
+                return 0;
+            }
         }
     }
     return -1;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 
 #include "src/link/link.h"
 
@@ -45,8 +46,9 @@ struct NameServerMatch {
 // hexadecimal characters, in upper or lower case). Returns 0 or -1.
 int GetNextNameServer(const char* switchWwn, const char* portWwn, NameServerMatch& found);
 
-// Finds exactly this entry. Returns 0 or -1.
-int GetNameServerEntry(const char* switchWwn, const char* portWwn, const char* portId,
+// Finds the entry of these WWNs that is the wanted one. Returns 0 or -1.
+int GetNameServerEntry(const char* switchWwn, const char* portWwn,
+                       const std::function<bool(const NameServerMatch&)>& isWanted,
                        NameServerMatch& found);
 
 // The port id at a position (from 0) of one switch's own name server. Returns 0, or -1 beyond its

@@ -20,23 +20,17 @@ constexpr WordTable kPortStates{kPortStateWords, 1};
 // What decides a port's hardware state, in this order.
 constexpr std::uint32_t kUndecided = 0;
 constexpr Word kDiagWords[] = {{"Failed", 2}};
-constexpr Word kTransceiverWords[] = {{"NotInstalled", 7}};
+constexpr Word kNoTransceiver[] = {{"NotInstalled", 7}};
 constexpr Word kSyncWords[] = {{"SyncLost", 8}, {"SyncAcquired", 4}};
 struct HwQuestion {
-    const char* path;
+    const char* command;
     WordTable words;
 };
-constexpr HwQuestion kHwQuestions[] = {{"DiagStatus", {kDiagWords, kUndecided}},
-                                       {"GBICType", {kTransceiverWords, kUndecided}},
-                                       {"SyncStatus", {kSyncWords, 1}}};
-
-int AskPort(std::uint32_t domain, std::uint32_t module, std::uint32_t port, const char* path,
-            ReplyText& reply) {
-    return SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.UserPort.%u.%u.%s", module,
-                            port, path) == 0
-               ? 0
-               : -1;
-}
+constexpr HwQuestion kHwQuestions[] = {
+    {"Get.Oper.UserPort.%u.%u.DiagStatus", {kDiagWords, kUndecided}},
+    {"Get.Oper.UserPort.%u.%u.GBICType", {kNoTransceiver, kUndecided}},
+    {"Get.Oper.UserPort.%u.%u.SyncStatus", {kSyncWords, 1}},
+};
 
 }  // namespace
 
@@ -79,7 +73,8 @@ int ReadSensorStatus(std::uint32_t domain, const SensorRef& sensor, std::uint32_
 int ReadPortState(std::uint32_t domain, std::uint32_t module, std::uint32_t port,
                   std::uint32_t& state) {
     ReplyText reply;
-    if (AskPort(domain, module, port, "OperState", reply) != 0) {
+    if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.UserPort.%u.%u.OperState",
+                         module, port) != 0) {
         return -1;
     }
     state = FirstContained(kPortStates, reply.data());
@@ -90,7 +85,8 @@ int ReadPortHwState(std::uint32_t domain, std::uint32_t module, std::uint32_t po
                     std::uint32_t& state) {
     for (const HwQuestion& question : kHwQuestions) {
         ReplyText reply;
-        if (AskPort(domain, module, port, question.path, reply) != 0) {
+        if (SwitchMgmtQueryf(domain, reply, kString, nullptr, question.command, module, port) !=
+            0) {
             return -1;
         }
         state = FirstContained(question.words, reply.data());

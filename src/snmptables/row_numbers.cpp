@@ -43,7 +43,7 @@ bool LiesWithin(std::uint32_t& row, std::uint32_t rows) {
 
 // The count, asked if it is not known yet.
 template <typename Count, typename Question>
-std::uint32_t Ask(Count& count, Question question) {
+std::uint32_t Known(Count& count, Question question) {
     if (!count.known) {
         count = {true, question()};
     }
@@ -97,11 +97,15 @@ int GetLogRange(std::uint32_t domain, std::uint32_t& first, std::uint32_t& last)
     return 0;
 }
 
-int AskNextLogEntry(std::uint32_t domain, std::uint32_t id, ReplyText& entry) {
+bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id, std::uint32_t last) {
+    ReplyText entry;
+    if (SwitchMgmtQueryf(domain, entry, kString, nullptr, "Get.Oper.Switch.NextLogEntry.%u", id) !=
+            0 ||
+        std::strcmp(entry.data(), kListEnd) == 0) {
+        return false;
+    }
     std::uint32_t found = 0;
-    const bool answered = SwitchMgmtQueryf(domain, entry, kString, nullptr,
-                                           "Get.Oper.Switch.NextLogEntry.%u", id) == 0;
-    return answered && ReadEntryId(entry, found) == EntryId::kFound && found > id ? 0 : -1;
+    return ReadEntryId(entry, found) == EntryId::kFound ? found > id : id < last;
 }
 
 int AskNextLink(std::uint32_t domain, std::uint32_t after, std::uint32_t& link) {
@@ -115,23 +119,23 @@ int AskNextLink(std::uint32_t domain, std::uint32_t after, std::uint32_t& link) 
 }
 
 std::uint32_t PartCounts::Chassis() {
-    return Ask(chassis_, [&] { return ChassisOf(domain_); });
+    return Known(chassis_, [&] { return ChassisOf(domain_); });
 }
 
 std::uint32_t PartCounts::PowerSupplies() {
-    return Ask(powerSupplies_, [&] { return GetPowerSupplyCount(domain_); });
+    return Known(powerSupplies_, [&] { return GetPowerSupplyCount(domain_); });
 }
 
 std::uint32_t PartCounts::Fans() {
-    return Ask(fans_, [&] { return GetFanCount(domain_); });
+    return Known(fans_, [&] { return GetFanCount(domain_); });
 }
 
 std::uint32_t PartCounts::Blades() {
-    return Ask(blades_, [&] { return BladesOf(domain_); });
+    return Known(blades_, [&] { return BladesOf(domain_); });
 }
 
 std::uint32_t PartCounts::TempSensors(std::uint32_t blade) {
-    return Ask(tempSensors_[blade], [&] { return GetTempSensorCount(domain_, blade); });
+    return Known(tempSensors_[blade], [&] { return GetTempSensorCount(domain_, blade); });
 }
 
 std::uint16_t GetSensorCount(std::uint32_t domain) {
@@ -193,14 +197,14 @@ int FindSensor(PartCounts& parts, std::uint32_t row, SensorRef& sensor) {
 }
 
 int GetRevisionFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& revision) {
-    const std::uint32_t chassisCount = ChassisOf(domain);
-    for (std::uint32_t chassis = 0; chassis < chassisCount; ++chassis) {
-        if (row < kBladeRevision || row - kBladeRevision < BladesOf(domain)) {
+    PartCounts parts(domain);
+    for (std::uint32_t chassis = 0; chassis < parts.Chassis(); ++chassis) {
+        if (row < kBladeRevision || row - kBladeRevision < parts.Blades()) {
             revision = RevisionOfFirstChassis(row);
             revision.chassis = static_cast<std::uint16_t>(chassis);
             return 0;
         }
-        row -= kBladeRevision + BladesOf(domain);
+        row -= kBladeRevision + parts.Blades();
     }
     return -1;
 }

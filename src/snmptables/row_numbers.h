@@ -48,9 +48,10 @@ int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id);
 // them; `last` is 0 where the first query failed.
 int GetLogRange(std::uint32_t domain, std::uint32_t& first, std::uint32_t& last);
 
-// The first entry of a unit's log behind the one with this id. Returns 0, or -1 when there is none,
-// or what the unit answers does not lie behind. "Get.Oper.Switch.NextLogEntry.%i"
-int AskNextLogEntry(std::uint32_t domain, std::uint32_t id, ReplyText& entry);
+// Whether a unit's log goes on behind the entry with this id. An entry that names no id counts up
+// to the `last` one; one whose id does not lie behind ends the log.
+// "Get.Oper.Switch.NextLogEntry.%i"
+bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id, std::uint32_t last);
 
 // The first link of a unit behind the one with this index. Returns 0, or -1 when there is none.
 // "Get.Oper.Link.NextLinkEntry.%i"

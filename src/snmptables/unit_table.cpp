@@ -23,6 +23,8 @@ std::uint16_t unitStatusRefreshPending = 0;
 
 namespace {
 
+static_assert(kMaxDomains <= MAX_CONN_UNITS);
+
 constexpr ConnUnitEntry kEmptyRow{0, 0, kUnitUnknown, {}, 0, 0};
 constexpr int kFailuresBeforeGivingUp = 2;
 
@@ -131,26 +133,15 @@ int DiscoverUnit(std::uint16_t domain, ConnUnitEntry& row, bool& kept) {
 // Fills the scratch table and counts its rows. Returns 0 or -1.
 int DiscoverUnits(std::uint16_t& count) {
     count = 0;
-    std::uint16_t domain = 0;
-    for (std::uint16_t query = 0; query < MAX_CONN_UNITS; ++query) {
-        switch (AskDomain(query, domain)) {
-            case Walk::kFailed:
-                return -1;
-            case Walk::kEnd:
-                return 0;
-            case Walk::kNext:
-                break;
-        }
+    return VisitDomains([&count](std::uint16_t domain) {
         state.scratch[count] = kEmptyRow;
         bool kept = false;
         if (DiscoverUnit(domain, state.scratch[count], kept) != 0) {
             return -1;
         }
-        if (kept) {
-            ++count;
-        }
-    }
-    return 0;
+        count = static_cast<std::uint16_t>(kept ? count + 1 : count);
+        return 0;
+    });
 }
 
 // Reports the first unit of the present table that is missing in the new one.

@@ -155,6 +155,9 @@ TEST_F(TableValuesTest, EventsAndLinks) {
            {"1.12.1.9", 1, "Oper.Link.Entry.1.RemoteAgentAddr", "0A010203",
             Octets({0, 0, 0, 10, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, 3})},
            {"1.12.1.9", 1, "Oper.Link.Entry.1.RemoteAgentAddr", "0", std::string(16, '\0')},
+           {"1.12.1.9", 1, "Oper.Link.Entry.1.RemoteAgentAddr", "127.0.0.15",
+            Octets({0, 0, 0, 127, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 15})},
+           {"1.12.1.9", 1, "Oper.Link.Entry.1.RemoteAgentAddr", "n.a.", "none"},
            {"1.12.1.9", 1, "Oper.Link.Entry.1.RemoteAgentAddr", std::nullopt, "none"},
            {"1.12.1.4", 1, "Oper.Link.Entry.1.LocalPortNumber", "?", "none"},
            {"1.12.1.13", 1, "Oper.Link.Entry.1.RemoteConnID", "0102030405", Octets({1, 2, 3})}});
@@ -213,7 +216,7 @@ TEST_F(TableValuesTest, NameServerEntryByIndexAlone) {
     EXPECT_EQ(ask("5.2.1.1.9", 0, entry + "FC4TypeBitMap", "01"), Octets({1}, 32));
     EXPECT_EQ(ask("5.2.1.1.14", 0, entry + "SymPortName", ""), "");
     EXPECT_EQ(Get("5.2.1.1.7", index), "none");
-    for (const std::size_t part : {0u, 16u, 24u, 26u}) {
+    for (const std::size_t part : {0u, 8u, 15u, 16u, 24u, 26u}) {
         for (const oid number : {index[part] + 1, oid{256}}) {
             Oid other = index;
             other[part] = number;

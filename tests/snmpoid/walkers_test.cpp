@@ -220,6 +220,8 @@ TEST_F(WalkersTest, EventsAreTheNewestOfEachLog) {
         server.SetValue(7, "Oper.Switch.NextLogEntry.3", answer);
         EXPECT_EQ(NextRow(GetNextUnitEvent, Row(kSecond, 3)), Oid{}) << answer;
     }
+    server.SetValue(7, "Oper.Switch.NextLogEntry.2", "no id");
+    EXPECT_EQ(NextRow(GetNextUnitEvent, Row(kSecond, 2)), Row(kSecond, 3));
     // Ids that are missing lead to the entry behind them, each in its turn.
     server.WithFabric(
         [](sim::Fabric& fabric) { fabric.Find(7)->log.erase(fabric.Find(7)->log.begin() + 1); });

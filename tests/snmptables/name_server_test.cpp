@@ -54,10 +54,14 @@ TEST_F(NameServerTest, EntriesAreOrderedWhateverOrderAndCaseTheSwitchUses) {
     EXPECT_EQ(GetNextNameServer("1000020000000300", "ff", entry), -1);
     EXPECT_EQ(GetNextNameServer("1000020000000101", "ff", entry), 0);  // between two switches
     EXPECT_EQ(entry.domainId, 7);
-    EXPECT_EQ(GetNameServerEntry("1000020000000100", "210000000000000c", "020200", entry), 0);
+    const auto find = [&](const char* switchWwn, const char* portWwn, bool wanted) {
+        return GetNameServerEntry(
+            switchWwn, portWwn, [&](const NameServerMatch&) { return wanted; }, entry);
+    };
+    EXPECT_EQ(find("1000020000000100", "210000000000000c", true), 0);
     EXPECT_STREQ(entry.portWwn, kC.c_str());
-    EXPECT_EQ(GetNameServerEntry("1000020000000100", "210000000000000c", "020100", entry), -1);
-    EXPECT_EQ(GetNameServerEntry("1000020000000200", kA.c_str(), "020100", entry), -1);
+    EXPECT_EQ(find("1000020000000100", "210000000000000c", false), -1);
+    EXPECT_EQ(find("1000020000000200", kA.c_str(), true), -1);
 }
 
 TEST_F(NameServerTest, SwitchesWithoutEntriesLeaveNoGap) {

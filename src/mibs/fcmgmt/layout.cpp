@@ -6,24 +6,24 @@ namespace snmpmain::fcmgmt {
 namespace {
 
 constexpr Column kTrapRegistrations[] = {
-    {1, 133, ASN_IPADDRESS, Access::kReadOnly, "trapRegIpAddress"},
-    {2, 134, ASN_INTEGER, Access::kReadOnly, "trapRegPort"},
-    {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter"},
-    {4, 136, ASN_INTEGER, Access::kReadWrite, "trapRegRowState"},
+    {1, 133, ASN_IPADDRESS, Access::kReadOnly, "trapRegIpAddress", NeverAnswers()},
+    {2, 134, ASN_INTEGER, Access::kReadOnly, "trapRegPort", NeverAnswers()},
+    {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter", NeverAnswers()},
+    {4, 136, ASN_INTEGER, Access::kReadWrite, "trapRegRowState", NeverAnswers()},
 };
 
 constexpr Column kPlatforms[] = {
-    {1, 211, ASN_INTEGER, Access::kReadOnly, nullptr},
-    {2, 212, ASN_INTEGER, Access::kReadOnly, nullptr},
-    {3, 213, ASN_OCTET_STR, Access::kReadOnly, nullptr},
-    {4, 214, ASN_OCTET_STR, Access::kReadOnly, nullptr},
-    {6, 215, ASN_INTEGER, Access::kReadOnly, nullptr},
-    {7, 216, ASN_OCTET_STR, Access::kReadOnly, nullptr},
-    {8, 217, ASN_OCTET_STR, Access::kReadOnly, nullptr},
-    {9, 218, ASN_OCTET_STR, Access::kReadOnly, nullptr},
-    {10, 219, ASN_OCTET_STR, Access::kReadOnly, nullptr},
-    {11, 220, ASN_INTEGER, Access::kReadOnly, nullptr},
-    {12, 221, ASN_OCTET_STR, Access::kReadOnly, nullptr},
+    {1, 211, ASN_INTEGER, Access::kReadOnly, nullptr, NeverAnswers()},
+    {2, 212, ASN_INTEGER, Access::kReadOnly, nullptr, NeverAnswers()},
+    {3, 213, ASN_OCTET_STR, Access::kReadOnly, nullptr, NeverAnswers()},
+    {4, 214, ASN_OCTET_STR, Access::kReadOnly, nullptr, NeverAnswers()},
+    {6, 215, ASN_INTEGER, Access::kReadOnly, nullptr, NeverAnswers()},
+    {7, 216, ASN_OCTET_STR, Access::kReadOnly, nullptr, NeverAnswers()},
+    {8, 217, ASN_OCTET_STR, Access::kReadOnly, nullptr, NeverAnswers()},
+    {9, 218, ASN_OCTET_STR, Access::kReadOnly, nullptr, NeverAnswers()},
+    {10, 219, ASN_OCTET_STR, Access::kReadOnly, nullptr, NeverAnswers()},
+    {11, 220, ASN_INTEGER, Access::kReadOnly, nullptr, NeverAnswers()},
+    {12, 221, ASN_OCTET_STR, Access::kReadOnly, nullptr, NeverAnswers()},
 };
 
 constexpr std::span<const Column> kTrapRegistrationColumns = kTrapRegistrations;

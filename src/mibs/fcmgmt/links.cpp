@@ -1,3 +1,5 @@
+#include <arpa/inet.h>
+
 #include <cstring>
 
 #include "src/mibs/conversions.h"
@@ -13,37 +15,41 @@ constexpr Word kUnitTypeWords[] = {{"Unknown", 1}, {"Other", 2},     {"Hub", 3},
                                    {"Gateway", 5}, {"Converter", 6}, {"HBA", 7}};
 constexpr WordTable kUnitTypes{kUnitTypeWords, 1};
 
-constexpr std::uint32_t kWwnSize = 16;    // octets
-constexpr std::uint32_t kConnIdSize = 3;  // octets
 constexpr std::uint32_t kIpv4 = 1;
 
-// An agent without an address is answered as a plain "0".
+// An address comes as 8 hexadecimal digits, or dotted; a link without an agent at its other end
+// answers a plain "0", which stands for no address rather than for a bad one.
 int ReadAgentAddress(const Column& column, const Instance& instance, MibValue& value) {
     constexpr std::size_t kAddressDigits = 8;
     if (QueryText(column, instance, value) != 0) {
         return -1;
     }
-    if (std::strlen(value.text.data()) == kAddressDigits) {
-        ParseReturnValue(value.text.data(), value.text.size(), kIpAddress, nullptr);
+    char* text = value.text.data();
+    if (std::strchr(text, '.') == nullptr && std::strlen(text) == kAddressDigits) {
+        ParseReturnValue(text, value.text.size(), kIpAddress, nullptr);
     }
-    return SetOctets(value, WidenAddress(value.text.data()));
+    in_addr address;
+    if (std::strchr(text, '.') != nullptr && ::inet_aton(text, &address) == 0) {
+        return -1;
+    }
+    return SetOctets(value, WidenAddress(text));
 }
 
 constexpr Column kLinks[] = {
     {1, 93, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkUnitId", Computed(ReadUnitId)},
     {2, 94, ASN_INTEGER, Access::kReadOnly, "connUnitLinkIndex", LastIndex()},
     {3, 95, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkNodeIdX",
-     HexOctetsOf("Get.Oper.Link.Entry.%i.LocalNodeWwn", kWwnSize)},
+     HexOctetsOf("Get.Oper.Link.Entry.%i.LocalNodeWwn", kUnitIdSize)},
     {4, 96, ASN_INTEGER, Access::kReadOnly, "connUnitLinkPortNumberX",
      NumberOf("Get.Oper.Link.Entry.%i.LocalPortNumber")},
     {5, 97, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkPortWwnX",
-     HexOctetsOf("Get.Oper.Link.Entry.%i.LocalPortWwn", kWwnSize)},
+     HexOctetsOf("Get.Oper.Link.Entry.%i.LocalPortWwn", kUnitIdSize)},
     {6, 98, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkNodeIdY",
-     HexOctetsOf("Get.Oper.Link.Entry.%i.RemoteNodeWwn", kWwnSize)},
+     HexOctetsOf("Get.Oper.Link.Entry.%i.RemoteNodeWwn", kUnitIdSize)},
     {7, 99, ASN_INTEGER, Access::kReadOnly, "connUnitLinkPortNumberY",
      NumberOf("Get.Oper.Link.Entry.%i.RemotePortNumber")},
     {8, 100, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkPortWwnY",
-     HexOctetsOf("Get.Oper.Link.Entry.%i.RemotePortWwn", kWwnSize)},
+     HexOctetsOf("Get.Oper.Link.Entry.%i.RemotePortWwn", kUnitIdSize)},
     {9, 101, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkAgentAddressY",
      Computed(ReadAgentAddress, "Get.Oper.Link.Entry.%i.RemoteAgentAddr")},
     {10, 102, ASN_INTEGER, Access::kReadOnly, "connUnitLinkAgentAddressTypeY", Constant(kIpv4)},
@@ -52,7 +58,7 @@ constexpr Column kLinks[] = {
     {12, 104, ASN_INTEGER, Access::kReadOnly, "connUnitLinkUnitTypeY",
      WholeWordOf("Get.Oper.Link.Entry.%i.RemoteUnitType", kUnitTypes)},
     {13, 105, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkConnIdY",
-     HexOctetsOf("Get.Oper.Link.Entry.%i.RemoteConnID", kConnIdSize)},
+     HexOctetsOf("Get.Oper.Link.Entry.%i.RemoteConnID", kPortIdSize)},
     {14, 106, ASN_INTEGER, Access::kReadOnly, "connUnitLinkCurrIndex",
      NumberOf("Get.Oper.Link.LastLinkEntry")},
 };

@@ -2,6 +2,7 @@
 
 #include "src/mibs/conversions.h"
 #include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmpoid/walkers.h"
 
 namespace snmpmain::fcmgmt {
@@ -10,11 +11,6 @@ namespace {
 constexpr Word kPortTypeWords[] = {{"N", 1},   {"NL", 2},   {"FNL", 3}, {"NX", 127},
                                    {"F", 129}, {"FL", 130}, {"E", 132}, {"B", 133}};
 constexpr WordTable kPortTypes{kPortTypeWords, 0};
-
-// Sizes in octets.
-constexpr std::uint32_t kSwitchIdSize = 16;
-constexpr std::uint32_t kWwnSize = 8;
-constexpr std::uint32_t kPortIdSize = 3;
 
 // Places among the instance's texts; commands name an entry by its port id.
 constexpr std::size_t kPortIdPlace = 0;
@@ -45,7 +41,7 @@ int ReadFc4Type(const Column& column, const Instance& instance, MibValue& value)
 
 constexpr Column kNameServer[] = {
     {1, 194, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsId",
-     IndexOctets(kSwitchWwnPlace, kSwitchIdSize)},
+     IndexOctets(kSwitchWwnPlace, kUnitIdSize)},
     {2, 195, ASN_INTEGER, Access::kReadOnly, "connUnitSnsPortIndex",
      Computed(ReadPortNumber, "Get.Oper.NameServer.Entry.%s.PortNumber")},
     {3, 196, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsPortIdentifier",
@@ -84,10 +80,8 @@ int ResolveEntry(const HandlerCall& call, Instance& instance) {
         return -1;
     }
     const std::span name(call.name, *call.length);
-    NameServerIndex index;
     NameServerMatch entry;
-    if (ReadNameServerIndex(name.last<kNameServerIndexLength>(), index) != 0 ||
-        GetNameServerEntry(index.switchWwn, index.portWwn, index.portId, entry) != 0) {
+    if (FindNameServerEntry(name.last<kNameServerIndexLength>(), entry) != 0) {
         return -1;
     }
     return CompleteEntry(entry, instance);

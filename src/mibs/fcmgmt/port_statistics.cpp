@@ -19,17 +19,17 @@ int ReadWordCounter(const Column& column, const Instance& instance, MibValue& va
     return SetOctets(value, ReadCounter64Times4(value.text.data()));
 }
 
-constexpr ValueSource CounterOf(const char* command) {
+consteval ValueSource CounterOf(const char* command) {
     return Computed(ReadCounter, command);
 }
 
 // The switch counts words of four octets.
-constexpr ValueSource WordCounterOf(const char* command) {
+consteval ValueSource WordCounterOf(const char* command) {
     return Computed(ReadWordCounter, command);
 }
 
 // What managers are told of a counter that the switch does not have.
-constexpr ValueSource NotCounted() {
+consteval ValueSource NotCounted() {
     return ConstantOctets("\x80\0\0\0\0\0\0\0");
 }
 

@@ -36,10 +36,6 @@ constexpr WordTable kSpeeds{kSpeedWords, kSpeedUnknown};
 constexpr Word kClassWords[] = {{"F", 0x0C}, {"FL", 0x0C}};
 constexpr WordTable kClasses{kClassWords, 0x0D};
 
-constexpr std::uint32_t kWwnSize = 16;  // octets, the last 8 of them zero
-constexpr std::size_t kNodeWwnSize = 8;
-constexpr std::uint32_t kPortIdSize = 3;
-
 int ReadType(const Column& column, const Instance& instance, MibValue& value) {
     if (QueryText(column, instance, value) != 0) {
         return -1;
@@ -94,7 +90,7 @@ int ReadStatObject(const Column&, const Instance&, MibValue& value) {
 }
 
 int ReadNodeWwn(const Column&, const Instance& instance, MibValue& value) {
-    return SetHexOctets(value, WwnOfUnit(instance), kNodeWwnSize);
+    return SetHexOctets(value, WwnOfUnit(instance), kWwnSize);
 }
 
 constexpr Column kPorts[] = {
@@ -113,7 +109,7 @@ constexpr Column kPorts[] = {
     {9, 65, ASN_INTEGER, Access::kReadOnly, "connUnitPortModuleType",
      WholeWordOf("Get.Oper.UserPort.%d.%d.LinkSpeed", kModules)},
     {10, 66, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortWwn",
-     HexOctetsOf("Get.Oper.UserPort.%d.%d.WWN", kWwnSize)},
+     HexOctetsOf("Get.Oper.UserPort.%d.%d.WWN", kUnitIdSize)},
     {11, 67, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortFCId",
      HexOctetsOf("Get.Oper.UserPort.%d.%d.PortID", kPortIdSize)},
     {12, 68, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortSn", NeverAnswers()},

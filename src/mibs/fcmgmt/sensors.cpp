@@ -12,8 +12,7 @@ namespace {
 // What is the same for all sensors of a kind.
 struct SensorKind {
     const char* name;
-    const char*
-        nameEnd;  // behind the number within the kind; null where the blade is named instead
+    const char* nameEnd;  // follows the number; null where the blade is named instead
     std::uint32_t type;
     std::uint32_t characteristic;
 };

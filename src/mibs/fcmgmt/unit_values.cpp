@@ -7,12 +7,6 @@
 #include "src/snmptables/unit_table.h"
 
 namespace snmpmain::fcmgmt {
-namespace {
-
-constexpr std::size_t kUnitIdSize = 16;
-
-}  // namespace
-
 const char* WwnOfUnit(const Instance& instance) {
     const char* wwn = IsLocalDomain(instance.domain) ? GetSwitchWwn(instance.domain)
                                                      : GetWWNfromIndex(instance.unit);

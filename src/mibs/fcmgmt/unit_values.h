@@ -5,6 +5,11 @@
 
 namespace snmpmain::fcmgmt {
 
+// Sizes in octets. Unit ids, and the WWNs of most tables, are a WWN and 8 zeros.
+constexpr std::uint32_t kWwnSize = 8;
+constexpr std::uint32_t kUnitIdSize = 16;
+constexpr std::uint32_t kPortIdSize = 3;
+
 // 16 octets from the WWN of the instance's unit, or of none when it is not known.
 int ReadUnitId(const Column& column, const Instance& instance, MibValue& value);
 
@@ -15,7 +20,7 @@ const char* WwnOfUnit(const Instance& instance);
 // "http://" and the unit's management address, "Get.Config.System.IPAddress".
 int ReadUrl(const Column& column, const Instance& instance, MibValue& value);
 
-constexpr ValueSource UrlOf() {
+consteval ValueSource UrlOf() {
     return Computed(ReadUrl, "Get.Config.System.IPAddress");
 }
 

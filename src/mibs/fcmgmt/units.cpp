@@ -20,7 +20,6 @@ constexpr Word kLogLevelWords[] = {{"Critical", 4}, {"Warn", 6}, {"Info", 8}, {"
 constexpr WordTable kEventFilter{kLogLevelWords, 1};
 
 constexpr std::uint32_t kTicksPerSecond = 100;
-constexpr std::size_t kFabricIdSize = 16;
 
 int ReadPortCount(const Column&, const Instance& instance, MibValue& value) {
     return SetNumber(value, GetMaxPorts(instance.domain));
@@ -77,7 +76,7 @@ int ReadFabricId(const Column& column, const Instance&, MibValue& value) {
     if (SwitchMgmtQuery(0, column.source.command, value.text, kString) != 0) {
         return -1;
     }
-    return SetHexOctets(value, value.text.data(), kFabricIdSize);
+    return SetHexOctets(value, value.text.data(), kUnitIdSize);
 }
 
 constexpr Column kUnits[] = {

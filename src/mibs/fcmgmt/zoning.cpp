@@ -3,6 +3,7 @@
 
 #include "src/base/trace_log.h"
 #include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmpoid/walkers.h"
 
 namespace snmpmain::fcmgmt {
@@ -14,15 +15,14 @@ constexpr WordTable kMemberTypes{kMemberWords, 255};
 constexpr Word kZoneTypeWords[] = {{"Soft", 0x80}};
 constexpr WordTable kZoneTypes{kZoneTypeWords, 0x40};
 
-constexpr std::uint32_t kMemberIdSize = 16;  // octets
-constexpr std::size_t kNamePlace = 0;        // among the instance's texts
+constexpr std::size_t kNamePlace = 0;  // among the instance's texts
 constexpr std::size_t kIdPlace = 1;
 
 int ReadGroupNumber(const Column&, const Instance& instance, MibValue& value) {
     return SetNumber(value, instance.row);
 }
 
-// The column has no meaning on these switches; support wants to know when somebody asks for it.
+// Registered, but no value is defined for it: logged as an object of no table.
 int ReportUnknown(const Column&, const Instance&, MibValue&) {
     TraceLog(kSevere, "%s %d:Unknown oid sent to fcmgmt", "fcmgmt", __LINE__);
     return -1;
@@ -44,7 +44,7 @@ constexpr Column kZoneMembers[] = {
      NumberOf("Get.Oper.Zoning.ActiveZone.%s.MemberEntries")},
     {10, 118, ASN_INTEGER, Access::kReadOnly, nullptr,
      WordOf("Get.Oper.Zoning.ActiveZone.%s.ZoneMember.%s.Type", kMemberTypes)},
-    {11, 119, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexOctets(kIdPlace, kMemberIdSize)},
+    {11, 119, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexOctets(kIdPlace, kUnitIdSize)},
 };
 
 constexpr Column kAliasMembers[] = {
@@ -56,7 +56,7 @@ constexpr Column kAliasMembers[] = {
      NumberOf("Get.Oper.Zoning.Alias.%s.MemberEntries")},
     {6, 127, ASN_INTEGER, Access::kReadOnly, nullptr,
      WordOf("Get.Oper.Zoning.Alias.%s.ZoneMember.%s.Type", kMemberTypes)},
-    {7, 128, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexOctets(kIdPlace, kMemberIdSize)},
+    {7, 128, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexOctets(kIdPlace, kUnitIdSize)},
 };
 
 // The local switch knows the zoning of the whole fabric.
@@ -70,37 +70,32 @@ int CompleteMember(const ZoneMemberNode* member, Instance& instance) {
     return 0;
 }
 
-int ResolveMember(const ZoneMemberNode* (*find)(std::uint32_t group, std::uint32_t member),
-                  const HandlerCall& call, Instance& instance) {
+// How the rows of one of the tables are found.
+struct MemberTable {
+    void (*refresh)();
+    const ZoneMemberNode* (*exact)(std::uint32_t group, std::uint32_t member);
+    int (*next)(const variable* vp, oid* name, std::size_t* length, const ZoneMemberNode*& member);
+};
+constexpr MemberTable kZones{RefreshZoningTable, GetZoneMember, GetNextZoneMember};
+constexpr MemberTable kAliases{RefreshAliasTable, GetAliasMember, GetNextAliasMember};
+
+template <const MemberTable& kTable>
+int ResolveMember(const HandlerCall& call, Instance& instance) {
+    kTable.refresh();
     if (*call.length != call.vp->namelen + kMemberIndexLength) {
         return -1;
     }
     const oid* index = call.name + call.vp->namelen;
     return CompleteMember(
-        find(static_cast<std::uint32_t>(index[0]), static_cast<std::uint32_t>(index[1])), instance);
+        kTable.exact(static_cast<std::uint32_t>(index[0]), static_cast<std::uint32_t>(index[1])),
+        instance);
 }
 
-int ResolveZoneMember(const HandlerCall& call, Instance& instance) {
-    RefreshZoningTable();
-    return ResolveMember(GetZoneMember, call, instance);
-}
-
-int NextZoneMember(const HandlerCall& call, Instance& instance) {
-    RefreshZoningTable();
+template <const MemberTable& kTable>
+int NextMember(const HandlerCall& call, Instance& instance) {
+    kTable.refresh();
     const ZoneMemberNode* member = nullptr;
-    GetNextZoneMember(call.vp, call.name, call.length, member);
-    return CompleteMember(member, instance);
-}
-
-int ResolveAliasMember(const HandlerCall& call, Instance& instance) {
-    RefreshAliasTable();
-    return ResolveMember(GetAliasMember, call, instance);
-}
-
-int NextAliasMember(const HandlerCall& call, Instance& instance) {
-    RefreshAliasTable();
-    const ZoneMemberNode* member = nullptr;
-    GetNextAliasMember(call.vp, call.name, call.length, member);
+    kTable.next(call.vp, call.name, call.length, member);
     return CompleteMember(member, instance);
 }
 
@@ -111,9 +106,9 @@ constexpr std::span<const Column> kAliasColumns = kAliasMembers;
 }  // namespace
 
 constinit const ServedTable kZoneTable{
-    "fcmgmt", {&kZoneColumns, 1}, {ResolveZoneMember, NextZoneMember}};
+    "fcmgmt", {&kZoneColumns, 1}, {ResolveMember<kZones>, NextMember<kZones>}};
 
 constinit const ServedTable kAliasTable{
-    "fcmgmt", {&kAliasColumns, 1}, {ResolveAliasMember, NextAliasMember}};
+    "fcmgmt", {&kAliasColumns, 1}, {ResolveMember<kAliases>, NextMember<kAliases>}};
 
 }  // namespace snmpmain::fcmgmt
