@@ -12,6 +12,8 @@ namespace sim {
 namespace {
 
 constexpr const char* kUptimePath = "Oper.Switch.Uptime";
+constexpr std::string_view kOwnNames = "Oper.NameServer.";
+constexpr std::string_view kNamesOf = "Oper.NameServerAll.";
 constexpr std::string_view kNextLog = "Oper.Switch.NextLogEntry.";
 constexpr std::string_view kNextLink = "Oper.Link.NextLinkEntry.";
 
@@ -120,12 +122,16 @@ void AddPort(ReplyMap& map, const Port& port, const std::string& index) {
 
 void AddPorts(ReplyMap& map, const Switch& unit) {
     map["Oper.Switch.MaxPorts"] = std::to_string(unit.ports.size());
+    std::vector<unsigned> links(unit.ports.size());
+    for (const Link& link : unit.links) {
+        if (link.localPort < links.size()) {
+            links[link.localPort]++;
+        }
+    }
     for (std::size_t p = 0; p < unit.ports.size(); p++) {
         const std::string index = std::to_string(p);
         AddPort(map, unit.ports[p], index);
-        const auto links = std::count_if(unit.links.begin(), unit.links.end(),
-                                         [p](const Link& link) { return link.localPort == p; });
-        map["Oper.Link.Port.0." + index + ".LinkEntries"] = std::to_string(links);
+        map["Oper.Link.Port.0." + index + ".LinkEntries"] = std::to_string(links[p]);
     }
 }
 
@@ -139,15 +145,17 @@ void AddLinks(ReplyMap& map, const Switch& unit) {
     }
 }
 
-void AddNameServer(ReplyMap& map, const Fabric& fabric, const Switch& unit,
-                   const std::string& prefix) {
+/// A switch's name server, without what paths to it begin with.
+ReplyMap RenderNameServer(const Fabric& fabric, const Switch& unit) {
+    ReplyMap map;
     std::vector<std::string> keys;
     for (const NsEntry& entry : unit.nameServer) {
         keys.push_back(entry.portId);
-        AddFields(map, entry, NsFields(), prefix + "Entry." + entry.portId + ".");
+        AddFields(map, entry, NsFields(), "Entry." + entry.portId + ".");
     }
-    map[prefix + "Entries"] = std::to_string(keys.size());
-    AddList(map, prefix + "FirstNsEntry", prefix + "NextNsEntry", keys, EndText(fabric));
+    map["Entries"] = std::to_string(keys.size());
+    AddList(map, "FirstNsEntry", "NextNsEntry", keys, EndText(fabric));
+    return map;
 }
 
 void AddLog(ReplyMap& map, const Fabric& fabric, const Switch& unit) {
@@ -189,6 +197,50 @@ void AddZoning(ReplyMap& map, const Fabric& fabric) {
     AddList(map, "Oper.Zoning.FirstAlias", "Oper.Zoning.NextAlias", aliases, EndText(fabric));
 }
 
+/// What a switch answers about itself. Only what moves with the time or stands in a sparse list is
+/// left out.
+ReplyMap RenderSwitch(const Fabric& fabric, const Switch& unit) {
+    ReplyMap map;
+    map["Oper.Switch.Nop"] = "Ok";
+    map["Oper.Switch.DomainID"] = std::to_string(unit.domain);
+    map["Config.Zoning.MergeMode"] = fabric.mergeMode;
+    map["Config.Snmp.ProxyEnable"] = BoolText(fabric.proxy);
+    AddFields(map, unit, SwitchFields(), "");
+    for (const auto& [name, version] : unit.softwareVersions) {
+        map["Oper.Switch.SwVersion." + name] = version;
+    }
+    for (std::size_t i = 0; i < unit.traps.size(); i++) {
+        AddFields(map, unit.traps[i], TrapFields(), "Config.Snmp.",
+                  i == 0 ? "" : std::to_string(i));
+    }
+    AddHardware(map, unit);
+    AddPorts(map, unit);
+    AddLinks(map, unit);
+    AddLog(map, fabric, unit);
+    for (const auto& [path, text] : unit.values) {
+        map[path] = text.value_or(ErrorText(CommandError::kFailed));
+    }
+    return map;
+}
+
+/// What every switch answers about the fabric, but for the name servers.
+ReplyMap RenderFabric(const Fabric& fabric) {
+    ReplyMap map;
+    std::vector<std::string> domains;
+    map["Oper.Switch.WhoIsPrincipal"] = EndText(fabric);
+    for (const Switch& unit : fabric.switches) {
+        const std::string domain = std::to_string(unit.domain);
+        domains.push_back(domain);
+        map["Oper.Fabric.Entry." + domain + ".WWN"] = unit.wwn;
+        if (unit.principal) {
+            map["Oper.Switch.WhoIsPrincipal"] = unit.wwn;
+        }
+    }
+    AddList(map, "Oper.Fabric.FirstDomainID", "Oper.Fabric.NextDomainID", domains, EndText(fabric));
+    AddZoning(map, fabric);
+    return map;
+}
+
 bool IsKey(std::string_view element) {
     const auto all = [element](const char* set) {
         return element.find_first_not_of(set) == std::string_view::npos;
@@ -217,13 +269,17 @@ std::string Shape(std::string_view path) {
 bool HasKnownShape(std::string_view path) {
     static const std::unordered_set<std::string> kShapes = [] {
         const Fabric sample = GenerateFabric(2);
+        const Switch& unit = sample.switches.front();
         std::unordered_set<std::string> shapes;
-        for (const ReplyMap& map :
-             {RenderFabric(sample), RenderSwitch(sample, sample.switches.front())}) {
+        const auto add = [&shapes](const ReplyMap& map, const std::string& prefix) {
             for (const auto& reply : map) {
-                shapes.insert(Shape(reply.first));
+                shapes.insert(Shape(prefix + reply.first));
             }
-        }
+        };
+        add(RenderFabric(sample), "");
+        add(RenderSwitch(sample, unit), "");
+        add(RenderNameServer(sample, unit), std::string(kOwnNames));
+        add(RenderNameServer(sample, unit), std::string(kNamesOf) + "1.");
         shapes.erase("");
         return shapes;
     }();
@@ -247,49 +303,6 @@ std::string ErrorText(CommandError error) {
     return "#" + std::to_string(static_cast<int>(error));
 }
 
-ReplyMap RenderSwitch(const Fabric& fabric, const Switch& unit) {
-    ReplyMap map;
-    map["Oper.Switch.Nop"] = "Ok";
-    map["Oper.Switch.DomainID"] = std::to_string(unit.domain);
-    map["Config.Zoning.MergeMode"] = fabric.mergeMode;
-    map["Config.Snmp.ProxyEnable"] = BoolText(fabric.proxy);
-    AddFields(map, unit, SwitchFields(), "");
-    for (const auto& [name, version] : unit.softwareVersions) {
-        map["Oper.Switch.SwVersion." + name] = version;
-    }
-    for (std::size_t i = 0; i < unit.traps.size(); i++) {
-        AddFields(map, unit.traps[i], TrapFields(), "Config.Snmp.",
-                  i == 0 ? "" : std::to_string(i));
-    }
-    AddHardware(map, unit);
-    AddPorts(map, unit);
-    AddLinks(map, unit);
-    AddNameServer(map, fabric, unit, "Oper.NameServer.");
-    AddLog(map, fabric, unit);
-    for (const auto& [path, text] : unit.values) {
-        map[path] = text.value_or(ErrorText(CommandError::kFailed));
-    }
-    return map;
-}
-
-ReplyMap RenderFabric(const Fabric& fabric) {
-    ReplyMap map;
-    std::vector<std::string> domains;
-    map["Oper.Switch.WhoIsPrincipal"] = EndText(fabric);
-    for (const Switch& unit : fabric.switches) {
-        const std::string domain = std::to_string(unit.domain);
-        domains.push_back(domain);
-        map["Oper.Fabric.Entry." + domain + ".WWN"] = unit.wwn;
-        AddNameServer(map, fabric, unit, "Oper.NameServerAll." + domain + ".");
-        if (unit.principal) {
-            map["Oper.Switch.WhoIsPrincipal"] = unit.wwn;
-        }
-    }
-    AddList(map, "Oper.Fabric.FirstDomainID", "Oper.Fabric.NextDomainID", domains, EndText(fabric));
-    AddZoning(map, fabric);
-    return map;
-}
-
 Commands::Commands(const Fabric& fabric) : fabric_(fabric) {
     Forget();
 }
@@ -297,9 +310,8 @@ Commands::Commands(const Fabric& fabric) : fabric_(fabric) {
 void Commands::Forget() {
     fabricWide_.reset();
     byDomain_.fill(nullptr);
-    for (auto& map : rendered_) {
-        map.reset();
-    }
+    rendered_ = {};
+    nameServers_ = {};
     for (const Switch& unit : fabric_.switches) {
         byDomain_[unit.domain & 0xFF] = &unit;
     }
@@ -310,21 +322,45 @@ const Switch* Commands::Find(std::uint32_t domain) const {
     return wanted < byDomain_.size() ? byDomain_[wanted] : nullptr;
 }
 
-std::string Commands::Get(const Switch& unit, std::string_view path, std::uint32_t runningSeconds) {
+const std::string* Commands::FindRendered(const Switch& unit, std::string_view path) {
+    const auto find = [](const ReplyMap& map, std::string_view key) -> const std::string* {
+        const auto found = map.find(key);
+        return found == map.end() ? nullptr : &found->second;
+    };
     std::unique_ptr<ReplyMap>& own = rendered_[unit.domain & 0xFF];
     if (own == nullptr) {
         own = std::make_unique<ReplyMap>(RenderSwitch(fabric_, unit));
     }
-    if (const auto found = own->find(path); found != own->end()) {
-        return found->second;
+    if (const std::string* text = find(*own, path)) {
+        return text;
+    }
+    const Switch* named = nullptr;
+    std::string_view key;
+    if (path.starts_with(kOwnNames)) {
+        named = &unit;
+        key = path.substr(kOwnNames.size());
+    } else if (path.starts_with(kNamesOf)) {
+        const std::size_t end = std::min(path.find('.', kNamesOf.size()), path.size());
+        const std::uint32_t domain = NumberAfter(path.substr(0, end), kNamesOf).value_or(0);
+        named = domain < byDomain_.size() ? byDomain_[domain] : nullptr;
+        key = path.substr(std::min(end + 1, path.size()));
+    }
+    if (named != nullptr) {
+        std::unique_ptr<ReplyMap>& names = nameServers_[named->domain & 0xFF];
+        if (names == nullptr) {
+            names = std::make_unique<ReplyMap>(RenderNameServer(fabric_, *named));
+        }
+        return find(*names, key);
     }
     if (fabricWide_ == nullptr) {
         fabricWide_ = std::make_unique<ReplyMap>(RenderFabric(fabric_));
     }
-    if (const auto found = fabricWide_->find(path); found != fabricWide_->end()) {
-        return found->second;
-    }
-    return GetUnrendered(unit, path, runningSeconds);
+    return find(*fabricWide_, path);
+}
+
+std::string Commands::Get(const Switch& unit, std::string_view path, std::uint32_t runningSeconds) {
+    const std::string* text = FindRendered(unit, path);
+    return text != nullptr ? *text : GetUnrendered(unit, path, runningSeconds);
 }
 
 std::string Commands::GetUnrendered(const Switch& unit, std::string_view path,

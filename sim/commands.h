@@ -35,13 +35,9 @@ struct TextHash {
 /// Path to reply text.
 using ReplyMap = std::unordered_map<std::string, std::string, TextHash, std::equal_to<>>;
 
-/// What the given switch answers about itself, its `values` included, and what every switch
-/// answers about the fabric. Only what moves with the time or stands in a sparse list is left out.
-ReplyMap RenderSwitch(const Fabric& fabric, const Switch& unit);
-ReplyMap RenderFabric(const Fabric& fabric);
-
-/// Answers commands from rendered replies. A switch is rendered when it is first asked, so that a
-/// query costs one or two look-ups. The fabric must outlive this; one thread at a time.
+/// Answers commands from rendered replies. A switch and its name server are rendered when they are
+/// first asked, so that a query costs two or three look-ups, and a large fabric is not rendered all
+/// at once. The fabric must outlive this; one thread at a time.
 class Commands {
   public:
     explicit Commands(const Fabric& fabric);
@@ -57,12 +53,16 @@ class Commands {
     std::string Set(const Switch& unit, std::string_view text) const;
 
   private:
+    const std::string* FindRendered(const Switch& unit, std::string_view path);
     std::string GetUnrendered(const Switch& unit, std::string_view path,
                               std::uint32_t runningSeconds) const;
 
     const Fabric& fabric_;
     std::array<const Switch*, 256> byDomain_{};
+    // By domain: what the switch answers about itself, its `values` included, and its name server,
+    // which every switch tells.
     std::array<std::unique_ptr<ReplyMap>, 256> rendered_;
+    std::array<std::unique_ptr<ReplyMap>, 256> nameServers_;
     std::unique_ptr<ReplyMap> fabricWide_;
 };
 
