@@ -208,6 +208,12 @@ std::string CheckSwitch(const Switch& unit) {
             return wrong;
         }
     }
+    std::set<std::string_view> ids;
+    for (const NsEntry& entry : unit.nameServer) {
+        if (!ids.insert(entry.portId).second) {
+            return where + "two name_server entries have the port id " + entry.portId;
+        }
+    }
     for (std::size_t i = 1; i < unit.log.size(); i++) {
         if (unit.log[i].id <= unit.log[i - 1].id) {
             return where + "log entry ids must ascend, but " + std::to_string(unit.log[i].id) +

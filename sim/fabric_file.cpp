@@ -244,14 +244,23 @@ void ReadSwitch(TableReader& reader, Switch& unit) {
 }
 
 void ReadZones(TableReader& reader, const std::string& key, std::vector<Zone>& zones) {
-    reader.ForEachTable(key, [&](TableReader& zone, const toml::node&) {
+    // A key that stands twice in a list would lead a walk round in circles.
+    std::set<std::string> names;
+    reader.ForEachTable(key, [&](TableReader& zone, const toml::node& node) {
         Zone& part = zones.emplace_back();
         zone.Read("name", part.name);
         zone.Read("type", part.type);
-        zone.ForEachTable("members", [&](TableReader& member, const toml::node&) {
+        if (!names.insert(part.name).second) {
+            zone.FailAt(node, "a second " + key + " is called \"" + part.name + "\"");
+        }
+        std::set<std::string> ids;
+        zone.ForEachTable("members", [&](TableReader& member, const toml::node& element) {
             ZoneMember& each = part.members.emplace_back();
             member.Read("id", each.id);
             member.Read("type", each.type);
+            if (!ids.insert(each.id).second) {
+                member.FailAt(element, "\"" + each.id + "\" is a member twice");
+            }
         });
     });
 }
