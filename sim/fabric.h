@@ -257,8 +257,16 @@ std::string CheckFabric(const Fabric& fabric, std::size_t* culprit = nullptr);
 /// Three unlike switches (domains 1, 2 and 7; 2 is the local one).
 Fabric DefaultFabric();
 
-/// `switches` like switches of 16 ports, domains from 1 up; 1 to 239, else std::out_of_range.
-Fabric GenerateFabric(unsigned switches);
+inline constexpr unsigned kMaxGeneratedNames = 14 * 256;
+
+struct GeneratedSizes {
+    unsigned names = 14;       // devices of each switch: name-server entries and links
+    unsigned zoneMembers = 1;  // in all, 20 to a zone
+};
+
+/// `switches` like switches of 16 ports, domains from 1 up. Throws std::out_of_range outside 1 to
+/// 239 switches or above kMaxGeneratedNames devices.
+Fabric GenerateFabric(unsigned switches, const GeneratedSizes& sizes = {});
 
 /// Reads a fabric file. Throws FabricError.
 Fabric LoadFabric(const std::string& path);

@@ -1,5 +1,6 @@
 // The fabric that is built in, and fabrics of any size made by rule.
 #include <cstdio>
+#include <ctime>
 
 #include "sim/fabric.h"
 
@@ -23,8 +24,8 @@ std::string PortWwn(const Switch& unit, std::size_t port) {
     return Format("20%02x%s", static_cast<unsigned>(port), unit.wwn.substr(4).c_str());
 }
 
-std::string PortId(const Switch& unit, std::size_t port) {
-    return Format("%02x%02x00", unsigned{unit.domain}, static_cast<unsigned>(port));
+std::string PortId(const Switch& unit, std::size_t port, unsigned place = 0) {
+    return Format("%02x%02x%02x", unsigned{unit.domain}, static_cast<unsigned>(port), place);
 }
 
 /// Counters that differ between ports and between each other; the word counter of every fourth
@@ -51,17 +52,21 @@ void AddPort(Switch& unit, Port port) {
     unit.ports.push_back(port);
 }
 
-/// A host or disk at the port: a link and a name-server entry.
-void AttachDevice(Switch& unit, std::size_t port, const char* portType = "N") {
+/// A host or disk at the port: a link and a name-server entry. Devices at one port differ in their
+/// place, 0 to 255.
+void AttachDevice(Switch& unit, std::size_t port, const char* portType = "N", unsigned place = 0) {
+    static constexpr const char* kClasses[] = {"2,3", "3", "2,3,F", "1,2,3"};
+    static constexpr unsigned kProtocols[] = {0x100, 0x20, 0x12A};  // SCSI, IP, both and more
+    const std::size_t count = unit.nameServer.size();
     NsEntry entry;
-    entry.portId = unit.ports[port].portId;
+    entry.portId = PortId(unit, port, place);
     // The device names run against the port order, so that a sorted list differs from this one.
-    const auto device = static_cast<unsigned>(0xFF - port);
+    const auto device = place << 8 | static_cast<unsigned>(0xFF - port);
     entry.portWwn = Format("21000200%04x%04x", unsigned{unit.domain}, device);
     entry.nodeWwn = Format("20000200%04x%04x", unsigned{unit.domain}, device);
     entry.portNumber = static_cast<std::uint32_t>(port);
-    entry.classes = port % 2 == 0 ? "2,3" : "3";
-    entry.fc4Types = Format("00000100%056d", 0);
+    entry.classes = kClasses[count % std::size(kClasses)];
+    entry.fc4Types = Format("%08X%056d", kProtocols[count % std::size(kProtocols)], 0);
     entry.portType = portType;
     entry.fabricPortName = unit.ports[port].wwn;
     entry.symPortName = Format("Adapter %u of domain %u", device, unsigned{unit.domain});
@@ -100,13 +105,26 @@ void Connect(Switch& a, std::size_t aPort, Switch& b, std::size_t bPort) {
     ConnectOneWay(b, bPort, a, aPort);
 }
 
+/// One entry every three days and some hours of 2026.
 void FillLog(Switch& unit, std::uint32_t firstId, std::uint32_t lastId) {
+    static constexpr struct {
+        char severity;
+        const char* text;
+    } kEvents[] = {{'I', "Link state has changed"},
+                   {'W', "Decode errors above the threshold"},
+                   {'I', "Device logged in"},
+                   {'A', "Loss of synchronization"}};
+    constexpr std::time_t kNewYear = 1'767'225'600, kInterval = 3 * 86'400 + 26'417;
     for (std::uint32_t id = firstId; id <= lastId; id++) {
+        const std::time_t seconds = kNewYear + id * kInterval;
+        std::tm utc{};
+        gmtime_r(&seconds, &utc);
+        char time[40];
+        (void)std::strftime(time, sizeof time, "%a %b %e %H:%M:%S %Y", &utc);
+        const auto& event = kEvents[id % std::size(kEvents)];
         unit.log.push_back(
-            {id,
-             Format("Wed Nov %2u %02u:%02u:%02u 2026", 1 + id % 28, id % 24, id * 7 % 60,
-                    id * 13 % 60),
-             Format("[I][8400.%04u][User Port: %u][Link state has changed]", id, id % 8)});
+            {id, time,
+             Format("[%c][8400.%04u][User Port: %u][%s]", event.severity, id, id % 8, event.text)});
     }
 }
 
@@ -203,8 +221,35 @@ Switch LocalSwitch() {
     return unit;
 }
 
-/// Domain 7: two blades, one warm and one too hot, a port that is down, and a firmware that names
-/// its version only by way of the active image.
+/// What is rarely met: a loop with two devices and one without, links to everything, name-server
+/// entries of every type, a port whose words say nothing, and counters at the limits of their
+/// width.
+void AddOddities(Switch& unit) {
+    std::erase_if(unit.nameServer, [](const NsEntry& entry) { return entry.portNumber == 9; });
+    std::erase_if(unit.links, [](const Link& link) { return link.localPort == 9; });
+    AttachDevice(unit, 1, "NL", 0x2A);
+    const char* portTypes[] = {"N", "NL", "FNL", "NX", "F", "FL", "E", "B", "Public"};
+    const char* unitTypes[] = {"HBA",       "Hub",   "Gateway", "Switch",
+                               "Converter", "Other", "Unknown", "Bridge"};
+    for (std::size_t i = 0; i < std::size(portTypes); i++) {
+        unit.nameServer[i].portType = portTypes[i];
+    }
+    for (std::size_t i = 0; i < std::size(unitTypes); i++) {
+        unit.links[i].remoteUnitType = unitTypes[i];
+    }
+    Port& odd = unit.ports[23];
+    odd.runningType = "TR";
+    odd.operState = odd.adminState = "Isolated";
+    odd.linkSpeed = "8Gb/s";
+    odd.syncStatus = "SyncUnknown";
+    odd.diagStatus = "NotRun";
+    unit.ports[5].counters["TotalTxWords"] = 0x4000'0000'0000'0000;
+    unit.ports[5].counters["TotalRxWords"] = 0x3FFF'FFFF'FFFF'FFFF;
+    unit.ports[5].counters["TotalTxFrames"] = ~std::uint64_t{0};
+}
+
+/// Domain 7: two blades, one warm and one too hot, a fan and a port that are down, and a firmware
+/// that names its version only by way of the active image.
 Switch EdgeSwitch() {
     Switch unit;
     unit.domain = 7;
@@ -228,17 +273,22 @@ Switch EdgeSwitch() {
     unit.location = "Hall 2, rack 1";
     unit.rATov = 12000;
     unit.powerSupplies = {"Good", "Good"};
-    unit.fans = {"Good", "Good"};
+    unit.fans = {"Good", "Bad"};
     unit.blades = {{"Line", "1", "C1", "Warm", "Good", {52, 55}},
                    {"Line", "2", "C2", "Overheating", "Bad", {71, 78, 80}}};
     AddPorts(unit, 24);
     unit.ports[21].operState = "Down";
     unit.ports[21].name = "Cable under repair";
+    AddOddities(unit);
     FillLog(unit, 1, 3);
     return unit;
 }
 
-Switch GeneratedSwitch(unsigned domain, unsigned switches) {
+constexpr unsigned kIslPorts = 2;  // ports 0 and 1 of a generated switch lead to its neighbours
+constexpr unsigned kDevicePorts = 14;
+constexpr unsigned kZoneSize = 20;
+
+Switch GeneratedSwitch(unsigned domain, unsigned switches, unsigned names) {
     Switch unit;
     unit.domain = static_cast<std::uint16_t>(domain);
     // The names run against the domains.
@@ -259,14 +309,39 @@ Switch GeneratedSwitch(unsigned domain, unsigned switches) {
     unit.powerSupplies = {"Good", "Good"};
     unit.fans = {"Good", "Good"};
     unit.blades = {{"NotApplicable", "0", "A1", "Normal", "Good", {35, 36}}};
-    for (std::size_t p = 0; p < 16; p++) {
-        AddPort(unit, p < 2 ? kPortKinds[2] : kPortKinds[0]);
-        if (p >= 2) {
-            AttachDevice(unit, p);
-        }
+    for (std::size_t p = 0; p < kIslPorts + kDevicePorts; p++) {
+        AddPort(unit, p < kIslPorts ? kPortKinds[2] : kPortKinds[0]);
+    }
+    for (unsigned n = 0; n < names; n++) {
+        AttachDevice(unit, kIslPorts + n % kDevicePorts, "N", n / kDevicePorts);
     }
     FillLog(unit, 1, 5);
     return unit;
+}
+
+/// Zones whose members are the fabric's devices one after the other, three by name and every fourth
+/// by port id; when there are no more devices, by names that nobody has.
+std::vector<Zone> GeneratedZones(const Fabric& fabric, unsigned members) {
+    std::vector<const NsEntry*> devices;
+    for (const Switch& unit : fabric.switches) {
+        for (const NsEntry& entry : unit.nameServer) {
+            devices.push_back(&entry);
+        }
+    }
+    std::vector<Zone> zones;
+    for (unsigned n = 0; n < members; n++) {
+        if (n % kZoneSize == 0) {
+            const bool hard = zones.size() % 2 == 1;
+            zones.push_back({Format("Zone%zu", zones.size() + 1), hard ? "Hard" : "Soft", {}});
+        }
+        ZoneMember& member = zones.back().members.emplace_back();
+        const bool byId = n % 4 == 3 && n < devices.size();
+        member.type = byId ? "PortID" : "WWN";
+        member.id = byId                 ? devices[n]->portId
+                    : n < devices.size() ? devices[n]->portWwn
+                                         : Format("22000200%08x", n);
+    }
+    return zones;
 }
 
 }  // namespace
@@ -292,26 +367,32 @@ Fabric DefaultFabric() {
     };
     fabric.aliases = {
         {"AliasTape", "Soft", {{edge.nameServer[0].portWwn, "WWN"}}},
+        {"AliasEmpty", "Soft", {}},
         {"AliasPorts", "Soft", {{local.nameServer[1].portId, "PortID"}, {"0702", "DomainPort"}}},
+        {"AliasNode", "Soft", {{edge.nameServer[2].nodeWwn, "NodeName"}}},
     };
     return fabric;
 }
 
-Fabric GenerateFabric(unsigned switches) {
+Fabric GenerateFabric(unsigned switches, const GeneratedSizes& sizes) {
     if (switches < 1 || switches > kMaxSwitches) {
         throw std::out_of_range("a fabric has 1 to 239 switches, not " + std::to_string(switches));
     }
+    if (sizes.names > kMaxGeneratedNames) {
+        throw std::out_of_range("a generated switch has at most " +
+                                std::to_string(kMaxGeneratedNames) + " devices, not " +
+                                std::to_string(sizes.names));
+    }
     Fabric fabric;
     for (unsigned domain = 1; domain <= switches; domain++) {
-        fabric.switches.push_back(GeneratedSwitch(domain, switches));
+        fabric.switches.push_back(GeneratedSwitch(domain, switches, sizes.names));
     }
     for (std::size_t i = 0; i + 1 < fabric.switches.size(); i++) {
         Connect(fabric.switches[i], 1, fabric.switches[i + 1], 0);
     }
     fabric.localDomain = static_cast<std::uint16_t>((switches + 1) / 2);
     fabric.activeZoneSet = "GeneratedSet";
-    fabric.zones = {
-        {"ZoneAll", "Soft", {{fabric.switches.front().nameServer.front().portWwn, "WWN"}}}};
+    fabric.zones = GeneratedZones(fabric, sizes.zoneMembers);
     return fabric;
 }
 

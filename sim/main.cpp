@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "sim/server.h"
@@ -16,6 +18,8 @@ struct Options {
     std::string listen = "127.0.0.1";
     std::string fabricFile;
     unsigned domains = 0;  // 0: not given
+    sim::GeneratedSizes sizes;
+    std::optional<std::uint16_t> onlyDomain;
     bool printFabric = false;
     bool log = false;
     std::vector<std::uint16_t> silentDomains;
@@ -26,9 +30,19 @@ void Declare(CLI::App& app, Options& options) {
     app.add_option("--listen", options.listen, "Address in 127.0.0.0/8 to listen on, port 5001")
         ->capture_default_str();
     auto* file = app.add_option("--fabric", options.fabricFile, "Fabric file (TOML)");
-    app.add_option("--domains", options.domains, "Generate a fabric of so many switches")
-        ->check(CLI::Range(1u, sim::kMaxSwitches))
-        ->excludes(file);
+    auto* domains =
+        app.add_option("--domains", options.domains, "Generate a fabric of so many switches")
+            ->check(CLI::Range(1u, sim::kMaxSwitches))
+            ->excludes(file);
+    app.add_option("--names", options.sizes.names, "Devices of each generated switch")
+        ->check(CLI::Range(0u, sim::kMaxGeneratedNames))
+        ->capture_default_str()
+        ->needs(domains);
+    app.add_option("--zone-members", options.sizes.zoneMembers, "Zone members of that fabric")
+        ->check(CLI::Range(0u, 100'000u))
+        ->capture_default_str()
+        ->needs(domains);
+    app.add_option("--only-domain", options.onlyDomain, "Keep one switch, as the local one");
     app.add_flag("--print-fabric", options.printFabric, "Print the fabric as a file and end");
     app.add_flag("--log", options.log, "Print one line per command");
     app.add_option("--silent-domain", options.silentDomains, "A switch that never answers");
@@ -51,17 +65,27 @@ void Declare(CLI::App& app, Options& options) {
         ->group("Faults (P is 0..1)");
 }
 
+sim::Switch& FindDomain(sim::Fabric& fabric, const char* option, std::uint16_t domain) {
+    sim::Switch* unit = fabric.Find(domain);
+    if (unit == nullptr) {
+        throw std::out_of_range(std::string(option) + ": no switch has domain " +
+                                std::to_string(domain));
+    }
+    return *unit;
+}
+
 sim::Fabric ChooseFabric(const Options& options) {
     sim::Fabric fabric = !options.fabricFile.empty() ? sim::LoadFabric(options.fabricFile)
-                         : options.domains > 0       ? sim::GenerateFabric(options.domains)
-                                                     : sim::DefaultFabric();
+                         : options.domains > 0 ? sim::GenerateFabric(options.domains, options.sizes)
+                                               : sim::DefaultFabric();
+    if (options.onlyDomain) {
+        sim::Switch unit = FindDomain(fabric, "--only-domain", *options.onlyDomain);
+        unit.principal = true;
+        fabric.localDomain = unit.domain;
+        fabric.switches = {std::move(unit)};
+    }
     for (const std::uint16_t domain : options.silentDomains) {
-        sim::Switch* unit = fabric.Find(domain);
-        if (unit == nullptr) {
-            throw std::out_of_range("--silent-domain: no switch has domain " +
-                                    std::to_string(domain));
-        }
-        unit->silent = true;
+        FindDomain(fabric, "--silent-domain", domain).silent = true;
     }
     return fabric;
 }

@@ -19,9 +19,11 @@ std::string Ask(const Fabric& fabric, std::uint32_t domain, const std::string& p
 /// Walks a First/Next pair until it ends; the last element is how it ended.
 std::vector<std::string> Walk(const Fabric& fabric, std::uint32_t domain, const std::string& first,
                               const std::string& next) {
-    std::vector<std::string> found{Ask(fabric, domain, first)};
+    sim::Commands commands(fabric);
+    const sim::Switch& unit = *commands.Find(domain);
+    std::vector<std::string> found{commands.Get(unit, first, 0)};
     while (found.back()[0] != '#' && found.back() != "*end*") {
-        found.push_back(Ask(fabric, domain, next + "." + found.back()));
+        found.push_back(commands.Get(unit, next + "." + found.back(), 0));
     }
     return found;
 }
@@ -80,6 +82,41 @@ TEST(GeneratedFabric, HasUniqueNamesInAnotherOrderThanItsDomains) {
     }
     EXPECT_THROW(sim::GenerateFabric(0), std::out_of_range);
     EXPECT_THROW(sim::GenerateFabric(240), std::out_of_range);
+    EXPECT_THROW(sim::GenerateFabric(1, {.names = sim::kMaxGeneratedNames + 1}), std::out_of_range);
+}
+
+TEST(GeneratedFabric, ListsAsManyDevicesAndZoneMembersAsWanted) {
+    const struct {
+        unsigned switches;
+        sim::GeneratedSizes sizes;
+    } cases[] = {{2, {0, 0}}, {1, {sim::kMaxGeneratedNames, 41}}, {3, {20, 2000}}};
+    for (const auto& [switches, sizes] : cases) {
+        const Fabric fabric = sim::GenerateFabric(switches, sizes);
+        EXPECT_EQ(sim::CheckFabric(fabric), "");
+        std::set<std::string> devices;
+        for (const sim::Switch& unit : fabric.switches) {
+            const std::string names = "Oper.NameServerAll." + std::to_string(unit.domain) + ".";
+            const std::size_t listed =
+                Walk(fabric, 0, names + "FirstNsEntry", names + "NextNsEntry").size();
+            EXPECT_EQ(listed, sizes.names + 1);
+            for (const sim::NsEntry& entry : unit.nameServer) {
+                devices.insert(entry.portWwn);
+            }
+            const std::size_t neighbours = (unit.domain > 1) + (unit.domain < switches);
+            EXPECT_EQ(Ask(fabric, unit.domain, "Oper.Link.LinkEntries"),
+                      std::to_string(sizes.names + neighbours));
+        }
+        EXPECT_EQ(devices.size(), switches * sizes.names);
+        std::size_t members = 0;
+        const std::string set = "Oper.Zoning.ActiveZoneSet.";
+        std::vector<std::string> zones = Walk(fabric, 0, set + "FirstZone", set + "NextZone");
+        zones.pop_back();
+        for (const std::string& zone : zones) {
+            const std::string path = "Oper.Zoning.ActiveZone." + zone + ".";
+            members += Walk(fabric, 0, path + "FirstZoneMember", path + "NextZoneMember").size();
+        }
+        EXPECT_EQ(members, sizes.zoneMembers + zones.size());
+    }
 }
 
 TEST(FabricFile, ReadsBackWhatWasPrinted) {
@@ -92,7 +129,7 @@ TEST(FabricFile, ReadsBackWhatWasPrinted) {
     unit.ports[0].counters = {{"TotalErrors", ~std::uint64_t{0}}};
     unit.values = {{"Oper.Switch.Type", "x"}, {"Config.Mfg.WWN", std::nullopt}};
     EXPECT_TRUE(sim::ParseFabric(sim::PrintFabric(fabric), "copy") == fabric);
-    const Fabric large = sim::GenerateFabric(239);
+    const Fabric large = sim::GenerateFabric(239, {.names = 16, .zoneMembers = 50});
     EXPECT_TRUE(sim::ParseFabric(sim::PrintFabric(large), "copy") == large);
 }
 
@@ -113,6 +150,11 @@ TEST(FabricFile, NamesTheLineOfAMistake) {
          "f:3: no counter is called \"Frames\""},
         {"[[switch]]\n[switch.values]\n\"Oper.Switch.Type\" = true\n",
          "f:3: \"Oper.Switch.Type\" must be a text"},
+        {"[[zone]]\nname = \"Z\"\n[[zone]]\nname = \"Z\"\n", "f:3: a second zone is called \"Z\""},
+        {"[[alias]]\nmembers = [{ id = \"1\" }, { id = \"2\" },\n{ id = \"1\" }]\n",
+         "f:3: \"1\" is a member twice"},
+        {"[[switch]]\n[[switch.name_server]]\n[[switch.name_server]]\n",
+         "f:1: domain 1: two name_server entries have the port id 000000"},
         {"\nlocal_domain = 9\n[[switch]]\ndomain = 1\n", "f:2: no switch has the local domain 9"},
         {"", "f:1: no switch has the local domain 1"},
     };

@@ -98,12 +98,24 @@ TEST(Program, SaysWhenReadyLogsCommandsAndEndsCleanlyOnASignal) {
     }
 }
 
+TEST(Program, KeepsOneSwitchOfAFabricAsTheLocalAndPrincipalOne) {
+    const std::string address = LoopbackAddress(0);
+    Program program({"--listen", address, "--only-domain", "7"});
+    EXPECT_TRUE(program.Line().ends_with(":5001, 1 switches, local domain 7\n"));
+    simtest::Client client(address.c_str());
+    EXPECT_EQ(client.Get("Oper.Switch.MaxPorts"), "24");
+    EXPECT_EQ(client.Get("Oper.Switch.WhoIsPrincipal"), client.Get("Config.Mfg.WWN", 7));
+    EXPECT_EQ(client.Get("Oper.Fabric.NextDomainID.7"), "#2");
+}
+
 TEST(Program, RefusesOptionsThatMakeNoSense) {
     const std::vector<std::string> cases[] = {
         {"--lose", "1.5"},         {"--domains", "240"},
         {"--domains", "0"},        {"--unknown"},
         {"--listen", "192.0.2.1"}, {"--silent-domain", "3"},
         {"--delay", "-1"},         {"--domains", "2", "--fabric", "x"},
+        {"--names", "20"},         {"--domains", "2", "--names", "3585"},
+        {"--only-domain", "3"},
     };
     for (const auto& arguments : cases) {
         Program program(arguments);
