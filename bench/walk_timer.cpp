@@ -1,10 +1,12 @@
 // Times plain walks as a manager makes them, one GETNEXT per value over one session, without the
 // start-up of a tool in the figure.
 //
-//   walk_timer PEER RUNS OID...
+//   walk_timer RUNS PEER OID... [PEER OID...]...
 //
-// Prints for each OID the number of values below it and the median time per value in nanoseconds.
-// The OIDs are walked in turn, so that all meet the same machine.
+// Prints for each OID a line "PEER OID VALUES NANOSECONDS": how many values are below it, and the
+// median over the runs of the mean time per value. All walks of a run go on side by side, some
+// requests of each in turn and a shorter one again and again, so that all meet the same machine.
+// The request that finds the end of a walk is not counted.
 
 #include <net-snmp/net-snmp-config.h>
 //
@@ -23,11 +25,24 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Oid = std::vector<oid>;
 
+constexpr int kRequestsPerTurn = 25;
+constexpr long kFewestTimed = 1000;
+
+struct Sum {
+    long values = 0;
+    std::chrono::nanoseconds time{};
+};
+
 struct Walked {
-    std::string name;
+    std::string peer, name;
+    netsnmp_session* session = nullptr;
     Oid root;
-    std::size_t values = 0;
-    std::vector<long> nanosecondsPerValue;
+    long values = 0;                        // of one walk
+    std::vector<long> nanosecondsPerValue;  // of each run
+    // Within a run:
+    Oid at;
+    Sum walk, run;  // of the walk under way; of those that are finished
+    bool finished = false;
 };
 
 // The first instance behind `name` and below `root`; empty where there is none.
@@ -50,62 +65,99 @@ Oid Next(netsnmp_session* session, const Oid& name, const Oid& root) {
     return next;
 }
 
-void Walk(netsnmp_session* session, Walked& walked) {
-    const Clock::time_point begin = Clock::now();
-    walked.values = 0;
-    for (Oid name = Next(session, walked.root, walked.root); !name.empty();
-         name = Next(session, name, walked.root)) {
-        ++walked.values;
+void TakeTurn(Walked& walked) {
+    for (int request = 0; request < kRequestsPerTurn; ++request) {
+        const Clock::time_point begin = Clock::now();
+        walked.at = Next(walked.session, walked.at, walked.root);
+        if (!walked.at.empty()) {
+            ++walked.walk.values;
+            walked.walk.time += Clock::now() - begin;
+            continue;
+        }
+        walked.finished = true;
+        walked.values = walked.walk.values;
+        walked.run.values += walked.walk.values;
+        walked.run.time += walked.walk.time;
+        walked.walk = {};
+        walked.at = walked.root;
     }
-    const std::chrono::nanoseconds taken = Clock::now() - begin;
-    walked.nanosecondsPerValue.push_back(
-        static_cast<long>(taken.count() / static_cast<long>(walked.values + 1)));
+}
+
+void Run(std::vector<Walked>& walks) {
+    for (Walked& walked : walks) {
+        walked.at = walked.root;
+        walked.walk = walked.run = {};
+        walked.finished = false;
+    }
+    const auto isMeasured = [](const Walked& walked) {
+        return walked.finished && (walked.values == 0 || walked.run.values >= kFewestTimed);
+    };
+    while (!std::ranges::all_of(walks, isMeasured)) {
+        std::ranges::for_each(walks, TakeTurn);
+    }
+    for (Walked& walked : walks) {
+        walked.nanosecondsPerValue.push_back(
+            static_cast<long>(walked.run.time.count() / std::max(walked.run.values, 1L)));
+    }
+}
+
+netsnmp_session* Open(char* peer) {
+    netsnmp_session settings;
+    snmp_sess_init(&settings);
+    settings.version = SNMP_VERSION_2c;
+    settings.peername = peer;
+    settings.community = reinterpret_cast<u_char*>(const_cast<char*>("public"));
+    settings.community_len = std::strlen("public");
+    settings.timeout = 30L * 1000 * 1000;  // microseconds
+    netsnmp_session* session = snmp_open(&settings);
+    if (session == nullptr) {
+        snmp_sess_perror("walk_timer", &settings);
+        std::exit(EXIT_FAILURE);
+    }
+    return session;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 4) {
-        std::fputs("usage: walk_timer PEER RUNS OID...\n", stderr);
+    if (argc < 4 || argv[2][0] == '.') {
+        std::fputs("usage: walk_timer RUNS PEER OID... [PEER OID...]...\n", stderr);
         return EXIT_FAILURE;
     }
     ::setenv("MIBS", "", 1);
     init_snmp("walk_timer");
-    netsnmp_session settings;
-    snmp_sess_init(&settings);
-    settings.version = SNMP_VERSION_2c;
-    settings.peername = argv[1];
-    settings.community = reinterpret_cast<u_char*>(const_cast<char*>("public"));
-    settings.community_len = std::strlen("public");
-    settings.timeout = 10L * 1000 * 1000;  // microseconds
-    netsnmp_session* session = snmp_open(&settings);
-    if (session == nullptr) {
-        snmp_sess_perror("walk_timer", &settings);
-        return EXIT_FAILURE;
-    }
 
     std::vector<Walked> walks;
-    for (int i = 3; i < argc; ++i) {
-        Walked& walked = walks.emplace_back();
-        walked.name = argv[i];
-        walked.root.resize(MAX_OID_LEN);
-        std::size_t length = walked.root.size();
-        if (read_objid(argv[i], walked.root.data(), &length) == 0) {
+    char* peer = nullptr;
+    netsnmp_session* session = nullptr;
+    for (int i = 2; i < argc; ++i) {
+        if (argv[i][0] != '.') {
+            peer = argv[i];
+            session = Open(peer);
+            continue;
+        }
+        Oid root(MAX_OID_LEN);
+        std::size_t length = root.size();
+        if (read_objid(argv[i], root.data(), &length) == 0) {
             std::fprintf(stderr, "walk_timer: \"%s\" is no OID\n", argv[i]);
             return EXIT_FAILURE;
         }
-        walked.root.resize(length);
+        root.resize(length);
+        Walked& walked = walks.emplace_back();
+        walked.peer = peer;
+        walked.name = argv[i];
+        walked.session = session;
+        walked.root = root;
     }
-    for (int run = 0; run < std::atoi(argv[2]); ++run) {
-        for (Walked& walked : walks) {
-            Walk(session, walked);
-        }
+    for (int run = 0; run < std::atoi(argv[1]); ++run) {
+        Run(walks);
     }
     for (Walked& walked : walks) {
         std::vector<long>& times = walked.nanosecondsPerValue;
         std::ranges::sort(times);
-        std::printf("%s %zu %ld\n", walked.name.c_str(), walked.values, times[times.size() / 2]);
+        std::printf("%s %s %ld %ld\n", walked.peer.c_str(), walked.name.c_str(), walked.values,
+                    times[times.size() / 2]);
     }
-    snmp_close(session);
+    snmp_close_sessions();
     return EXIT_SUCCESS;
 }

@@ -1,19 +1,22 @@
 # The processes of a demonstration or measurement: simulator, snmpd, agent. Sourced by bash scripts
 # with `set -euo pipefail`. Everything lives in a folder of its own and on a loopback address of its
-# own, so that several stacks run side by side; stack_stop ends what was started and removes the
-# folder.
+# own, so that several stacks run side by side, up to three of one script; stack_stop ends all that
+# was started and removes the folders.
 #
-# Needs BUILD, the build folder. Sets STACK_ROOT (the folder), STACK_ADDRESS (where switch
-# management and snmpd listen) and STACK_MANAGER (how net-snmp's tools reach snmpd).
+# Needs BUILD, the build folder. Sets, for the stack begun last, STACK_ROOT (the folder),
+# STACK_ADDRESS (where switch management and snmpd listen) and STACK_MANAGER (how net-snmp's tools
+# reach snmpd).
 
 STACK_PIDS=()
 STACK_NAMES=()
+STACK_ROOTS=()
 STACK_PORT=1161
 
 stack_new() {
     STACK_ROOT=$(mktemp -d /tmp/snmpmain.XXXXXX)
+    STACK_ROOTS+=("$STACK_ROOT")
     # The process id makes the address unique among stacks that run at the same time.
-    STACK_ADDRESS=127.$((64 + ($$ >> 16) % 64)).$(($$ >> 8 & 255)).$((1 + $$ % 254))
+    STACK_ADDRESS=127.$((64 * ${#STACK_ROOTS[@]} + ($$ >> 16) % 64)).$(($$ >> 8 & 255)).$((1 + $$ % 254))
     STACK_MANAGER=$STACK_ADDRESS:$STACK_PORT
     mkdir -p "$STACK_ROOT/var/agentx" "$STACK_ROOT/var/run" "$STACK_ROOT/persistent"
     # The tools and snmpd read no settings of this machine.
@@ -99,6 +102,6 @@ stack_stop() {
         kill "${STACK_PIDS[i]}" 2>/dev/null || true
         wait "${STACK_PIDS[i]}" 2>/dev/null || true
     done
-    STACK_PIDS=() STACK_NAMES=()
-    [[ -z ${STACK_ROOT:-} ]] || rm -rf "$STACK_ROOT"
+    rm -rf "${STACK_ROOTS[@]}"
+    STACK_PIDS=() STACK_NAMES=() STACK_ROOTS=()
 }
