@@ -20,6 +20,7 @@ stack_new() {
     STACK_MANAGER=$STACK_ADDRESS:$STACK_PORT
     mkdir -p "$STACK_ROOT/var/agentx" "$STACK_ROOT/var/run" "$STACK_ROOT/persistent"
     # The tools and snmpd read no settings of this machine.
+    echo "hexOutputLength 0" >"$STACK_ROOT/snmp.conf" # a value, a line
     export SNMPCONFPATH=$STACK_ROOT SNMP_PERSISTENT_DIR=$STACK_ROOT/persistent MIBS=
     export SNMPMAIN_ROOT=$STACK_ROOT
 }
