@@ -16,10 +16,11 @@ constexpr std::uint32_t kMergeInterop2 = 2;  // "Interop_2": domains are address
 constexpr std::size_t kWwnTextSize = 17;  // 16 hexadecimal characters and the terminator
 constexpr const char* kNoWwn = "0000000000000000";
 
-// Chassis and blades beyond these numbers are not looked at: far more than a switch has, and a
-// bound on what a nonsensical count can cost.
+// Parts beyond these numbers are not looked at: far more than a switch has, and a bound on what a
+// nonsensical count can cost.
 constexpr std::uint32_t kMaxChassis = 256;
 constexpr std::uint32_t kMaxBlades = 256;
+constexpr std::uint32_t kMaxPortsAsked = 4096;
 
 // Reads all facts of the local switch, the first failure ending it. Returns 0 or -1.
 int InitSwitchInfo();

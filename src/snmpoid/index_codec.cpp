@@ -147,7 +147,10 @@ void MakeOIDfromTrapIndex(const TrapRowIndex& index, std::span<oid, kTrapIndexLe
 int GetTrapIndexFromTrapOID(TrapRowLookup rowAt, std::span<const oid, kTrapIndexLength> names,
                             std::uint16_t& row) {
     TrapRowIndex index;
-    for (row = 0; rowAt(row, index) == 0; ++row) {
+    for (row = 0; row < kTrapRows; ++row) {
+        if (rowAt(row, index) != 0) {
+            continue;
+        }
         std::array<oid, kTrapIndexLength> present;
         MakeOIDfromTrapIndex(index, present);
         const int order =

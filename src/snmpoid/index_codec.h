@@ -54,7 +54,8 @@ int GetIPAddrAndPortFromOID(std::span<const oid> name, std::span<char> address,
                             std::uint32_t& port);
 
 // A row of the trap registration table as an index: its IPv4 address as a dotted text, and its UDP
-// port. A lookup returns 0, or -1 for a row that is not in use.
+// port. A lookup returns 0, or -1 for a row that is not in use. Rows in use may have gaps.
+constexpr std::uint16_t kTrapRows = 5;
 struct TrapRowIndex {
     char address[kIpTextSize];
     std::uint32_t port;
@@ -65,8 +66,8 @@ using TrapRowLookup = int (*)(std::uint16_t row, TrapRowIndex& index);
 constexpr std::size_t kTrapIndexLength = 5;
 void MakeOIDfromTrapIndex(const TrapRowIndex& index, std::span<oid, kTrapIndexLength> names);
 
-// Finds the first row in use whose index is not smaller than the request's; the rows are in
-// ascending order. Returns 0 when it is equal, 1 when it is greater, -1 when there is none.
+// Finds the first row in use whose index is not smaller than the request's. Returns 0 when it is
+// equal, 1 when it is greater, -1 when there is none.
 int GetTrapIndexFromTrapOID(TrapRowLookup rowAt, std::span<const oid, kTrapIndexLength> names,
                             std::uint16_t& row);
 

@@ -135,6 +135,7 @@ struct UnitRowWalk {
     const char* startLabel;  // of the trace lines, with the number's format
     const char* endLabel;
     std::uint32_t shownFrom;  // what the first row is called there
+    std::uint32_t rowMask = 0xFFFFFFFF;
 };
 
 // Rows that are nothing but numbers from 0 on.
@@ -190,7 +191,7 @@ int GetNextUnitRow(const UnitRowWalk& walk, Find find, const variable* vp, oid* 
     oid& lastNumber = working.names[working.length - 1];
     const bool keepsRow =
         start == UnitStart::kNamedUnit || walk.followingUnit == FollowingUnit::kKeepsRow;
-    row = static_cast<std::uint32_t>(keepsRow ? lastNumber : 0);
+    row = static_cast<std::uint32_t>(keepsRow ? lastNumber : 0) & walk.rowMask;
     TraceNumber("Starting unit index...", unit);
     TraceNumber(walk.startLabel, row);
     const auto write = [&](std::uint32_t foundUnit, std::uint32_t foundRow) {
@@ -215,7 +216,7 @@ bool FindEvent(std::uint32_t domain, std::uint32_t& row) {
         return false;
     }
     row = std::max(row, first - 1);
-    return HasNextLogEntry(domain, row, last);
+    return row < last && HasNextLogEntry(domain, row);
 }
 
 bool FindLink(std::uint32_t domain, std::uint32_t& row) {
@@ -265,15 +266,15 @@ int GetNextMember(const MemberWalk& walk, const variable* vp, oid* name, std::si
 // once in a request.
 class PortIdsInNameServer {
   public:
-    explicit PortIdsInNameServer(std::uint32_t domain) : domain_(domain) {}
+    explicit PortIdsInNameServer(std::uint32_t domain) : walk_(LocalNameServer(domain)) {}
 
     // The port id at a position from 0, or null behind the last.
     const char* At(std::size_t position) {
         while (!ended_ && position >= ids_.size()) {
-            ended_ = AskLocalNsPortId(domain_, ids_.size(), key_) != 0;
+            ended_ = walk_.Next() != 0;
             if (!ended_) {
                 PortIdText id;
-                CopyText(id.text, sizeof(id.text), key_.data());
+                CopyText(id.text, sizeof(id.text), walk_.Key().data());
                 ended_ = AppendEntry(ids_, id) != 0;
             }
         }
@@ -284,29 +285,25 @@ class PortIdsInNameServer {
     struct PortIdText {
         char text[kPortIdTextSize];
     };
-    std::uint32_t domain_;
-    ReplyText key_;
+    KeyWalk walk_;
     std::vector<PortIdText> ids_;
     bool ended_ = false;
 };
 
-// The links at a port, the most logins that are looked for there; 0 when they cannot be had.
-std::uint32_t AskLinkCount(std::uint32_t domain, std::uint32_t port) {
+// Asks for the links at a port, the most logins that are looked for there; 0 when the switch does
+// not tell. Returns -1 when it does not answer at all.
+int AskLinkCount(std::uint32_t domain, std::uint32_t port, std::uint32_t& count) {
     ReplyText reply;
-    std::uint32_t count = 0;
-    return SwitchMgmtQueryf(domain, reply, kInteger, &count, "Get.Oper.Link.Port.0.%u.LinkEntries",
-                            port) == 0
-               ? count
-               : 0;
+    const std::uint16_t result = SwitchMgmtQueryf(domain, reply, kString, nullptr,
+                                                  "Get.Oper.Link.Port.0.%u.LinkEntries", port);
+    count = result == 0 ? ReadDecimal(reply.data()) : 0;
+    return result == kQueryFailed ? -1 : 0;
 }
 
-// Finds the login with the given number at a port. Returns its port id, or null.
+// Finds the login with the given number at a port with links. Returns its port id, or null.
 const char* FindLogin(std::uint32_t domain, std::uint32_t port, std::uint32_t login,
                       PortIdsInNameServer& ids) {
     constexpr std::size_t kDomainAndArea = 4;  // characters of a port id
-    if (login >= AskLinkCount(domain, port)) {
-        return nullptr;
-    }
     ReplyText type;
     if (SwitchMgmtQueryf(domain, type, kString, nullptr, "Get.Oper.Topology.0.%u.LocalPortType",
                          port) != 0 ||
@@ -328,11 +325,19 @@ const char* FindLogin(std::uint32_t domain, std::uint32_t port, std::uint32_t lo
     return id;
 }
 
-// Moves to the first login from (port, login) on within a unit. False when there is none.
+// Moves to the first login from (port, login) on within a unit. False when there is none, or the
+// unit falls silent: waiting for each of its ports would take minutes.
 bool FindLoginOfUnit(std::uint32_t domain, Login& login) {
     PortIdsInNameServer ids(domain);
-    const std::uint32_t ports = GetMaxPorts(domain);
+    const std::uint32_t ports = std::min(GetMaxPorts(domain), kMaxPortsAsked);
     for (; login.port < ports; ++login.port, login.login = 0) {
+        std::uint32_t links = 0;
+        if (AskLinkCount(domain, login.port, links) != 0) {
+            return false;
+        }
+        if (login.login >= links) {
+            continue;
+        }
         if (const char* id = FindLogin(domain, login.port, login.login, ids)) {
             CopyText(login.portId, sizeof(login.portId), id);
             return true;
@@ -376,6 +381,19 @@ void WriteNameServerIndex(const NameServerMatch& entry,
     MakeOIDfromHexStr(entry.portId, names.last<kPortIdOidLength>());
 }
 
+// Finds the entry behind an index. One of a request that breaks off stands before the entry that it
+// begins to name; one with anything behind the switch's WWN stands behind the switch.
+int FindNextNameServer(const NameServerIndex& index, bool brokenOff, NameServerMatch& next) {
+    constexpr const char* kGreatestWwn = "ffffffffffffffff";
+    constexpr std::size_t kWwnDigits = 16;
+    const auto any = [](const NameServerMatch&) { return true; };
+    if (brokenOff && GetNameServerEntry(index.switchWwn, index.portWwn, any, next) == 0) {
+        return 0;
+    }
+    const bool behindSwitch = std::strspn(index.switchWwn + kWwnDigits, "0") < kWwnDigits;
+    return GetNextNameServer(index.switchWwn, behindSwitch ? kGreatestWwn : index.portWwn, next);
+}
+
 }  // namespace
 
 int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit) {
@@ -386,7 +404,8 @@ int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_
     if (start == UnitStart::kEnd) {
         return -1;
     }
-    if (start == UnitStart::kNamedUnit) {
+    // A request that breaks off within the unit's name stands before it.
+    if (start == UnitStart::kNamedUnit && request.size() >= working.length) {
         ++unit;
     }
     TraceLog(kTrace, "Starting unit index... %i", unit);
@@ -445,10 +464,10 @@ int GetNextUnitValue(const variable* vp, oid* name, std::size_t* length, std::ui
 
 int GetNextUnitPort(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                     std::uint32_t& port) {
+    constexpr std::uint32_t kPortNumberBits = 0xFFFF;
     constexpr UnitRowWalk kWalk{FollowingUnit::kKeepsRow, "Starting port index...",
-                                "Ending value index....", 0};
-    const auto find = [](std::uint32_t domain, std::uint32_t& row) {
-        row &= 0xFFFF;  // port numbers have 16 bits
+                                "Ending value index....", 0, kPortNumberBits};
+    const auto find = [](std::uint32_t domain, std::uint32_t row) {
         return row < GetMaxPorts(domain);
     };
     return GetNextUnitRow(kWalk, find, vp, name, length, unit, port);
@@ -457,8 +476,7 @@ int GetNextUnitPort(const variable* vp, oid* name, std::size_t* length, std::uin
 int GetNextUnitSensor(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                       std::uint32_t& sensor, SensorRef& part) {
     const auto find = [&part](std::uint32_t domain, std::uint32_t row) {
-        PartCounts parts(domain);
-        return row < CountSensors(parts) && FindSensor(parts, row, part) == 0;
+        return GetSensorFromIndex(domain, row, part) == 0;
     };
     return GetNextUnitRow(kNumberedRows, find, vp, name, length, unit, sensor);
 }
@@ -507,15 +525,12 @@ int GetNextNameServerEntry(const variable* vp, oid* name, std::size_t* length,
         TraceLog(kError, "%s, %d:Invalid Port Id caused MATCH_FAILED return", kSource, __LINE__);
         return -1;
     }
-    NameServerMatch next{0, index.switchWwn, index.portWwn, index.portId};
-    do {
-        if (GetNextNameServer(next.switchWwn, next.portWwn, next) != 0) {
-            TraceLog(kError, "%s, %d:No more entries caused a MATCH_FAILED return", kSource,
-                     __LINE__);
-            return -1;
-        }
-        WriteNameServerIndex(next, names);
-    } while (!LiesBehind(working, request));
+    NameServerMatch next;
+    if (FindNextNameServer(index, request.size() < working.length, next) != 0) {
+        TraceLog(kError, "%s, %d:No more entries caused a MATCH_FAILED return", kSource, __LINE__);
+        return -1;
+    }
+    WriteNameServerIndex(next, names);
     TraceLog(kTrace, "Ending Switch Wwn... %s", next.switchWwn);
     TraceLog(kTrace, "Ending Port Wwn..... %s", next.portWwn);
     TraceLog(kTrace, "Ending Port Id...... %s", next.portId);
@@ -540,31 +555,44 @@ int FindNameServerEntry(std::span<const oid, kNameServerIndexLength> names,
 
 int GetNextTrapEntry(TrapRowLookup rowAt, const variable* vp, oid* name, std::size_t* length,
                      std::uint16_t& row) {
+    const std::span<const oid> request(name, *length);
     WorkingOid working;
-    const WalkStart start = BeginWalk(vp, {name, *length}, kTrapIndexLength,
+    const WalkStart start = BeginWalk(vp, request, kTrapIndexLength,
                                       "Oid already has IP and port values attached", working);
     if (start == WalkStart::kPastColumn) {
         return -1;
     }
     const auto names = LastNumbers<kTrapIndexLength>(working);
-    row = 0;
-    if (start == WalkStart::kBehindRow) {
-        const int match = GetTrapIndexFromTrapOID(rowAt, names, row);
-        if (match < 0) {
-            TraceMatchFailed(__LINE__, "GetTrapIndexFromTrapOID");
-            return -1;
-        }
-        row = static_cast<std::uint16_t>(match == 0 ? row + 1 : row);
+    if (start == WalkStart::kBehindRow && GetTrapIndexFromTrapOID(rowAt, names, row) < 0) {
+        TraceMatchFailed(__LINE__, "GetTrapIndexFromTrapOID");
+        return -1;
     }
-    TrapRowIndex index;
-    if (rowAt(row, index) != 0) {
+    // Managers add rows at the end: only after the next reading from the switch are they sorted.
+    std::array<oid, kTrapIndexLength> best{};
+    bool found = false;
+    for (std::uint16_t candidate = 0; candidate < kTrapRows; ++candidate) {
+        TrapRowIndex index;
+        if (rowAt(candidate, index) != 0) {
+            continue;
+        }
+        MakeOIDfromTrapIndex(index, names);
+        if (LiesBehind(working, request) &&
+            (!found || std::ranges::lexicographical_compare(names, best))) {
+            std::ranges::copy(names, best.begin());
+            row = candidate;
+            found = true;
+        }
+    }
+    if (!found) {
         TraceMatchFailed(__LINE__, "GetTrapTblInfo");
         return -1;
     }
+    std::ranges::copy(best, names.begin());
     TraceNumber("Ending table index....", row);
-    TraceLog(kTrace, "Ending IP Addr........ %s", index.address);
-    TraceNumber("Ending Port Num.......", index.port);
-    MakeOIDfromTrapIndex(index, names);
+    TraceLog(kTrace, "Ending IP Addr........ %u.%u.%u.%u", static_cast<unsigned>(best[0]),
+             static_cast<unsigned>(best[1]), static_cast<unsigned>(best[2]),
+             static_cast<unsigned>(best[3]));
+    TraceNumber("Ending Port Num.......", static_cast<std::uint32_t>(best[4]));
     FinishWalk(working, name, length);
     return 0;
 }
@@ -671,6 +699,9 @@ int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& foun
         return -1;
     }
     found.unit = static_cast<std::uint16_t>(unit);
+    TraceNumber("Ending unit index...........", unit);
+    TraceNumber("Ending local port index.....", found.port);
+    TraceNumber("Ending login index..........", found.login);
     FinishWalk(working, name, length);
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "src/snmptables/fabric_lists.h"
 
+#include <bit>
 #include <cstring>
 
 #include "src/base/text.h"
@@ -7,40 +8,48 @@
 
 namespace snmpmain {
 
-int AskKey(const KeyList& list, std::size_t position, ReplyText& key) {
-    if (position >= kMaxListEntries) {
+int KeyWalk::Next() {
+    if (asked_ >= kMaxListEntries) {
         TraceLog(kError, "More than %u entries at %s", static_cast<unsigned>(kMaxListEntries),
-                 list.first);
+                 list_.first);
         return -1;
     }
     ReplyText reply;
-    const std::uint16_t result = position == 0
-                                     ? SwitchMgmtQuery(list.domain, list.first, reply, kString)
-                                     : SwitchMgmtQueryf(list.domain, reply, kString, nullptr,
-                                                        "%s.%s", list.next, key.data());
+    const std::uint16_t result = asked_ == 0
+                                     ? SwitchMgmtQuery(list_.domain, list_.first, reply, kString)
+                                     : SwitchMgmtQueryf(list_.domain, reply, kString, nullptr,
+                                                        "%s.%s", list_.next, key_.data());
     if (result != 0 || std::strcmp(reply.data(), kListEnd) == 0) {
         return -1;
     }
-    if (position > 0 && std::strcmp(reply.data(), key.data()) == 0) {
-        TraceLog(kError, "%s does not lead on from %s", list.next, key.data());
+    // A list that leads back is noticed at the latest when it has come round twice.
+    if (std::has_single_bit(asked_)) {
+        earlierKey_ = key_;
+    }
+    if (asked_ > 0 && std::strcmp(reply.data(), earlierKey_.data()) == 0) {
+        TraceLog(kError, "%s leads back to %s", list_.next, reply.data());
         return -1;
     }
-    key = reply;
+    key_ = reply;
+    ++asked_;
     return 0;
 }
 
 int VisitDomains(const std::function<int(std::uint16_t domain)>& visit) {
-    constexpr KeyList kDomains{0, "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID"};
-    ReplyText key;
+    KeyWalk walk({0, "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID"});
     for (std::size_t position = 0; position < kMaxDomains; ++position) {
-        if (AskKey(kDomains, position, key) != 0) {
+        if (walk.Next() != 0) {
             return position == 0 ? -1 : 0;
         }
-        const auto domain = static_cast<std::uint16_t>(ReadDecimalBehindBlanks(key.data()));
+        const char* text = walk.Key().data();
+        if (!IsDecimalDigit(text[std::strspn(text, " ")])) {
+            return -1;
+        }
+        const auto domain = static_cast<std::uint16_t>(ReadDecimalBehindBlanks(text));
         if (visit(domain) != 0) {
             return -1;
         }
-        FormatText(key, "%d", domain);
+        FormatText(walk.Key(), "%d", domain);
     }
     return 0;
 }

@@ -22,15 +22,35 @@ struct KeyList {
     const char* next;      // command for a later key, completed by "." and the key before it
 };
 
-// Puts the key at `position` (from 0) in the place of the one before it. Returns 0, or -1 at the
-// end of the list.
-int AskKey(const KeyList& list, std::size_t position, ReplyText& key);
+// A walk over one list.
+class KeyWalk {
+  public:
+    explicit KeyWalk(const KeyList& list) : list_(list) {}
+
+    // Moves to the first key, later to the next one. Returns 0, or -1 at the end of the list, also
+    // when the list leads back to a key that was there before.
+    int Next();
+
+    // The present key, which the caller may cut, and its position from 0.
+    ReplyText& Key() {
+        return key_;
+    }
+    std::size_t Position() const {
+        return asked_ - 1;
+    }
+
+  private:
+    KeyList list_;
+    ReplyText key_{};
+    ReplyText earlierKey_{};  // that of the last position that is a power of two
+    std::size_t asked_ = 0;
+};
 
 // No fabric has more domains.
 constexpr std::size_t kMaxDomains = 256;
 
 // Calls `visit` (0 to go on) with every domain of the fabric in switch management's order. Returns
-// 0, or -1 when there is not even a first one or a visit failed.
+// 0, or -1 when there is not even a first one, a visit failed, or a reply is no number.
 // "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID.%d"
 int VisitDomains(const std::function<int(std::uint16_t domain)>& visit);
 

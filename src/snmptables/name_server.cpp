@@ -4,6 +4,8 @@
 #include <array>
 #include <cstring>
 #include <span>
+#include <utility>
+#include <vector>
 
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
@@ -54,7 +56,7 @@ WwnBytes BytesOfEntry(const NameServerEntry& entry) {
 
 void EmptyTable() {
     for (NameServerRow& row : table.rows) {
-        row.entries = {};
+        std::exchange(row.entries, std::vector<NameServerEntry>());  // clear() keeps the memory
         row.entryCount = 0;
     }
     table.used = 0;
@@ -67,9 +69,9 @@ int ReadEntries(NameServerRow& row) {
     char next[64];
     FormatText(first, "Get.Oper.NameServerAll.%d.FirstNsEntry", row.domainId);
     FormatText(next, "Get.Oper.NameServerAll.%d.NextNsEntry", row.domainId);
-    const KeyList list{0, first, next};
-    ReplyText portId;
-    for (std::size_t i = 0; i < row.entryCount && AskKey(list, i, portId) == 0; ++i) {
+    KeyWalk walk({0, first, next});
+    for (std::size_t i = 0; i < row.entryCount && walk.Next() == 0; ++i) {
+        ReplyText& portId = walk.Key();
         portId[kPortIdTextSize - 1] = '\0';
         NameServerEntry entry;
         CopyText(entry.portId, sizeof(entry.portId), portId.data());
@@ -197,25 +199,21 @@ int GetNameServerEntry(const char* switchWwn, const char* portWwn,
     return -1;
 }
 
-int AskLocalNsPortId(std::uint32_t domain, std::size_t position, ReplyText& key) {
-    return AskKey({domain, "Get.Oper.NameServer.FirstNsEntry", "Get.Oper.NameServer.NextNsEntry"},
-                  position, key);
-}
-
 int GetLocalNsPortId(std::uint32_t domain, std::uint32_t position,
                      char (&portId)[kPortIdTextSize]) {
-    ReplyText key;
+    ReplyText reply;
     std::uint32_t count = 0;
-    if (SwitchMgmtQuery(domain, "Get.Oper.NameServer.Entries", key, kInteger, &count) != 0 ||
+    if (SwitchMgmtQuery(domain, "Get.Oper.NameServer.Entries", reply, kInteger, &count) != 0 ||
         position >= count) {
         return -1;
     }
+    KeyWalk walk(LocalNameServer(domain));
     for (std::size_t i = 0; i <= position; ++i) {
-        if (AskLocalNsPortId(domain, i, key) != 0) {
+        if (walk.Next() != 0) {
             return -1;
         }
     }
-    CopyText(portId, sizeof(portId), key.data());
+    CopyText(portId, sizeof(portId), walk.Key().data());
     return 0;
 }
 

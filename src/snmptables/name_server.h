@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "src/link/link.h"
+#include "src/snmptables/fabric_lists.h"
 
 namespace snmpmain {
 
@@ -55,7 +55,9 @@ int GetNameServerEntry(const char* switchWwn, const char* portWwn,
 // end or when a query fails. "Get.Oper.NameServer.Entries", ".FirstNsEntry", ".NextNsEntry.%s"
 int GetLocalNsPortId(std::uint32_t domain, std::uint32_t position, char (&portId)[kPortIdTextSize]);
 
-// The same, position by position without the count: `key` holds the port id at the position before.
-int AskLocalNsPortId(std::uint32_t domain, std::size_t position, ReplyText& key);
+// That name server as a list of port ids.
+constexpr KeyList LocalNameServer(std::uint32_t domain) {
+    return {domain, "Get.Oper.NameServer.FirstNsEntry", "Get.Oper.NameServer.NextNsEntry"};
+}
 
 }  // namespace snmpmain

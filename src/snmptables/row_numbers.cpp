@@ -97,7 +97,7 @@ int GetLogRange(std::uint32_t domain, std::uint32_t& first, std::uint32_t& last)
     return 0;
 }
 
-bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id, std::uint32_t last) {
+bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id) {
     ReplyText entry;
     if (SwitchMgmtQueryf(domain, entry, kString, nullptr, "Get.Oper.Switch.NextLogEntry.%u", id) !=
             0 ||
@@ -105,7 +105,7 @@ bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id, std::uint32_t last)
         return false;
     }
     std::uint32_t found = 0;
-    return ReadEntryId(entry, found) == EntryId::kFound ? found > id : id < last;
+    return ReadEntryId(entry, found) != EntryId::kFound || found > id;
 }
 
 int AskNextLink(std::uint32_t domain, std::uint32_t after, std::uint32_t& link) {
@@ -140,16 +140,13 @@ std::uint32_t PartCounts::TempSensors(std::uint32_t blade) {
 
 std::uint16_t GetSensorCount(std::uint32_t domain) {
     PartCounts parts(domain);
-    return CountSensors(parts);
-}
-
-std::uint16_t CountSensors(PartCounts& parts) {
     const std::uint32_t chassis = parts.Chassis();
     if (chassis == 0) {
         return 0;
     }
     const std::uint32_t blades = parts.Blades();
-    std::uint32_t perChassis = parts.PowerSupplies() + parts.Fans();
+    std::uint32_t perChassis = parts.PowerSupplies();
+    perChassis += parts.Fans();
     perChassis += blades > 1 ? blades : 0;
     for (std::uint32_t blade = 0; blade < blades; ++blade) {
         perChassis += 1 + parts.TempSensors(blade);
@@ -163,11 +160,10 @@ std::uint16_t GetRevisionCount(std::uint32_t domain) {
 }
 
 int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& sensor) {
+    if (row >= kMaxSensors) {
+        return -1;
+    }
     PartCounts parts(domain);
-    return FindSensor(parts, row, sensor);
-}
-
-int FindSensor(PartCounts& parts, std::uint32_t row, SensorRef& sensor) {
     for (std::uint32_t chassis = 0; chassis < parts.Chassis(); ++chassis) {
         if (LiesWithin(row, parts.PowerSupplies())) {
             sensor = MakeRef(chassis, 0, kPowerSupplySensor, row);

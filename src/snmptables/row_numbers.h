@@ -48,10 +48,9 @@ int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id);
 // them; `last` is 0 where the first query failed.
 int GetLogRange(std::uint32_t domain, std::uint32_t& first, std::uint32_t& last);
 
-// Whether a unit's log goes on behind the entry with this id. An entry that names no id counts up
-// to the `last` one; one whose id does not lie behind ends the log.
-// "Get.Oper.Switch.NextLogEntry.%i"
-bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id, std::uint32_t last);
+// Whether a unit's log goes on behind the entry with this id; one whose own id does not lie behind
+// ends it. "Get.Oper.Switch.NextLogEntry.%i"
+bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id);
 
 // The first link of a unit behind the one with this index. Returns 0, or -1 when there is none.
 // "Get.Oper.Link.NextLinkEntry.%i"
@@ -79,14 +78,13 @@ class PartCounts {
     std::array<Count, kMaxBlades> tempSensors_;
 };
 
-// Rows of the sensor and revision tables of a unit.
+// Rows of the sensor and revision tables of a unit; sensors beyond kMaxSensors have none.
+constexpr std::uint32_t kMaxSensors = 65535;
 std::uint16_t GetSensorCount(std::uint32_t domain);
-std::uint16_t CountSensors(PartCounts& parts);
 std::uint16_t GetRevisionCount(std::uint32_t domain);
 
 // What the row (counted from 0) refers to. Returns 0, or -1 past the last row.
 int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& sensor);
-int FindSensor(PartCounts& parts, std::uint32_t row, SensorRef& sensor);
 int GetRevisionFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& revision);
 
 // What a revision row below GetRevisionCount refers to, without asking anything.

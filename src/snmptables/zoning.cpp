@@ -42,6 +42,11 @@ using MemberList = std::vector<ZoneMemberNode>;
 MemberList zones;
 MemberList aliases;
 
+// clear() would keep the memory.
+void Empty(MemberList& members) {
+    std::exchange(members, MemberList());
+}
+
 std::pair<std::uint32_t, std::uint32_t> NumbersOf(const ZoneMemberNode& node) {
     return {node.zone, node.member};
 }
@@ -53,13 +58,12 @@ int ReadMembers(const MemberSource& source, const ReplyText& name, std::uint32_t
     char next[kCommandSize];
     FormatText(first, "%s.%s.FirstZoneMember", source.path, name.data());
     FormatText(next, "%s.%s.NextZoneMember", source.path, name.data());
-    const KeyList list{0, first, next};
+    KeyWalk walk({0, first, next});
     ZoneMemberNode node{zone, 0, {}, {}};
     CopyText(node.zoneName, sizeof(node.zoneName), name.data());
-    ReplyText id;
-    while (AskKey(list, node.member, id) == 0) {
+    while (walk.Next() == 0) {
         ++node.member;
-        CopyText(node.memberId, sizeof(node.memberId), id.data());
+        CopyText(node.memberId, sizeof(node.memberId), walk.Key().data());
         if (members.size() >= kMaxListEntries || AppendEntry(members, node) != 0) {
             TraceLog(kError, "Unable to allocate memory %s %d", "snmptables.c",
                      source.memoryErrorNumber);
@@ -70,11 +74,11 @@ int ReadMembers(const MemberSource& source, const ReplyText& name, std::uint32_t
 }
 
 int ReadMembersOfAll(const MemberSource& source, MemberList& members) {
-    ReplyText name;
+    KeyWalk walk(source.groups);
     std::uint32_t zone = 0;
-    while (AskKey(source.groups, zone, name) == 0) {
+    while (walk.Next() == 0) {
         ++zone;
-        if (ReadMembers(source, name, zone, members) != 0) {
+        if (ReadMembers(source, walk.Key(), zone, members) != 0) {
             return -1;
         }
     }
@@ -94,7 +98,7 @@ void DumpMembers(const MemberSource& source, const MemberList& members) {
 }
 
 int Build(const MemberSource& source, MemberList& members) {
-    members = {};
+    Empty(members);
     const int result = ReadMembersOfAll(source, members);
     DumpMembers(source, members);
     return result;
@@ -116,12 +120,12 @@ const ZoneMemberNode* FindExactly(const MemberList& members, std::uint32_t zone,
 }  // namespace
 
 void ResetZoningTable() {
-    zones = {};
+    Empty(zones);
     zoningStale = 1;
 }
 
 void ResetAliasTable() {
-    aliases = {};
+    Empty(aliases);
     aliasStale = 1;
 }
 

@@ -59,6 +59,14 @@ TEST_F(TableValuesTest, SensorsByKind) {
     for (const oid row : {0u, 14u, 65537u}) {
         EXPECT_EQ(Get("1.8.1.2", Unit(7, {row})), "none") << row;
     }
+    // Nonsensical counts lead nowhere.
+    server.SetValue(7, "Oper.Chassis.0.PowerSupplies", "4294967295");
+    EXPECT_EQ(Get("1.8.1.2", Unit(7, {0})), "none");
+    EXPECT_EQ(Get("1.8.1.2", Unit(7, {65536})), "none");
+    server.SetValue(7, "Oper.Chassis.0.PowerSupplies", "0");
+    server.SetValue(7, "Oper.Chassis.0.Blades", "4000000000");
+    EXPECT_EQ(Get("1.8.1.7", Unit(7, {2 + 256})), "8");
+    EXPECT_EQ(Get("1.8.1.2", Unit(7, {2 + 256 + 5 + 256 + 1})), "none");
 }
 
 TEST_F(TableValuesTest, PortWords) {
@@ -247,9 +255,9 @@ TEST_F(TableValuesTest, CommandsPerValue) {
         {"1.8.1.4",
          Unit(7, {11}),
          {{7, "Get.Oper.Switch.Chassis"},
-          {7, "Get.Oper.Chassis.0.Blades"},
           {7, "Get.Oper.Chassis.0.PowerSupplies"},
           {7, "Get.Oper.Chassis.0.Fans"},
+          {7, "Get.Oper.Chassis.0.Blades"},
           {7, "Get.Oper.Blade.0.TempSensors"},
           {7, "Get.Oper.Blade.1.TempSensors"},
           {7, "Get.Oper.Blade.0.VoltageStatus"}}},

@@ -23,6 +23,12 @@ Oid Row(const std::string& wwn, std::optional<oid> number = std::nullopt) {
     return name;
 }
 
+// An OID that breaks off within its index.
+Oid Half(Oid name, std::size_t indexLength) {
+    name.resize(kColumn.size() + indexLength);
+    return name;
+}
+
 struct Step {
     int result = 0;
     Oid name;
@@ -105,6 +111,7 @@ TEST_F(WalkersTest, UnitsFollowOneAnother) {
         {Row(kFirst, 0), Row(kSecond)},
         {Row("1000020000000101"), Row(kSecond)},
         {Row(kSecond), Row(kThird)},
+        {Half(Row(kSecond), 8), Row(kSecond)},  // stands before the unit whose name it begins
     };
     for (const auto& [request, expected] : steps) {
         const Step step = NextUnit(request);
@@ -130,9 +137,7 @@ TEST_F(WalkersTest, RevisionsRollOverToTheNextUnit) {
                                 Row(kThird, 2), Row(kThird, 3)}));
     // A unit between two begins the next one's rows anew; so does a short index.
     EXPECT_EQ(NextRevision(Row("1000020000000101", 3)).name, Row(kSecond, 1));
-    Oid half = Row(kSecond);
-    half.resize(half.size() - 4);
-    EXPECT_EQ(NextRevision(half).name, Row(kSecond, 1));
+    EXPECT_EQ(NextRevision(Half(Row(kSecond), 12)).name, Row(kSecond, 1));
     const Step last = NextRevision(Row(kSecond, 3));
     EXPECT_EQ(last.unit, 1);
     EXPECT_EQ(last.row, 3u);
@@ -216,12 +221,14 @@ TEST_F(WalkersTest, EventsAreTheNewestOfEachLog) {
     EXPECT_EQ(NextRow(GetNextUnitEvent, Row(kFirst, 4294967295u)), Row(kSecond, 1));
     EXPECT_EQ(NextRow(GetNextUnitEvent, Row("1000020000000101", 2)), Row(kSecond, 3));
     EXPECT_EQ(NextRow(GetNextUnitEvent, Row(kSecond, 3)), Oid{});
-    for (const char* answer : {"*end*", "[3][again]", "no id"}) {
-        server.SetValue(7, "Oper.Switch.NextLogEntry.3", answer);
-        EXPECT_EQ(NextRow(GetNextUnitEvent, Row(kSecond, 3)), Oid{}) << answer;
-    }
+    server.SetValue(7, "Oper.Switch.NextLogEntry.3", "[4000000][beyond the newest]");
+    EXPECT_EQ(NextRow(GetNextUnitEvent, Row(kSecond, 3)), Oid{});
     server.SetValue(7, "Oper.Switch.NextLogEntry.2", "no id");
     EXPECT_EQ(NextRow(GetNextUnitEvent, Row(kSecond, 2)), Row(kSecond, 3));
+    for (const char* answer : {"*end*", "[2][again]"}) {
+        server.SetValue(7, "Oper.Switch.NextLogEntry.2", answer);
+        EXPECT_EQ(NextRow(GetNextUnitEvent, Row(kSecond, 2)), Oid{}) << answer;
+    }
     // Ids that are missing lead to the entry behind them, each in its turn.
     server.WithFabric(
         [](sim::Fabric& fabric) { fabric.Find(7)->log.erase(fabric.Find(7)->log.begin() + 1); });
@@ -242,6 +249,7 @@ TEST_F(WalkersTest, LinksAreNumberedByTheirUnit) {
     EXPECT_EQ(NextRow(GetNextUnitLink, Row(kFirst, 1)), Row(kFirst, 9));
     EXPECT_EQ(NextRow(GetNextUnitLink, Row(kFirst, 9)), Row(kThird, 1));
     EXPECT_EQ(NextRow(GetNextUnitLink, Row(kThird, 1)), Oid{});
+    EXPECT_EQ(NextRow(GetNextUnitLink, Row("1000020000000001", 1)), Row(kFirst, 9));
     for (const std::optional<std::string>& answer :
          {std::optional<std::string>("*end*"), std::optional<std::string>("0"), {}}) {
         server.SetValue(2, "Oper.Link.NextLinkEntry.1", answer);
@@ -283,6 +291,7 @@ TEST_F(WalkersTest, NameServerEntriesFollowWwnsWhateverElseIsInTheIndex) {
     EXPECT_EQ(Take(odd, walker).name, second.name);
     odd.back() = 256;
     EXPECT_EQ(Take(odd, walker).result, -1);
+    EXPECT_EQ(Take(Half(second.name, 24), walker).name, second.name);
     // What lies behind a switch's name in the index counts for the order of OIDs all the same.
     odd = first.name;
     odd[kColumn.size() + 8] = 1;
@@ -292,8 +301,9 @@ TEST_F(WalkersTest, NameServerEntriesFollowWwnsWhateverElseIsInTheIndex) {
 
 TEST_F(WalkersTest, TrapEntriesFollowAddressAndPort) {
     const TrapRowLookup rowAt = [](std::uint16_t row, TrapRowIndex& index) {
-        const std::pair<const char*, std::uint32_t> rows[] = {{"10.0.0.2", 162}, {"10.0.0.2", 163}};
-        if (row >= std::size(rows)) {
+        const std::pair<const char*, std::uint32_t> rows[] = {
+            {"10.0.0.2", 163}, {"", 0}, {"10.0.0.2", 162}, {"10.0.0.2", 162}, {"", 0}};
+        if (rows[row].first[0] == '\0') {
             return -1;
         }
         CopyText(index.address, sizeof(index.address), rows[row].first);
@@ -307,6 +317,8 @@ TEST_F(WalkersTest, TrapEntriesFollowAddressAndPort) {
     Oid behind = kColumn;
     behind.insert(behind.end(), {10, 0, 0, 2, 162, 9});
     EXPECT_EQ(WalkAll(walker, behind), (std::vector<Oid>{{10, 0, 0, 2, 163}}));
+    behind[kColumn.size() + 4] = 161;
+    EXPECT_EQ(WalkAll(walker, behind).size(), 2u);
     behind[kColumn.size() + 3] = 300;
     EXPECT_EQ(Take(behind, walker).result, -1);
 }
@@ -353,13 +365,16 @@ TEST_F(WalkersTest, LoginsAreDevicesAtFabricPorts) {
         entry.portId = "010100";
         fabric.Find(1)->nameServer.push_back(entry);
         fabric.Find(1)->links.emplace_back().localPort = 1;
+        entry.portId = "010000";
+        fabric.Find(1)->nameServer.push_back(entry);
+        fabric.Find(1)->links.emplace_back().localPort = 0;
     });
     Login login{};
     const auto walker = [&](oid* name, std::size_t* length, Step&) {
         return GetNextLogin(&vp, name, length, login);
     };
     TakeTexts();
-    EXPECT_EQ(WalkAll(walker), (std::vector<Oid>{{1, 2, 1}, {1, 2, 2}, {3, 2, 1}}));
+    EXPECT_EQ(WalkAll(walker), (std::vector<Oid>{{1, 2, 1}, {1, 2, 2}, {3, 1, 1}, {3, 2, 1}}));
     Oid behind = kColumn;
     behind.insert(behind.end(), {1, 2, 1});
     Take(behind, walker);
@@ -374,11 +389,17 @@ TEST_F(WalkersTest, LoginsAreDevicesAtFabricPorts) {
     // A zero begins anew what lies below it; a start beyond the ports does not skip a login.
     for (const auto& [index, next] :
          {std::pair(Oid{0, 9, 9}, Oid{1, 2, 1}), std::pair(Oid{1, 0, 1}, Oid{1, 2, 1}),
-          std::pair(Oid{1, 2, 0}, Oid{1, 2, 1}), std::pair(Oid{2, 99, 7}, Oid{3, 2, 1})}) {
+          std::pair(Oid{1, 2, 0}, Oid{1, 2, 1}), std::pair(Oid{2, 99, 7}, Oid{3, 1, 1}),
+          std::pair(Oid{3, 0, 7}, Oid{3, 1, 1})}) {
         Oid request = kColumn;
         request.insert(request.end(), index.begin(), index.end());
         EXPECT_EQ(WalkAll(walker, request).front(), next);
     }
+    server.SetValue(1, "Oper.UserPort.0.0.PortID", std::nullopt);
+    EXPECT_EQ(WalkAll(walker).back(), (Oid{3, 2, 1}));
+    EXPECT_EQ(WalkAll(walker).size(), 3u);
+    server.SetValue(1, "Oper.Link.Port.0.0.LinkEntries", "many");
+    EXPECT_EQ(WalkAll(walker).size(), 3u);
 }
 
 // Random requests at every walker, while units, ports, zones and names come and go.

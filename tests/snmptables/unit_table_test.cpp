@@ -84,7 +84,9 @@ TEST_F(UnitTableTest, ListEndsWithAFailedQueryOrTheEndMark) {
 TEST_F(UnitTableTest, ListThatNeverEndsIsBounded) {
     ASSERT_EQ(InitSwitchInfo(), 0);
     server.SetValue(0, "Oper.Fabric.NextDomainID.7", "1");
-    server.SetValue(0, "Oper.Fabric.NextDomainID.1", "7");
+    EXPECT_EQ(UpdateConnUnitTable(), 0);
+    EXPECT_EQ(GetUnitCount(), 3);
+    server.SetValue(0, "Oper.Fabric.NextDomainID.7", "07");  // never the same text twice running
     EXPECT_EQ(UpdateConnUnitTable(), 0);
     EXPECT_EQ(GetUnitCount(), MAX_CONN_UNITS);
     EXPECT_EQ(GetWWNfromIndex(MAX_CONN_UNITS), nullptr);
