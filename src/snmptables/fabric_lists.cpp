@@ -22,11 +22,15 @@ int KeyWalk::Next() {
     if (result != 0 || std::strcmp(reply.data(), kListEnd) == 0) {
         return -1;
     }
-    // A list that leads back is noticed at the latest when it has come round twice.
+    // A list that leads back to its middle is noticed only when it has come round again.
+    if (asked_ == 1) {
+        firstKey_ = key_;
+    }
     if (std::has_single_bit(asked_)) {
         earlierKey_ = key_;
     }
-    if (asked_ > 0 && std::strcmp(reply.data(), earlierKey_.data()) == 0) {
+    if (asked_ > 0 && (std::strcmp(reply.data(), firstKey_.data()) == 0 ||
+                       std::strcmp(reply.data(), earlierKey_.data()) == 0)) {
         TraceLog(kError, "%s leads back to %s", list_.next, reply.data());
         return -1;
     }

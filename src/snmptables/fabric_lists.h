@@ -42,6 +42,7 @@ class KeyWalk {
   private:
     KeyList list_;
     ReplyText key_{};
+    ReplyText firstKey_{};
     ReplyText earlierKey_{};  // that of the last position that is a power of two
     std::size_t asked_ = 0;
 };
