@@ -382,11 +382,4 @@ std::string Commands::GetUnrendered(const Switch& unit, std::string_view path,
                                          : CommandError::kUnknownCommand);
 }
 
-std::string Commands::Set(const Switch& unit, std::string_view text) const {
-    if (text == "Cmd.Snmp.PrivateEvent.Hello") {
-        return unit.eventSupport ? std::string() : ErrorText(CommandError::kRefused);
-    }
-    return ErrorText(CommandError::kNotSupported);
-}
-
 }  // namespace sim

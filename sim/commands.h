@@ -1,4 +1,4 @@
-// Command texts (without their "Get." or "Set." prefix) to reply texts.
+// Queries (without "Get.") to reply texts.
 #pragma once
 
 #include <array>
@@ -50,7 +50,6 @@ class Commands {
 
     /// `runningSeconds`: since the simulation began; it is added to the switch's uptime.
     std::string Get(const Switch& unit, std::string_view path, std::uint32_t runningSeconds);
-    std::string Set(const Switch& unit, std::string_view text) const;
 
   private:
     const std::string* FindRendered(const Switch& unit, std::string_view path);

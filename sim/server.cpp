@@ -18,6 +18,8 @@
 
 #include "sim/commands.h"
 #include "sim/frame.h"
+#include "sim/notices.h"
+#include "sim/sets.h"
 
 namespace sim {
 namespace {
@@ -153,7 +155,12 @@ struct Server::State {
     void SendWaiting();
     void Handle(std::span<const std::uint8_t> datagram, const Address& from);
     void Refuse(const std::string& complaint, const Address& from, std::size_t size);
-    std::string ReplyText(const Request& request, const Switch& unit, const Address& from);
+    std::string ReplyText(const Request& request, const Switch& unit, const Address& from,
+                          std::vector<Notice>& notices);
+    std::set<Address> RegisteredAt(std::uint16_t domain) const;
+    std::size_t SendNotification(std::uint16_t domain, std::string_view text,
+                                 const std::set<Address>& receivers);
+    std::size_t Notify(const Notice& notice);
     bool Reply(Bytes frame, std::uint32_t sequence, const Address& to);
     void ReleaseHeld(Clock::time_point due);
     void Send(std::span<const std::uint8_t> frame, const Address& to) const;
@@ -199,12 +206,13 @@ void Server::State::Handle(std::span<const std::uint8_t> datagram, const Address
     }
 
     std::optional<std::string> text;
+    std::vector<Notice> notices;
     Bytes frame;
     const Switch* unit = commands.Find(request.domain);
     if (unit != nullptr && !paused && !faults.silent && !unit->silent) {
-        text = ReplyText(request, *unit, from);
-        frame =
-            BuildFrame(DomainWord(unit->domain, interop), request.type, request.sequence, *text);
+        const std::uint32_t target = DomainWord(unit->domain, interop);
+        text = ReplyText(request, *unit, from, notices);
+        frame = BuildFrame(target, request.type, request.sequence, *text);
     }
     const auto logNow = log;
     if (const auto changed = override; changed != nullptr && text) {
@@ -219,6 +227,9 @@ void Server::State::Handle(std::span<const std::uint8_t> datagram, const Address
     }
     const bool answered = text && Reply(std::move(frame), request.sequence, from);
     (answered ? totals.answered : totals.unanswered)++;
+    for (const Notice& notice : notices) {
+        Notify(notice);
+    }
     lock.unlock();
     if (logNow != nullptr) {
         (*logNow)(OneLine(std::to_string(request.domain) + " " + ToText(from) + " " + command.text +
@@ -235,7 +246,7 @@ void Server::State::Refuse(const std::string& complaint, const Address& from, st
 }
 
 std::string Server::State::ReplyText(const Request& request, const Switch& unit,
-                                     const Address& from) {
+                                     const Address& from, std::vector<Notice>& notices) {
     switch (request.type) {
         case kGetType: {
             const auto running = std::chrono::steady_clock::now() - started;
@@ -244,8 +255,14 @@ std::string Server::State::ReplyText(const Request& request, const Switch& unit,
                 static_cast<std::uint32_t>(
                     std::chrono::duration_cast<std::chrono::seconds>(running).count()));
         }
-        case kSetType:
-            return commands.Set(unit, request.text);
+        case kSetType: {
+            SetResult result = Set(*fabric.Find(unit.domain), request.text);
+            if (result.changed) {
+                commands.Forget();
+            }
+            notices = std::move(result.notices);
+            return std::move(result.reply);
+        }
         case kNotifyOnType:
             registered.insert({unit.domain, from});
             return "";
@@ -253,6 +270,36 @@ std::string Server::State::ReplyText(const Request& request, const Switch& unit,
             registered.erase({unit.domain, from});
             return "";
     }
+}
+
+std::set<Address> Server::State::RegisteredAt(std::uint16_t domain) const {
+    std::set<Address> found;
+    for (const auto& [registeredAt, address] : registered) {
+        if (registeredAt == domain) {
+            found.insert(address);
+        }
+    }
+    return found;
+}
+
+/// Returns how many it sent.
+std::size_t Server::State::SendNotification(std::uint16_t domain, std::string_view text,
+                                            const std::set<Address>& receivers) {
+    notificationSequence = notificationSequence % 0xFFFF + 1;
+    const Bytes frame = BuildFrame(DomainWord(domain, fabric.Interop()), kNotificationType,
+                                   notificationSequence, text);
+    for (const Address& address : receivers) {
+        Send(frame, address);
+    }
+    return receivers.size();
+}
+
+/// A switch names itself by 0 to its own agent, and by its domain to the agents of other switches.
+std::size_t Server::State::Notify(const Notice& notice) {
+    const bool local = notice.domain == fabric.localDomain;
+    return notice.ownAgentOnly && !local ? 0
+                                         : SendNotification(local ? 0 : notice.domain, notice.text,
+                                                            RegisteredAt(notice.domain));
 }
 
 /// Sends a reply with the faults that fall on it; false when it is lost.
@@ -438,6 +485,25 @@ void Server::WithFabric(const std::function<void(Fabric&)>& change) {
     state_->commands.Forget();
 }
 
+std::size_t Server::ChangeAndNotify(const std::function<void(Fabric&)>& change) {
+    State& state = *state_;
+    const std::lock_guard lock(state.mutex);
+    Fabric changed = state.fabric;
+    change(changed);
+    if (const std::string wrong = CheckFabric(changed); !wrong.empty()) {
+        throw FabricError(wrong);
+    }
+    std::swap(state.fabric, changed);
+    state.commands.Forget();
+    std::size_t sent = 0;
+    if (!state.paused && !state.faults.silent) {
+        for (const Notice& notice : FindNotices(changed, state.fabric)) {
+            sent += state.Notify(notice);
+        }
+    }
+    return sent;
+}
+
 void Server::SetValue(std::uint16_t domain, std::string path, std::optional<std::string> text) {
     WithFabric([&](Fabric& fabric) {
         Switch* unit = fabric.Find(domain);
@@ -455,25 +521,15 @@ void Server::SetLog(std::function<void(const std::string&)> log) {
             : nullptr;
 }
 
-void Server::SendNotification(std::uint16_t domain, std::string_view text) {
+std::size_t Server::SendNotification(std::uint16_t domain, std::string_view text) {
     State& state = *state_;
     const std::lock_guard lock(state.mutex);
-    state.notificationSequence = state.notificationSequence % 0xFFFF + 1;
-    const Bytes frame = BuildFrame(DomainWord(domain, state.fabric.Interop()), kNotificationType,
-                                   state.notificationSequence, text);
-    const std::uint16_t from = domain == 0 ? state.fabric.localDomain : domain;
-    std::set<Address> receivers;
+    std::set<Address> receivers =
+        state.RegisteredAt(domain == 0 ? state.fabric.localDomain : domain);
     if (state.lastRequester) {
         receivers.insert(*state.lastRequester);
     }
-    for (const auto& [registeredAt, address] : state.registered) {
-        if (registeredAt == from) {
-            receivers.insert(address);
-        }
-    }
-    for (const Address& address : receivers) {
-        state.Send(frame, address);
-    }
+    return state.SendNotification(domain, text, receivers);
 }
 
 void Server::SendRaw(std::span<const std::uint8_t> datagram) {

@@ -64,8 +64,13 @@ class Server {
     std::vector<std::string> Complaints() const;
     Totals GetTotals() const;
 
-    /// Changes the fabric between two requests.
+    /// Changes the fabric between two requests, and tells nobody.
     void WithFabric(const std::function<void(Fabric&)>& change);
+
+    /// Changes the fabric between two requests and lets each switch concerned tell what happened to
+    /// all that registered there, as the real ones do; returns how many notifications went out. A
+    /// change that throws, or that CheckFabric refuses (FabricError), is undone.
+    std::size_t ChangeAndNotify(const std::function<void(Fabric&)>& change);
 
     /// Sets what the switch of a domain (0 = the local one) answers to a path ("Oper.Switch.Type");
     /// nullopt makes the query fail. A domain that is not in the fabric is std::out_of_range.
@@ -78,7 +83,8 @@ class Server {
 
     /// Sends a notification from a domain (0 = the local switch, and then the frame's target word
     /// is 0 too) to the last requester and to all that registered at this domain, once to each.
-    void SendNotification(std::uint16_t domain, std::string_view text);
+    /// Returns how many it sent.
+    std::size_t SendNotification(std::uint16_t domain, std::string_view text);
 
     /// Sends any bytes from the server's port to the last requester.
     void SendRaw(std::span<const std::uint8_t> datagram);
