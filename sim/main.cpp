@@ -23,6 +23,7 @@ struct Options {
     bool printFabric = false;
     bool log = false;
     std::vector<std::uint16_t> silentDomains;
+    std::vector<std::string> agents;  // "DOMAIN=ADDR"
     sim::Faults faults;
 };
 
@@ -45,6 +46,7 @@ void Declare(CLI::App& app, Options& options) {
     app.add_option("--only-domain", options.onlyDomain, "Keep one switch, as the local one");
     app.add_flag("--print-fabric", options.printFabric, "Print the fabric as a file and end");
     app.add_flag("--log", options.log, "Print one line per command");
+    app.add_option("--agent", options.agents, "DOMAIN=ADDR: where this switch is the local one");
     app.add_option("--silent-domain", options.silentDomains, "A switch that never answers");
 
     const auto probability = [&](const char* name, double& value, const char* what) {
@@ -84,6 +86,14 @@ sim::Fabric ChooseFabric(const Options& options) {
         fabric.localDomain = unit.domain;
         fabric.switches = {std::move(unit)};
     }
+    for (const std::string& agent : options.agents) {
+        unsigned domain = 0;
+        char address[16] = "";
+        if (std::sscanf(agent.c_str(), "%3u=%15s", &domain, address) != 2) {
+            throw std::invalid_argument("--agent: \"" + agent + "\" is not DOMAIN=ADDR");
+        }
+        FindDomain(fabric, "--agent", static_cast<std::uint16_t>(domain)).agentAddress = address;
+    }
     for (const std::uint16_t domain : options.silentDomains) {
         FindDomain(fabric, "--silent-domain", domain).silent = true;
     }
@@ -111,6 +121,12 @@ void Run(const Options& options) {
     std::printf("switchsim: listening on %s:%u, %zu switches, local domain %u\n",
                 options.listen.c_str(), unsigned{sim::kPort}, fabric.switches.size(),
                 unsigned{fabric.localDomain});
+    for (const sim::Switch& unit : fabric.switches) {
+        if (unit.agentAddress != "0.0.0.0") {
+            std::printf("switchsim: listening on %s:%u for the agent of domain %u\n",
+                        unit.agentAddress.c_str(), unsigned{sim::kPort}, unsigned{unit.domain});
+        }
+    }
     int signal = 0;
     sigwait(&ends, &signal);
     server.Stop();

@@ -79,11 +79,15 @@ class Program {
 TEST(Program, SaysWhenReadyLogsCommandsAndEndsCleanlyOnASignal) {
     for (const int signal : {SIGTERM, SIGINT}) {
         const std::string address = LoopbackAddress(0);
-        Program program({"--listen", address, "--log", "--silent-domain", "7"});
+        const std::string agent = LoopbackAddress(1);
+        Program program(
+            {"--listen", address, "--log", "--silent-domain", "7", "--agent", "1=" + agent});
         EXPECT_EQ(program.Line(),
                   "switchsim: listening on " + address + ":5001, 3 switches, local domain 2\n");
-        simtest::Client client(address.c_str());
-        EXPECT_EQ(client.Get("Oper.Switch.Type", 1), "SmallSwitch8");
+        EXPECT_EQ(program.Line(),
+                  "switchsim: listening on " + agent + ":5001 for the agent of domain 1\n");
+        simtest::Client client(agent.c_str());
+        EXPECT_EQ(client.Get("Oper.Switch.Type"), "SmallSwitch8");
         EXPECT_TRUE(program.Line().ends_with(" Get.Oper.Switch.Type -> SmallSwitch8\n"));
         client.Send(simtest::Frame(1024, "Oper.Switch.Nop", 7 << 16));
         EXPECT_TRUE(program.Line().ends_with(" Get.Oper.Switch.Nop -> (no answer)\n"));
@@ -110,12 +114,21 @@ TEST(Program, KeepsOneSwitchOfAFabricAsTheLocalAndPrincipalOne) {
 
 TEST(Program, RefusesOptionsThatMakeNoSense) {
     const std::vector<std::string> cases[] = {
-        {"--lose", "1.5"},         {"--domains", "240"},
-        {"--domains", "0"},        {"--unknown"},
-        {"--listen", "192.0.2.1"}, {"--silent-domain", "3"},
-        {"--delay", "-1"},         {"--domains", "2", "--fabric", "x"},
-        {"--names", "20"},         {"--domains", "2", "--names", "3585"},
+        {"--lose", "1.5"},
+        {"--domains", "240"},
+        {"--domains", "0"},
+        {"--unknown"},
+        {"--listen", "192.0.2.1"},
+        {"--silent-domain", "3"},
+        {"--delay", "-1"},
+        {"--domains", "2", "--fabric", "x"},
+        {"--names", "20"},
+        {"--domains", "2", "--names", "3585"},
         {"--only-domain", "3"},
+        {"--agent", "1"},
+        {"--agent", "3=127.0.0.9"},
+        {"--agent", "1=192.0.2.1"},
+        {"--agent", "1=127.0.0.300"},
     };
     for (const auto& arguments : cases) {
         Program program(arguments);
