@@ -1,6 +1,9 @@
 // switchsim: switch management of a whole fabric on one loopback address.
 #include <CLI/CLI.hpp>
 
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "sim/control.h"
 #include "sim/server.h"
 
 namespace {
@@ -101,7 +105,7 @@ sim::Fabric ChooseFabric(const Options& options) {
 }
 
 void Run(const Options& options) {
-    // The signals are taken by sigwait below, so no thread may be interrupted by them.
+    // The signals are waited for below, so no thread may be interrupted by them.
     sigset_t ends;
     sigemptyset(&ends);
     sigaddset(&ends, SIGINT);
@@ -114,6 +118,7 @@ void Run(const Options& options) {
         return;
     }
     sim::Server server(fabric, options.listen, options.faults);
+    sim::Control control(server, options.listen);
     server.SetRecording(false);
     if (options.log) {
         server.SetLog([](const std::string& line) { std::printf("%s\n", line.c_str()); });
@@ -127,8 +132,14 @@ void Run(const Options& options) {
                         unit.agentAddress.c_str(), unsigned{sim::kPort}, unsigned{unit.domain});
         }
     }
-    int signal = 0;
-    sigwait(&ends, &signal);
+    pollfd waited[] = {{signalfd(-1, &ends, SFD_CLOEXEC), POLLIN, 0},
+                       {control.Descriptor(), POLLIN, 0}};
+    while (poll(waited, std::size(waited), -1) < 0 || waited[0].revents == 0) {
+        if (waited[1].revents != 0) {
+            control.ServeOne();
+        }
+    }
+    close(waited[0].fd);
     server.Stop();
     const sim::Totals totals = server.GetTotals();
     std::fprintf(stderr,
@@ -143,8 +154,12 @@ void Run(const Options& options) {
 int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     try {
+        if (argc > 1 && argv[1] == std::string_view("ctl")) {
+            return sim::RunControlClient({argv + 2, argv + argc});
+        }
         CLI::App app("switchsim: simulates the switch management of a Fibre Channel fabric",
                      "switchsim");
+        app.footer("switchsim ctl --help: commands to a switchsim that runs");
         Options options;
         Declare(app, options);
         try {
