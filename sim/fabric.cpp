@@ -20,6 +20,7 @@ constexpr TextField<Switch> kSwitchTexts[] = {
     {"chassis_serial", "Config.Mfg.ChassisSerialNum", &Switch::chassisSerial},
     {"uuid", "Oper.Mfg.UUID", &Switch::uuid},
     {"ip_address", "Config.System.IPAddress", &Switch::ipAddress, Form::kAddress},
+    {"agent_address", nullptr, &Switch::agentAddress, Form::kAddress},
     {"reset_reason", "Oper.Switch.ResetReason", &Switch::resetReason},
     {"active_ver", "Oper.Switch.ActiveVer", &Switch::activeVer, Form::kOptional},
     {"active_version", "Oper.Switch.ActiveVersion", &Switch::activeVersion, Form::kOptional},

@@ -114,6 +114,7 @@ struct Switch {
     std::string chassisSerial = "0";
     std::string uuid = "00000000000000000000000000000000";
     std::string ipAddress = "0.0.0.0";
+    std::string agentAddress = "0.0.0.0";  // where it is the local switch; 0.0.0.0: nowhere else
     std::string resetReason = "PowerUp";
     std::uint32_t chassis = 1;
     std::uint32_t uptime = 0;  // seconds when the simulator starts; it goes on from there

@@ -1,6 +1,9 @@
 // switchsim: switch management of a whole fabric on one loopback address.
 #include <CLI/CLI.hpp>
 
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "sim/control.h"
 #include "sim/server.h"
 
 namespace {
@@ -23,6 +27,7 @@ struct Options {
     bool printFabric = false;
     bool log = false;
     std::vector<std::uint16_t> silentDomains;
+    std::vector<std::string> agents;  // "DOMAIN=ADDR"
     sim::Faults faults;
 };
 
@@ -45,6 +50,7 @@ void Declare(CLI::App& app, Options& options) {
     app.add_option("--only-domain", options.onlyDomain, "Keep one switch, as the local one");
     app.add_flag("--print-fabric", options.printFabric, "Print the fabric as a file and end");
     app.add_flag("--log", options.log, "Print one line per command");
+    app.add_option("--agent", options.agents, "DOMAIN=ADDR: where this switch is the local one");
     app.add_option("--silent-domain", options.silentDomains, "A switch that never answers");
 
     const auto probability = [&](const char* name, double& value, const char* what) {
@@ -84,6 +90,14 @@ sim::Fabric ChooseFabric(const Options& options) {
         fabric.localDomain = unit.domain;
         fabric.switches = {std::move(unit)};
     }
+    for (const std::string& agent : options.agents) {
+        unsigned domain = 0;
+        char address[16] = "";
+        if (std::sscanf(agent.c_str(), "%3u=%15s", &domain, address) != 2) {
+            throw std::invalid_argument("--agent: \"" + agent + "\" is not DOMAIN=ADDR");
+        }
+        FindDomain(fabric, "--agent", static_cast<std::uint16_t>(domain)).agentAddress = address;
+    }
     for (const std::uint16_t domain : options.silentDomains) {
         FindDomain(fabric, "--silent-domain", domain).silent = true;
     }
@@ -91,7 +105,7 @@ sim::Fabric ChooseFabric(const Options& options) {
 }
 
 void Run(const Options& options) {
-    // The signals are taken by sigwait below, so no thread may be interrupted by them.
+    // The signals are waited for below, so no thread may be interrupted by them.
     sigset_t ends;
     sigemptyset(&ends);
     sigaddset(&ends, SIGINT);
@@ -104,6 +118,7 @@ void Run(const Options& options) {
         return;
     }
     sim::Server server(fabric, options.listen, options.faults);
+    sim::Control control(server, options.listen);
     server.SetRecording(false);
     if (options.log) {
         server.SetLog([](const std::string& line) { std::printf("%s\n", line.c_str()); });
@@ -111,8 +126,20 @@ void Run(const Options& options) {
     std::printf("switchsim: listening on %s:%u, %zu switches, local domain %u\n",
                 options.listen.c_str(), unsigned{sim::kPort}, fabric.switches.size(),
                 unsigned{fabric.localDomain});
-    int signal = 0;
-    sigwait(&ends, &signal);
+    for (const sim::Switch& unit : fabric.switches) {
+        if (unit.agentAddress != "0.0.0.0") {
+            std::printf("switchsim: listening on %s:%u for the agent of domain %u\n",
+                        unit.agentAddress.c_str(), unsigned{sim::kPort}, unsigned{unit.domain});
+        }
+    }
+    pollfd waited[] = {{signalfd(-1, &ends, SFD_CLOEXEC), POLLIN, 0},
+                       {control.Descriptor(), POLLIN, 0}};
+    while (poll(waited, std::size(waited), -1) < 0 || waited[0].revents == 0) {
+        if (waited[1].revents != 0) {
+            control.ServeOne();
+        }
+    }
+    close(waited[0].fd);
     server.Stop();
     const sim::Totals totals = server.GetTotals();
     std::fprintf(stderr,
@@ -127,8 +154,12 @@ void Run(const Options& options) {
 int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     try {
+        if (argc > 1 && argv[1] == std::string_view("ctl")) {
+            return sim::RunControlClient({argv + 2, argv + argc});
+        }
         CLI::App app("switchsim: simulates the switch management of a Fibre Channel fabric",
                      "switchsim");
+        app.footer("switchsim ctl --help: commands to a switchsim that runs");
         Options options;
         Declare(app, options);
         try {

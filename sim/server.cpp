@@ -1,6 +1,7 @@
 #include "sim/server.h"
 
 #include <arpa/inet.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -27,6 +28,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 // Not the steady clock: the thread sanitizer does not see waits on that one.
 using Clock = std::chrono::system_clock;
+constexpr int kPatienceMs = 200;
 
 struct Address {
     std::uint32_t host = 0;  // both in network order
@@ -34,9 +36,23 @@ struct Address {
     auto operator<=>(const Address&) const = default;
 };
 
+/// An address of the server's own, where one switch is the local one.
+struct Endpoint {
+    Address address;
+    std::uint16_t domain = 0;  // of that switch; 0: of the fabric's local one
+    int fd = -1;
+};
+
+/// Someone who sent a request, and where it arrived: whatever goes to him comes from there.
+struct Peer {
+    std::size_t endpoint = 0;
+    Address address;
+    auto operator<=>(const Peer&) const = default;
+};
+
 struct Outgoing {
     Bytes frame;
-    Address to;
+    Peer to;
     Clock::time_point due;
     bool held = false;  // goes out after the next reply, or when due
 };
@@ -77,7 +93,7 @@ int OpenSocket(const Address& address) {
     // Room for a burst; the kernel may grant less. The time-out is only a safety net for Stop,
     // which wakes the receiver with a datagram.
     const int room = 1 << 20;
-    const timeval patience{0, 200'000};
+    const timeval patience{0, kPatienceMs * 1000};
     setsockopt(fd, SOL_SOCKET, SO_RCVBUF, &room, sizeof room);
     setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     const sockaddr_in name = ToSockaddr(address);
@@ -88,6 +104,12 @@ int OpenSocket(const Address& address) {
         ThrowErrno("cannot listen on " + ToText(address));
     }
     return fd;
+}
+
+void Close(const std::vector<Endpoint>& endpoints) {
+    for (const Endpoint& endpoint : endpoints) {
+        close(endpoint.fd);
+    }
 }
 
 /// A text of one line: whatever is not printable ASCII becomes \xNN.
@@ -127,7 +149,8 @@ struct Server::State {
     const std::chrono::steady_clock::time_point started = std::chrono::steady_clock::now();
 
     std::mutex running;  // held by Start and Stop
-    int fd = -1;         // changed only while both threads are at rest
+    // Changed only while both threads are at rest; none when stopped. The first is at `address`.
+    std::vector<Endpoint> endpoints;
     std::atomic<bool> stopping{false};
     std::thread receiver;
     std::thread sender;
@@ -144,8 +167,8 @@ struct Server::State {
     Totals totals;
     std::shared_ptr<const std::function<void(const std::string&)>> log;
     std::shared_ptr<const ReplyOverride> override;
-    std::optional<Address> lastRequester;
-    std::set<std::pair<std::uint16_t, Address>> registered;
+    std::optional<Peer> lastRequester;  // at the first endpoint
+    std::set<std::pair<std::uint16_t, Peer>> registered;
     std::uint32_t notificationSequence = 0;
     std::vector<Outgoing> waiting;
     std::condition_variable waitingChanged;
@@ -153,17 +176,20 @@ struct Server::State {
     void TakeFaults(const Faults& wanted);
     void Receive();
     void SendWaiting();
-    void Handle(std::span<const std::uint8_t> datagram, const Address& from);
+    std::vector<Endpoint> OpenEndpoints() const;
+    void ReceiveAt(std::size_t endpoint);
+    std::uint16_t LocalDomain(std::size_t endpoint) const;
+    void Handle(std::span<const std::uint8_t> datagram, const Peer& from);
     void Refuse(const std::string& complaint, const Address& from, std::size_t size);
-    std::string ReplyText(const Request& request, const Switch& unit, const Address& from,
+    std::string ReplyText(const Request& request, const Switch& unit, const Peer& from,
                           std::vector<Notice>& notices);
-    std::set<Address> RegisteredAt(std::uint16_t domain) const;
-    std::size_t SendNotification(std::uint16_t domain, std::string_view text,
-                                 const std::set<Address>& receivers);
+    std::set<Peer> RegisteredAt(std::uint16_t domain) const;
+    std::size_t SendNotification(std::uint16_t domain, std::string_view text, bool zeroAsLocal,
+                                 const std::set<Peer>& receivers);
     std::size_t Notify(const Notice& notice);
-    bool Reply(Bytes frame, std::uint32_t sequence, const Address& to);
+    bool Reply(Bytes frame, std::uint32_t sequence, const Peer& to);
     void ReleaseHeld(Clock::time_point due);
-    void Send(std::span<const std::uint8_t> frame, const Address& to) const;
+    void Send(std::span<const std::uint8_t> frame, const Peer& to) const;
 };
 
 void Server::State::TakeFaults(const Faults& wanted) {
@@ -171,35 +197,76 @@ void Server::State::TakeFaults(const Faults& wanted) {
     random.seed(wanted.seed);
 }
 
+std::vector<Endpoint> Server::State::OpenEndpoints() const {
+    std::vector<Endpoint> opened;
+    try {
+        opened.push_back({address, 0, OpenSocket(address)});
+        for (const Switch& unit : fabric.switches) {
+            if (unit.agentAddress != "0.0.0.0") {
+                const Address own = ListenAddress(unit.agentAddress);
+                opened.push_back({own, unit.domain, OpenSocket(own)});
+            }
+        }
+    } catch (...) {
+        Close(opened);
+        throw;
+    }
+    return opened;
+}
+
 void Server::State::Receive() {
-    std::array<std::uint8_t, 2048> buffer;
+    std::vector<pollfd> sockets;
+    for (const Endpoint& endpoint : endpoints) {
+        sockets.push_back({endpoint.fd, POLLIN, 0});
+    }
     while (!stopping) {
-        sockaddr_in from{};
-        socklen_t length = sizeof from;
-        const ssize_t size = recvfrom(fd, buffer.data(), buffer.size(), 0,
-                                      reinterpret_cast<sockaddr*>(&from), &length);
-        if (size >= 0 && !stopping) {
-            Handle(std::span(buffer).first(static_cast<std::size_t>(size)),
-                   {from.sin_addr.s_addr, from.sin_port});
+        if (sockets.size() == 1) {  // reading it waits as well, and costs one call less
+            ReceiveAt(0);
+        } else if (poll(sockets.data(), sockets.size(), kPatienceMs) > 0) {
+            for (std::size_t i = 0; i < sockets.size(); i++) {
+                if (sockets[i].revents != 0) {
+                    ReceiveAt(i);
+                }
+            }
         }
     }
 }
 
-void Server::State::Handle(std::span<const std::uint8_t> datagram, const Address& from) {
+void Server::State::ReceiveAt(std::size_t endpoint) {
+    std::array<std::uint8_t, 2048> buffer;
+    sockaddr_in from{};
+    socklen_t length = sizeof from;
+    const ssize_t size = recvfrom(endpoints[endpoint].fd, buffer.data(), buffer.size(), 0,
+                                  reinterpret_cast<sockaddr*>(&from), &length);
+    if (size >= 0 && !stopping) {
+        Handle(std::span(buffer).first(static_cast<std::size_t>(size)),
+               {endpoint, {from.sin_addr.s_addr, from.sin_port}});
+    }
+}
+
+std::uint16_t Server::State::LocalDomain(std::size_t endpoint) const {
+    const std::uint16_t domain = endpoints[endpoint].domain;
+    return domain == 0 ? fabric.localDomain : domain;
+}
+
+void Server::State::Handle(std::span<const std::uint8_t> datagram, const Peer& from) {
     std::unique_lock lock(mutex);
     Request request;
     const bool interop = fabric.Interop();
     if (const std::string complaint = CheckRequest(datagram, interop, request);
         !complaint.empty()) {
-        Refuse(complaint, from, datagram.size());
+        Refuse(complaint, from.address, datagram.size());
         return;
     }
-    lastRequester = from;
+    const std::uint16_t local = LocalDomain(from.endpoint);
+    if (from.endpoint == 0) {
+        lastRequester = from;
+    }
 
     ReceivedCommand command;
     if (recording || log != nullptr || override != nullptr) {
         command = {request.domain, request.type, request.sequence,
-                   std::string(CommandPrefix(request.type)).append(request.text)};
+                   std::string(CommandPrefix(request.type)).append(request.text), local};
     }
     if (recording) {
         Record(received, command);
@@ -208,7 +275,7 @@ void Server::State::Handle(std::span<const std::uint8_t> datagram, const Address
     std::optional<std::string> text;
     std::vector<Notice> notices;
     Bytes frame;
-    const Switch* unit = commands.Find(request.domain);
+    const Switch* unit = commands.Find(request.domain == 0 ? local : request.domain);
     if (unit != nullptr && !paused && !faults.silent && !unit->silent) {
         const std::uint32_t target = DomainWord(unit->domain, interop);
         text = ReplyText(request, *unit, from, notices);
@@ -232,8 +299,8 @@ void Server::State::Handle(std::span<const std::uint8_t> datagram, const Address
     }
     lock.unlock();
     if (logNow != nullptr) {
-        (*logNow)(OneLine(std::to_string(request.domain) + " " + ToText(from) + " " + command.text +
-                          " -> " + (answered ? *text : "(no answer)")));
+        (*logNow)(OneLine(std::to_string(request.domain) + " " + ToText(from.address) + " " +
+                          command.text + " -> " + (answered ? *text : "(no answer)")));
     }
 }
 
@@ -245,8 +312,8 @@ void Server::State::Refuse(const std::string& complaint, const Address& from, st
     totals.refused++;
 }
 
-std::string Server::State::ReplyText(const Request& request, const Switch& unit,
-                                     const Address& from, std::vector<Notice>& notices) {
+std::string Server::State::ReplyText(const Request& request, const Switch& unit, const Peer& from,
+                                     std::vector<Notice>& notices) {
     switch (request.type) {
         case kGetType: {
             const auto running = std::chrono::steady_clock::now() - started;
@@ -272,38 +339,42 @@ std::string Server::State::ReplyText(const Request& request, const Switch& unit,
     }
 }
 
-std::set<Address> Server::State::RegisteredAt(std::uint16_t domain) const {
-    std::set<Address> found;
-    for (const auto& [registeredAt, address] : registered) {
+std::set<Peer> Server::State::RegisteredAt(std::uint16_t domain) const {
+    std::set<Peer> found;
+    for (const auto& [registeredAt, peer] : registered) {
         if (registeredAt == domain) {
-            found.insert(address);
+            found.insert(peer);
         }
     }
     return found;
 }
 
-/// Returns how many it sent.
+/// `zeroAsLocal`: to those to whom it is the local switch it names itself by 0, to others by its
+/// domain. Returns how many it sent.
 std::size_t Server::State::SendNotification(std::uint16_t domain, std::string_view text,
-                                            const std::set<Address>& receivers) {
+                                            bool zeroAsLocal, const std::set<Peer>& receivers) {
     notificationSequence = notificationSequence % 0xFFFF + 1;
-    const Bytes frame = BuildFrame(DomainWord(domain, fabric.Interop()), kNotificationType,
-                                   notificationSequence, text);
-    for (const Address& address : receivers) {
-        Send(frame, address);
+    for (const Peer& peer : receivers) {
+        const bool zero = zeroAsLocal && LocalDomain(peer.endpoint) == domain;
+        Send(BuildFrame(zero ? 0 : DomainWord(domain, fabric.Interop()), kNotificationType,
+                        notificationSequence, text),
+             peer);
     }
     return receivers.size();
 }
 
-/// A switch names itself by 0 to its own agent, and by its domain to the agents of other switches.
 std::size_t Server::State::Notify(const Notice& notice) {
-    const bool local = notice.domain == fabric.localDomain;
-    return notice.ownAgentOnly && !local ? 0
-                                         : SendNotification(local ? 0 : notice.domain, notice.text,
-                                                            RegisteredAt(notice.domain));
+    std::set<Peer> receivers = RegisteredAt(notice.domain);
+    if (notice.ownAgentOnly) {
+        std::erase_if(receivers, [&](const Peer& peer) {
+            return LocalDomain(peer.endpoint) != notice.domain;
+        });
+    }
+    return SendNotification(notice.domain, notice.text, true, receivers);
 }
 
 /// Sends a reply with the faults that fall on it; false when it is lost.
-bool Server::State::Reply(Bytes frame, std::uint32_t sequence, const Address& to) {
+bool Server::State::Reply(Bytes frame, std::uint32_t sequence, const Peer& to) {
     ReplyFate fate = DecideFate(faults, random);
     if (fate.lost) {
         return false;
@@ -385,12 +456,10 @@ void Server::State::SendWaiting() {
     }
 }
 
-void Server::State::Send(std::span<const std::uint8_t> frame, const Address& to) const {
-    const sockaddr_in name = ToSockaddr(to);
-    if (fd >= 0) {
-        sendto(fd, frame.data(), frame.size(), 0, reinterpret_cast<const sockaddr*>(&name),
-               sizeof name);
-    }
+void Server::State::Send(std::span<const std::uint8_t> frame, const Peer& to) const {
+    const sockaddr_in name = ToSockaddr(to.address);
+    sendto(endpoints[to.endpoint].fd, frame.data(), frame.size(), 0,
+           reinterpret_cast<const sockaddr*>(&name), sizeof name);
 }
 
 Server::Server(Fabric fabric, const std::string& address, Faults faults)
@@ -408,10 +477,9 @@ void Server::Start() {
     if (state.receiver.joinable()) {
         return;
     }
-    const int fd = OpenSocket(state.address);
     {
         const std::lock_guard lock(state.mutex);
-        state.fd = fd;
+        state.endpoints = state.OpenEndpoints();
         state.stopping = false;
     }
     state.receiver = std::thread([&state] { state.Receive(); });
@@ -427,14 +495,14 @@ void Server::Stop() {
     {
         const std::lock_guard lock(state.mutex);
         state.stopping = true;
-        state.Send({}, state.address);  // wakes the receiver
+        state.Send({}, {0, state.address});  // wakes the receiver
         state.waitingChanged.notify_one();
     }
     state.receiver.join();
     state.sender.join();
     const std::lock_guard lock(state.mutex);
-    close(state.fd);
-    state.fd = -1;
+    Close(state.endpoints);
+    state.endpoints.clear();
     state.waiting.clear();
     state.registered.clear();
     state.lastRequester.reset();
@@ -524,12 +592,12 @@ void Server::SetLog(std::function<void(const std::string&)> log) {
 std::size_t Server::SendNotification(std::uint16_t domain, std::string_view text) {
     State& state = *state_;
     const std::lock_guard lock(state.mutex);
-    std::set<Address> receivers =
-        state.RegisteredAt(domain == 0 ? state.fabric.localDomain : domain);
+    const std::uint16_t from = domain == 0 ? state.fabric.localDomain : domain;
+    std::set<Peer> receivers = state.RegisteredAt(from);
     if (state.lastRequester) {
         receivers.insert(*state.lastRequester);
     }
-    return state.SendNotification(domain, text, receivers);
+    return state.SendNotification(from, text, domain == 0, receivers);
 }
 
 void Server::SendRaw(std::span<const std::uint8_t> datagram) {

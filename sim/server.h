@@ -24,7 +24,8 @@ struct ReceivedCommand {
     std::uint32_t domain = 0;  // as addressed; 0 = the local switch
     std::uint16_t type = 0;
     std::uint32_t sequence = 0;
-    std::string text;  // with its prefix "Get." etc.
+    std::string text;         // with its prefix "Get." etc.
+    std::uint16_t local = 0;  // domain of the local switch where it arrived
 };
 
 struct Totals {
@@ -37,14 +38,15 @@ struct Totals {
 /// the server's thread, outside its lock, and may call the server, except Stop.
 class Server {
   public:
-    /// Binds `address` (dotted, in 127.0.0.0/8) and starts. Throws std::system_error when that
-    /// fails and FabricError for a fabric that CheckFabric refuses.
+    /// Binds `address` (dotted, in 127.0.0.0/8), where the fabric's local switch is the local one,
+    /// and the address of each switch that has one of its own for its agent, and starts. Throws
+    /// std::system_error when that fails and FabricError for a fabric that CheckFabric refuses.
     Server(Fabric fabric, const std::string& address, Faults faults = {});
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    /// Stop closes the socket, so that requests meet a closed port; Start binds again. The fabric
+    /// Stop closes the sockets, so that requests meet a closed port; Start binds again. The fabric
     /// stays; registrations, delayed replies and the last requester are forgotten, as with a
     /// process that is started anew.
     void Stop();
@@ -82,11 +84,11 @@ class Server {
     void SetLog(std::function<void(const std::string& line)> log);
 
     /// Sends a notification from a domain (0 = the local switch, and then the frame's target word
-    /// is 0 too) to the last requester and to all that registered at this domain, once to each.
-    /// Returns how many it sent.
+    /// is 0 too for those who see it as theirs) to all that registered at this domain and to the
+    /// last requester at the server's first address, once to each. Returns how many it sent.
     std::size_t SendNotification(std::uint16_t domain, std::string_view text);
 
-    /// Sends any bytes from the server's port to the last requester.
+    /// Sends any bytes from the server's first address to the last requester there.
     void SendRaw(std::span<const std::uint8_t> datagram);
 
     /// Test hook: gives the frame to send in place of the normal reply, or none to send nothing.

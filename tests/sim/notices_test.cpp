@@ -125,6 +125,39 @@ TEST(Events, OfOtherAgentsAreHandedOnUnchangedToTheSwitchsOwnAgent) {
     EXPECT_EQ(own.Receive(kShort), std::nullopt);
 }
 
+TEST(Agents, EachSeeTheSwitchOfTheirAddressAsTheLocalOne) {
+    sim::Fabric fabric = sim::DefaultFabric();
+    fabric.Find(7)->agentAddress = LoopbackAddress(1);
+    sim::Server server(fabric, LoopbackAddress(0));
+    Client core(LoopbackAddress(0).c_str()), edge(LoopbackAddress(1).c_str());
+    for (Client* agent : {&core, &edge}) {
+        EXPECT_EQ(agent->Get("Oper.Switch.DomainID"), agent == &core ? "2" : "7");
+        EXPECT_EQ(agent->Get("Oper.Switch.DomainID", 7), "7");
+        EXPECT_EQ(agent->Sender(), LoopbackAddress(agent == &core ? 0 : 1));
+        EXPECT_EQ(agent->Ask(kOn, ""), "");
+        EXPECT_EQ(agent->Ask(kOn, "", agent == &core ? 7 : 2), "");
+    }
+    EXPECT_EQ(server.TakeCommands().back().local, 7);
+
+    server.ChangeAndNotify([](sim::Fabric& f) { f.Find(7)->ports[6].operState = "Online"; });
+    EXPECT_EQ(core.Receive(), Frame(kNotification, "28;0;0;0;6", 7 << 16, 1));
+    EXPECT_EQ(edge.Receive(), Frame(kNotification, "28;0;0;0;6", 0, 1));
+    EXPECT_EQ(edge.Sender(), LoopbackAddress(1));
+    EXPECT_EQ(core.Ask(kSet, "Cmd.Snmp.PrivateEvent.[Fabric update]", 7), "");
+    EXPECT_EQ(edge.Receive(), Frame(kNotification, "32;0;0;0;0[Fabric update]", 0, 2));
+    server.SendNotification(0, "raw");
+    EXPECT_EQ(core.Receive(), Frame(kNotification, "raw", 0, 3));
+    EXPECT_EQ(edge.Receive(), Frame(kNotification, "raw", 2 << 16, 3));
+    EXPECT_EQ(core.Receive(kShort), std::nullopt);
+
+    server.ChangeAndNotify([](sim::Fabric& f) { f.switches.pop_back(); });
+    EXPECT_EQ(edge.Ask(1024, "Oper.Switch.DomainID", 0, kShort), "(none)");
+    server.WithFabric([&](sim::Fabric& f) { f = fabric; });
+    server.Stop();
+    server.Start();
+    EXPECT_EQ(edge.Get("Oper.Switch.DomainID"), "7");
+}
+
 TEST(Events, AreAppendedToTheLog) {
     sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
     Client agent(LoopbackAddress(0).c_str());
