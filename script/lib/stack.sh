@@ -70,6 +70,11 @@ start_simulator() {
     wait_until 10 switchsim grep -q listening "$STACK_ROOT/switchsim.log"
 }
 
+# switch_ctl COMMAND...: changes the simulated fabric.
+switch_ctl() {
+    "$BUILD/bin/switchsim" ctl --listen "$STACK_ADDRESS" "$@" >/dev/null
+}
+
 start_snmpd() {
     cat >"$STACK_ROOT/snmpd.conf" <<EOF
 master agentx
@@ -90,6 +95,15 @@ start_agent() {
 
 agent_answers() {
     [[ $(snmpget -v2c -c public -r 0 -Oqv "$STACK_MANAGER" .1.3.6.1.3.94.1.1.0) =~ ^[0-9]+$ ]]
+}
+
+# Starts a trap receiver with the vendor's MIB module loaded; traps go to snmptrapd.log, a line each.
+TRAP_PORT=1162
+start_trap_receiver() {
+    echo "authCommunity log public" >"$STACK_ROOT/snmptrapd.conf"
+    stack_start snmptrapd snmptrapd -f -n -C -c "$STACK_ROOT/snmptrapd.conf" -M "$PWD/mib:$PWD/mib/base" \
+        -m NORBEX-MIB -Lo -F '%v\n' "udp:$STACK_ADDRESS:$TRAP_PORT"
+    wait_until 10 snmptrapd grep -q "NET-SNMP version" "$STACK_ROOT/snmptrapd.log"
 }
 
 # walk OID: every value below it, a line each, fast.
