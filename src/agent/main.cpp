@@ -24,7 +24,11 @@
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
 #include "src/snmptables/zoning.h"
+#include "src/traps/local_state.h"
 #include "src/traps/notifications.h"
+#include "src/traps/registration.h"
+#include "src/traps/trap_sender.h"
+#include "src/traps/trap_table.h"
 
 namespace snmpmain {
 namespace {
@@ -54,7 +58,9 @@ void ResetCaches() {
     ResetZoningTable();
     ResetAliasTable();
     ResetUnitStatusMemo();
+    ResetTrapTable();
     SetDepartureHandler(NotifyQueue::Put);
+    SetRegistrationHandler(RegisterNotifications);
 }
 
 // One pass over what the agent keeps of the switch; a failure begins the next pass at the top.
@@ -65,6 +71,10 @@ int FillCaches() {
     }
     if (InitConnUnitTable() != 0) {
         std::fputs("Unit table initialization failed. Reinitializing.\n", stderr);
+        return -1;
+    }
+    if (InitTrapNotifications() != 0) {
+        std::fputs("Trap initialization failed. Reinitializing.\n", stderr);
         return -1;
     }
     return 0;
@@ -87,6 +97,10 @@ void ReadSwitch() {
     do {
         ::sleep(1);
     } while (FillCaches() != 0);
+    while (InitLocalStateTable() != 0) {
+        std::fputs("HW state initialization failed. Reinitializing.\n", stderr);
+        ::sleep(1);
+    }
 }
 
 void StartSubAgent(const char* socketPath) {
@@ -131,6 +145,9 @@ int main(int argc, char** argv) {
     ResetCaches();
     ReadSwitch();
     StartSubAgent(masterSocket.c_str());
+    if (options.startupTrap) {
+        SendColdStartTrap();
+    }
     std::fprintf(stderr, "%s] SNMP is up and running!\n", ClockStamp());
     RunMainLoop();
 }

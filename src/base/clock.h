@@ -11,4 +11,7 @@ const char* ClockStamp();
 // thread's next call overwrites.
 const char* DateTimeString();
 
+// Takes over a time zone that the machine has changed to. Any thread.
+void RereadTimeZone();
+
 }  // namespace snmpmain

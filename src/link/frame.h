@@ -27,6 +27,7 @@ constexpr std::size_t kPayloadLengthOffset = 10;
 constexpr std::size_t kSequenceOffset = 12;
 constexpr std::size_t kChecksumSize = 4;
 constexpr std::size_t kReplyTextSize = 512;
+constexpr std::size_t kMostCommandText = 502;  // characters behind the prefix
 
 constexpr std::uint16_t kGetMessage = 1024;
 constexpr std::uint16_t kSetMessage = 1025;

@@ -144,19 +144,38 @@ void MakeOIDfromTrapIndex(const TrapRowIndex& index, std::span<oid, kTrapIndexLe
     names.back() = index.port;
 }
 
+namespace {
+
+// The order of a row's index and another one: below 0, 0 or above; -2 for a row not in use.
+constexpr int kRowNotInUse = -2;
+int CompareTrapRow(TrapRowLookup rowAt, std::uint16_t row,
+                   std::span<const oid, kTrapIndexLength> names) {
+    TrapRowIndex index;
+    if (rowAt(row, index) != 0) {
+        return kRowNotInUse;
+    }
+    std::array<oid, kTrapIndexLength> present;
+    MakeOIDfromTrapIndex(index, present);
+    return snmp_oid_compare(present.data(), present.size(), names.data(), names.size());
+}
+
+}  // namespace
+
 int GetTrapIndexFromTrapOID(TrapRowLookup rowAt, std::span<const oid, kTrapIndexLength> names,
                             std::uint16_t& row) {
-    TrapRowIndex index;
     for (row = 0; row < kTrapRows; ++row) {
-        if (rowAt(row, index) != 0) {
-            continue;
-        }
-        std::array<oid, kTrapIndexLength> present;
-        MakeOIDfromTrapIndex(index, present);
-        const int order =
-            snmp_oid_compare(present.data(), present.size(), names.data(), names.size());
-        if (order >= 0) {
+        if (const int order = CompareTrapRow(rowAt, row, names); order >= 0) {
             return order == 0 ? 0 : 1;
+        }
+    }
+    return -1;
+}
+
+int FindTrapIndex(TrapRowLookup rowAt, std::span<const oid, kTrapIndexLength> names,
+                  std::uint16_t& row) {
+    for (row = 0; row < kTrapRows; ++row) {
+        if (CompareTrapRow(rowAt, row, names) == 0) {
+            return 0;
         }
     }
     return -1;

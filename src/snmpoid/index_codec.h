@@ -71,6 +71,10 @@ void MakeOIDfromTrapIndex(const TrapRowIndex& index, std::span<oid, kTrapIndexLe
 int GetTrapIndexFromTrapOID(TrapRowLookup rowAt, std::span<const oid, kTrapIndexLength> names,
                             std::uint16_t& row);
 
+// The row in use with exactly this index, also where the rows are out of order. Returns 0 or -1.
+int FindTrapIndex(TrapRowLookup rowAt, std::span<const oid, kTrapIndexLength> names,
+                  std::uint16_t& row);
+
 // Splits a dotted text into its numbers, as many as there is room for. Leaves numbers and count
 // alone when the text holds no ".".
 void SplitDottedNumbers(const char* text, std::span<std::uint32_t> numbers, std::size_t& count);

@@ -15,7 +15,13 @@ constexpr Word kTempWords[] = {
 constexpr WordTable kTemps{kTempWords, kSensorUnknown};
 
 constexpr Word kPortStateWords[] = {{"Online", 2}, {"Offline", 3}, {"Down", 3}, {"Diagnostics", 5}};
-constexpr WordTable kPortStates{kPortStateWords, 1};
+constexpr WordTable kPortStates{kPortStateWords, kPortStateUnknown};
+
+constexpr Word kAdminWords[] = {{"Online", 1}, {"Diagnostics", 3}};
+constexpr WordTable kAdminStatuses{kAdminWords, kPortAdminOffline};
+
+constexpr Word kOperWords[] = {{"Online", kPortOperOnline}, {"Offline", 2}, {"Diagnostics", 3}};
+constexpr WordTable kOperStatuses{kOperWords, kPortOperOther};
 
 // What decides a port's hardware state, in this order.
 constexpr std::uint32_t kUndecided = 0;
@@ -94,6 +100,40 @@ int ReadPortHwState(std::uint32_t domain, std::uint32_t module, std::uint32_t po
             break;
         }
     }
+    return 0;
+}
+
+int ReadStateOfPort(std::uint32_t domain, std::uint32_t port, std::uint32_t& state) {
+    std::uint32_t module = 0;
+    return GetModuleAndPort(domain, port, module, port) == 0
+               ? ReadPortState(domain, module, port, state)
+               : -1;
+}
+
+int ReadHwStateOfPort(std::uint32_t domain, std::uint32_t port, std::uint32_t& state) {
+    std::uint32_t module = 0;
+    return GetModuleAndPort(domain, port, module, port) == 0
+               ? ReadPortHwState(domain, module, port, state)
+               : -1;
+}
+
+int ReadPortAdminStatus(std::uint32_t domain, std::uint32_t port, std::uint32_t& status) {
+    ReplyText reply;
+    if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.UserPort.0.%u.AdminState",
+                         port) != 0) {
+        return -1;
+    }
+    status = FirstContained(kAdminStatuses, reply.data());
+    return 0;
+}
+
+int ReadPortOperStatus(std::uint32_t domain, std::uint32_t port, std::uint32_t& status) {
+    ReplyText reply;
+    if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.UserPort.0.%u.OperState",
+                         port) != 0) {
+        return -1;
+    }
+    status = FirstContained(kOperStatuses, reply.data());
     return 0;
 }
 

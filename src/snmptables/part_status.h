@@ -29,6 +29,9 @@ int ReadSensorStatus(std::uint32_t domain, const SensorRef& sensor, std::uint32_
 // connUnitPortStatus: the switches report none, so it is always "unused".
 constexpr std::uint32_t kPortStatus = 2;
 
+// connUnitPortState of a port that cannot be asked.
+constexpr std::uint32_t kPortStateUnknown = 1;
+
 // The connUnitPortState code of a port. Returns 0, or -1 when the unit does not answer.
 // "Get.Oper.UserPort.%d.%d.OperState"
 int ReadPortState(std::uint32_t domain, std::uint32_t module, std::uint32_t port,
@@ -38,5 +41,19 @@ int ReadPortState(std::uint32_t domain, std::uint32_t module, std::uint32_t port
 // "Get.Oper.UserPort.%d.%d.DiagStatus", ".GBICType", ".SyncStatus", as many as it takes
 int ReadPortHwState(std::uint32_t domain, std::uint32_t module, std::uint32_t port,
                     std::uint32_t& state);
+
+// The same for a port number of a unit; -1 also for one that the unit does not have.
+int ReadStateOfPort(std::uint32_t domain, std::uint32_t port, std::uint32_t& state);
+int ReadHwStateOfPort(std::uint32_t domain, std::uint32_t port, std::uint32_t& state);
+
+// The status of a port as the vendor MIB numbers it. The commands name blade 0 always. Return 0, or
+// -1 when the unit does not answer.
+constexpr std::uint32_t kPortAdminOffline = 2;
+constexpr std::uint32_t kPortOperOnline = 1;
+constexpr std::uint32_t kPortOperOther = 4;
+int ReadPortAdminStatus(std::uint32_t domain, std::uint32_t port,
+                        std::uint32_t& status);  // "Get.Oper.UserPort.0.%d.AdminState"
+int ReadPortOperStatus(std::uint32_t domain, std::uint32_t port,
+                       std::uint32_t& status);  // "Get.Oper.UserPort.0.%d.OperState"
 
 }  // namespace snmpmain

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <ctime>
+#include <mutex>
 
 #include "src/link/link.h"
 #include "src/link/switch_info.h"
@@ -19,7 +20,12 @@ struct StatusMemo {
     int result = 0;
 };
 
-StatusMemo memo;
+struct GuardedMemo {
+    std::mutex mutex;
+    StatusMemo memo;
+};
+
+GuardedMemo guarded;
 
 struct Findings {
     bool warning = false;
@@ -120,6 +126,17 @@ int ComputeUnitStatus(std::uint32_t domain, std::uint16_t& status) {
     return 0;
 }
 
+// Replaces the memo by the one kept, if that is for the same unit and young enough.
+bool Recall(StatusMemo& memo) {
+    const std::lock_guard lock(guarded.mutex);
+    const StatusMemo& kept = guarded.memo;
+    if (kept.time <= 0 || kept.domain != memo.domain || memo.time - kept.time >= kMemoLifetime) {
+        return false;
+    }
+    memo = kept;
+    return true;
+}
+
 }  // namespace
 
 int ReadUnitState(std::uint32_t domain, std::uint16_t& state) {
@@ -138,23 +155,25 @@ int ReadUnitState(std::uint32_t domain, std::uint16_t& state) {
 }
 
 int ReadUnitStatus(std::uint32_t domain, std::uint16_t& status) {
-    const std::time_t now = MonotonicSeconds();
-    const bool remembered =
-        memo.time > 0 && memo.domain == domain && now - memo.time < kMemoLifetime;
-    if (!remembered) {
-        memo = {now, domain, kUnitUnknown, 0};
-        if (IsBeingReset(domain)) {
-            GetUnitStatus(domain, memo.status);
-        } else {
-            memo.result = ComputeUnitStatus(domain, memo.status);
-        }
+    StatusMemo memo{MonotonicSeconds(), domain, kUnitUnknown, 0};
+    if (Recall(memo)) {
+        status = memo.status;
+        return memo.result;
     }
+    if (IsBeingReset(domain)) {
+        GetUnitStatus(domain, memo.status);
+    } else {
+        memo.result = ComputeUnitStatus(domain, memo.status);
+    }
+    const std::lock_guard lock(guarded.mutex);
+    guarded.memo = memo;
     status = memo.status;
     return memo.result;
 }
 
 void ResetUnitStatusMemo() {
-    memo = {};
+    const std::lock_guard lock(guarded.mutex);
+    guarded.memo = {};
 }
 
 }  // namespace snmpmain

@@ -1,5 +1,6 @@
 // State and status of a unit as a whole, computed from what its parts report. The MIB columns and
-// the reports of changes both take the values from here. Main thread only.
+// the reports of changes both take the values from here. Main thread; of a unit that is being reset
+// also the ListenThread, which cannot ask anything.
 #pragma once
 
 #include <cstdint>

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 
 #include "src/base/byte_order.h"
 #include "src/base/system_log.h"
@@ -29,6 +30,9 @@ constexpr ConnUnitEntry kEmptyRow{0, 0, kUnitUnknown, {}, 0, 0};
 constexpr int kFailuresBeforeGivingUp = 2;
 
 struct UnitTableState {
+    // Held for every change of a row in use, and for every look at a row's status or reset flag:
+    // the ListenThread reports the local unit's reset.
+    std::mutex rowsMutex;
     ConnUnitTable scratch{};  // the table under construction
     std::uint16_t statusCursor = 0;
     std::uint16_t ascendingRows = 0;
@@ -189,6 +193,7 @@ void SetRegistrationHandler(int (*handler)(bool on)) {
 }
 
 void ResetConnUnitTable() {
+    const std::lock_guard lock(state.rowsMutex);
     connUnitTbl.fill(kEmptyRow);
     NoteRowOrder();
 }
@@ -214,12 +219,18 @@ int UpdateConnUnitTable() {
     }
     FindDeletedUnit(count);
     SortUnitsByWwn(count);
-    std::copy_n(state.scratch.begin(), count, connUnitTbl.begin());
-    if (count < MAX_CONN_UNITS) {
-        connUnitTbl[count] = kEmptyRow;
+    {
+        const std::lock_guard lock(state.rowsMutex);
+        std::copy_n(state.scratch.begin(), count, connUnitTbl.begin());
+        if (count < MAX_CONN_UNITS) {
+            connUnitTbl[count] = kEmptyRow;
+        }
     }
     NoteRowOrder();
-    DumpConnUnitTable(connUnitTbl);
+    if (count < MAX_CONN_UNITS) {
+        state.scratch[count] = kEmptyRow;
+    }
+    DumpConnUnitTable(state.scratch);
     state.statusCursor = 0;
     unitStatusRefreshPending = 1;
     return 0;
@@ -267,10 +278,10 @@ int RefreshNextUnitStatus() {
         return 0;
     }
     if (state.statusCursor < GetUnitCount()) {
-        ConnUnitEntry& row = connUnitTbl[state.statusCursor];
+        const std::uint16_t domain = connUnitTbl[state.statusCursor].domainId;
         std::uint16_t status = kUnitUnknown;
-        ReadUnitStatus(row.domainId, status);
-        row.status = status;
+        ReadUnitStatus(domain, status);
+        SetUnitStatus(domain, status);
         ++state.statusCursor;
     } else {
         unitStatusRefreshPending = 0;
@@ -363,7 +374,18 @@ std::uint32_t GetFcAddressFromDomainId(std::uint32_t domain) {
     return row->fcAddress;
 }
 
+int CopyWwnOfDomain(std::uint32_t domain, char (&wwn)[kWwnTextSize]) {
+    const std::lock_guard lock(state.rowsMutex);
+    const ConnUnitEntry* row = RowOfDomainOrLocal(domain);
+    if (row == nullptr) {
+        return -1;
+    }
+    CopyText(wwn, sizeof(wwn), row->wwn);
+    return 0;
+}
+
 int GetUnitStatus(std::uint32_t domain, std::uint16_t& status) {
+    const std::lock_guard lock(state.rowsMutex);
     const ConnUnitEntry* row = RowOfDomain(domain);
     if (row == nullptr) {
         return -1;
@@ -373,6 +395,7 @@ int GetUnitStatus(std::uint32_t domain, std::uint16_t& status) {
 }
 
 int SetUnitStatus(std::uint32_t domain, std::uint16_t status) {
+    const std::lock_guard lock(state.rowsMutex);
     ConnUnitEntry* row = RowOfDomain(domain);
     if (row == nullptr) {
         return -1;
@@ -382,6 +405,7 @@ int SetUnitStatus(std::uint32_t domain, std::uint16_t status) {
 }
 
 int GetUnitReset(std::uint32_t domain, std::uint32_t& reset) {
+    const std::lock_guard lock(state.rowsMutex);
     const ConnUnitEntry* row = RowOfDomainOrLocal(domain);
     if (row == nullptr) {
         return -1;
@@ -391,6 +415,7 @@ int GetUnitReset(std::uint32_t domain, std::uint32_t& reset) {
 }
 
 int SetUnitReset(std::uint32_t domain, std::uint32_t reset) {
+    const std::lock_guard lock(state.rowsMutex);
     ConnUnitEntry* row = reset > 1 ? nullptr : RowOfDomain(domain);
     if (row == nullptr) {
         return -1;

@@ -1,5 +1,6 @@
 // connUnitTbl: the switches of the fabric, one row per domain that answers. A row's position is the
-// unit index of every per-unit MIB table; its WWN is the index that managers see. Main thread only.
+// unit index of every per-unit MIB table; its WWN is the index that managers see. Main thread only,
+// where nothing else is said.
 #pragma once
 
 #include <array>
@@ -89,11 +90,14 @@ const char* GetWwnFromDomainId(std::uint32_t domain);
 // The address, or 0xFFFFFFFF. 0 is the local switch.
 std::uint32_t GetFcAddressFromDomainId(std::uint32_t domain);
 
-// 0 is not taken for the local switch.
+// Any thread: the WWN text of a domain's unit, 0 being the local switch. Returns 0 or -1.
+int CopyWwnOfDomain(std::uint32_t domain, char (&wwn)[kWwnTextSize]);
+
+// Any thread. 0 is not taken for the local switch.
 int GetUnitStatus(std::uint32_t domain, std::uint16_t& status);
 int SetUnitStatus(std::uint32_t domain, std::uint16_t status);
 
-// 0 is the local switch in the getter, but not in the setter. The setter takes 0 and 1.
+// Any thread. 0 is the local switch in the getter, but not in the setter. The setter takes 0 and 1.
 int GetUnitReset(std::uint32_t domain, std::uint32_t& reset);
 int SetUnitReset(std::uint32_t domain, std::uint32_t reset);
 

@@ -1,6 +1,7 @@
 #include "src/traps/event_kinds.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 namespace snmpmain {
@@ -49,11 +50,35 @@ constexpr EventKind kEventKindTable[] = {
 };
 static_assert(std::size(kEventKindTable) == kLastEventKind + 2);
 
+struct SeverityName {
+    const char* name;
+    std::uint32_t severity;
+};
+
+constexpr SeverityName kSeverityNameTable[] = {
+    {"emergency", 2}, {"alert", 3}, {"critical", 4}, {"error", 5}, {"warning", 6},
+    {"notify", 7},    {"info", 8},  {"debug", 9},    {"mark", 10},
+};
+constexpr std::uint32_t kMostSevere = 2;
+constexpr std::uint32_t kLeastSevere = 10;
+
 }  // namespace
 
 const EventKind& GetEventKind(std::uint32_t kind) {
     constexpr std::uint32_t kClosing = std::size(kEventKindTable) - 1;
     return kEventKindTable[std::min(kind, kClosing)];
+}
+
+std::uint32_t SeverityFromName(const char* text) {
+    const auto known = std::ranges::find_if(kSeverityNameTable, [&](const SeverityName& entry) {
+        return std::strstr(entry.name, text) != nullptr;
+    });
+    return known == std::end(kSeverityNameTable) ? kLeastSevere : known->severity;
+}
+
+const char* NameOfSeverity(std::uint32_t severity) {
+    const std::uint32_t clamped = std::clamp(severity, kMostSevere, kLeastSevere);
+    return std::ranges::find(kSeverityNameTable, clamped, &SeverityName::severity)->name;
 }
 
 }  // namespace snmpmain

@@ -19,6 +19,10 @@
 #include "src/snmptables/unit_table.h"
 #include "src/snmptables/zoning.h"
 #include "src/traps/event_kinds.h"
+#include "src/traps/local_state.h"
+#include "src/traps/private_events.h"
+#include "src/traps/trap_decision.h"
+#include "src/traps/trap_table.h"
 
 namespace snmpmain {
 namespace {
@@ -29,20 +33,6 @@ constexpr std::uint16_t kInteropDomainOffset = 96;
 constexpr int kRefreshAttempts = 4;
 
 using NotificationText = std::array<char, kNotificationTextSize>;
-
-// Kinds that the dispatch looks at.
-enum Kind : std::uint16_t {
-    kSnmpConfig = 1,
-    kSwitchConfig = 2,
-    kFabricOper = 5,
-    kZoningOper = 7,
-    kNameServerOper = 9,
-    kSwitchOper = 12,
-    kSwitchState = 13,
-    kSwitchReset = 17,
-    kPrivateEvent = 32,
-    kSwitchInfo = 36,
-};
 
 int ExtractNotificationPayload(std::span<const std::uint8_t> frame, NotificationText& text) {
     const std::size_t length = std::size_t{LoadBig16(&frame[kPayloadLengthOffset])} - kChecksumSize;
@@ -86,17 +76,40 @@ void RefreshSwitchInfo() {
     }
 }
 
-void RefreshForKind(const NotificationRecord& record) {
+// A port's hardware may have changed along with its state.
+void FollowPortHardware(const NotificationRecord& record) {
+    const std::uint16_t port = GetPortFromEventText(record.text);
+    if (CheckPortHwStateChange(port) != 0) {
+        SendPortHwStateEvent(kPortState, port);
+    }
+}
+
+void FollowLocalConfig(std::uint16_t kind) {
+    if (kind == kSnmpConfig) {
+        RefreshConnUnitTable();
+        ReadTrapDestinations();
+    } else if (CheckInbandEnableChange() != 0) {
+        SendFabricUpdateEvent();
+    }
+}
+
+// Brings up to date what the agent keeps.
+void Follow(const NotificationRecord& record) {
     const bool local = record.domainId == GetLocalDomainId();
     switch (record.kind) {
         case kSnmpConfig:
+        case kSwitchConfig:
             if (local) {
+                FollowLocalConfig(record.kind);
+            } else if (record.kind == kSwitchConfig) {
                 RefreshConnUnitTable();
             }
             break;
-        case kSwitchConfig:
-            if (!local) {
-                RefreshConnUnitTable();
+        case kPortConfig:
+        case kPortState:
+        case kPortOper:
+            if (local) {
+                FollowPortHardware(record);
             }
             break;
         case kFabricOper:
@@ -115,7 +128,7 @@ void RefreshForKind(const NotificationRecord& record) {
             InitLogLevel();
             break;
         case kPrivateEvent:
-            if (std::strstr(record.text, "Fabric update") != nullptr) {
+            if (std::strstr(record.text, kFabricUpdateEvent) != nullptr) {
                 RefreshConnUnitTable();
             }
             break;
@@ -151,6 +164,10 @@ int HandleIncomingNotification(std::span<const std::uint8_t> frame) {
     }
     TraceLog(kTrace, "%-3d<< %s", domain, text.data());
 
+    // By the time the main loop came to it, the switch could be down.
+    if (kind == kSwitchReset && domain == GetLocalDomainId()) {
+        return ProcessNotificationForTraps(domain, kind, text.data());
+    }
     NotificationRecord record{};
     record.domainId = domain;
     record.kind = kind;
@@ -162,7 +179,8 @@ int HandleIncomingNotification(std::span<const std::uint8_t> frame) {
 void DispatchNotification() {
     NotificationRecord record;
     NotifyQueue::Get(record);
-    RefreshForKind(record);
+    ProcessNotificationForTraps(record.domainId, record.kind, record.text);
+    Follow(record);
     std::uint16_t index = 0;
     if (GetIndexFromDomainId(record.domainId, index) != 0) {
         SystemLog("SNMP:Previously unknown switch joined the fabric. DomainId:%d\n",

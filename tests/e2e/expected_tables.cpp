@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <map>
 #include <sstream>
 
 #include "tests/e2e/expected_values.h"
@@ -242,6 +243,28 @@ Values WalkedNames(const sim::Fabric& fabric) {
     return Walked(kNameServer, rows);
 }
 
+// The local switch's trap destinations; equal ones are not expected here.
+Values WalkedTraps(const sim::Fabric& fabric) {
+    const std::vector<std::string> severities = {
+        "emergency", "alert", "critical", "error", "warning", "notify", "info", "debug", "mark"};
+    std::map<std::vector<unsigned long>, sim::TrapDestination> sorted;
+    for (const sim::TrapDestination& trap : fabric.Find(0)->traps) {
+        if (trap.address != "0.0.0.0") {
+            sorted[SubIds("." + trap.address + "." + std::to_string(trap.port))] = trap;
+        }
+    }
+    Rows rows;
+    for (const auto& [index, trap] : sorted) {
+        const auto severity = std::ranges::find(severities, trap.severity) - severities.begin();
+        rows.push_back({"." + trap.address + "." + std::to_string(trap.port),
+                        {{1, "IpAddress: " + trap.address},
+                         {2, Integer(trap.port)},
+                         {3, Integer(static_cast<std::uint64_t>(severity + 2))},
+                         {4, Integer(trap.enabled ? 3 : 2)}}});
+    }
+    return Walked(kTraps, rows);
+}
+
 }  // namespace
 
 Values Expected(const sim::Fabric& fabric, const std::string& below) {
@@ -257,7 +280,9 @@ Values Expected(const sim::Fabric& fabric, const std::string& below) {
           WalkedByUnit(kSensors, fabric, SensorRows), WalkedByUnit(kPorts, fabric, PortRows),
           WalkedByUnit(kEvents, fabric, EventRows), WalkedByUnit(kLinks, fabric, LinkRows),
           WalkedZones(fabric), WalkedAliases(fabric),
-          Values{{kFcmgmt + ".2.1.0", Integer(5)}, {kFcmgmt + ".3.0", Text("0400")}},
+          Values{{kFcmgmt + ".2.1.0", Integer(5)},
+                 {kFcmgmt + ".2.2.0", Integer(WalkedTraps(fabric).size() / 4)}},
+          WalkedTraps(fabric), Values{{kFcmgmt + ".3.0", Text("0400")}},
           WalkedByUnit(kStatistics, fabric, StatisticsRows),
           Values{{kFcmgmt + ".5.1.1.0", Integer(names)}}, WalkedNames(fabric)}) {
         std::ranges::copy_if(part, std::back_inserter(values), [&](const Value& value) {

@@ -34,6 +34,7 @@ inline const std::string kZones = kFcmgmt + ".1.13.1";
 inline const std::string kAliases = kFcmgmt + ".1.14.1";
 inline const std::string kStatistics = kFcmgmt + ".4.5.1";
 inline const std::string kNameServer = kFcmgmt + ".5.2.1.1";
+inline const std::string kTraps = kFcmgmt + ".2.3.1";
 inline const std::string kNoInstance = "No Such Instance currently exists at this OID";
 
 // Polls until `condition` holds; false when it does not within the time.

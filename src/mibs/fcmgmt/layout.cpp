@@ -1,16 +1,9 @@
-// Tables whose objects are registered, so that the subtree has its shape, without values: a GET
+// A table whose objects are registered, so that the subtree has its shape, without values: a GET
 // finds no such instance, a walk passes over them.
 #include "src/mibs/fcmgmt/tables.h"
 
 namespace snmpmain::fcmgmt {
 namespace {
-
-constexpr Column kTrapRegistrations[] = {
-    {1, 133, ASN_IPADDRESS, Access::kReadOnly, "trapRegIpAddress", NeverAnswers()},
-    {2, 134, ASN_INTEGER, Access::kReadOnly, "trapRegPort", NeverAnswers()},
-    {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter", NeverAnswers()},
-    {4, 136, ASN_INTEGER, Access::kReadWrite, "trapRegRowState", NeverAnswers()},
-};
 
 constexpr Column kPlatforms[] = {
     {1, 211, ASN_INTEGER, Access::kReadOnly, nullptr, NeverAnswers()},
@@ -26,8 +19,6 @@ constexpr Column kPlatforms[] = {
     {12, 221, ASN_OCTET_STR, Access::kReadOnly, nullptr, NeverAnswers()},
 };
 
-constexpr std::span<const Column> kTrapRegistrationColumns = kTrapRegistrations;
-
 constexpr std::span<const Column> kPlatformColumns = kPlatforms;
 
 // Reached only for a column with a value, of which there is none.
@@ -35,8 +26,6 @@ constexpr TableShape kNoRows{nullptr, nullptr};
 
 }  // namespace
 
-constinit const ServedTable kTrapRegistrationTable{
-    "fcmgmt", {&kTrapRegistrationColumns, 1}, kNoRows};
 constinit const ServedTable kPlatformTable{"fcmgmt", {&kPlatformColumns, 1}, kNoRows};
 
 }  // namespace snmpmain::fcmgmt

@@ -2,6 +2,7 @@
 #include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_table.h"
+#include "src/traps/trap_table.h"
 
 namespace snmpmain::fcmgmt {
 namespace {
@@ -15,6 +16,10 @@ int ReadNameServerTotal(const Column&, const Instance&, MibValue& value) {
     return SetNumber(value, GetNameServerTotal());
 }
 
+int ReadTrapClientCount(const Column&, const Instance&, MibValue& value) {
+    return SetNumber(value, GetTrapRowCount());
+}
+
 constexpr Column kConnSet[] = {
     {1, 1, ASN_INTEGER, Access::kReadOnly, "uNumber", Computed(ReadUnitCount)},
     {2, 2, ASN_OCTET_STR, Access::kReadOnly, "systemURL", UrlOf()},
@@ -24,8 +29,8 @@ constexpr Column kConnSet[] = {
 };
 
 constexpr Column kTrapReg[] = {
-    {1, 129, ASN_INTEGER, Access::kReadOnly, "trapMaxClients", Constant(5)},
-    {2, 130, ASN_INTEGER, Access::kReadOnly, "trapClientCount"},
+    {1, 129, ASN_INTEGER, Access::kReadOnly, "trapMaxClients", Constant(kTrapDestinations)},
+    {2, 130, ASN_INTEGER, Access::kReadOnly, "trapClientCount", Computed(ReadTrapClientCount)},
 };
 
 constexpr Column kRevision[] = {

@@ -1,0 +1,17 @@
+// The agent's registration for notifications, and the start-up of everything that has to do with
+// traps. Main thread only.
+#pragma once
+
+namespace snmpmain {
+
+// Registers at the local switch and at every other unit of connUnitTbl ("NotifyOn"), or withdraws
+// from the other units ("NotifyOff"; the local registration is never withdrawn). Returns 0, or -1
+// when one of them failed, each of which goes to the system log.
+int RegisterNotifications(bool on);
+
+// Reads the community and the destinations of traps, registers for notifications and empties the
+// queue. Messages go to standard error; a failure of one step does not stop the others. Always 0.
+// "Get.Config.Snmp.TrapComm"
+int InitTrapNotifications();
+
+}  // namespace snmpmain

@@ -1,0 +1,186 @@
+#include "src/traps/trap_table.h"
+
+#include <arpa/inet.h>
+
+#include <algorithm>
+#include <cstring>
+#include <mutex>
+#include <utility>
+
+#include "src/base/text.h"
+#include "src/base/trace_log.h"
+#include "src/link/link.h"
+#include "src/traps/event_kinds.h"
+
+namespace snmpmain {
+namespace {
+
+struct GuardedTable {
+    std::mutex mutex;
+    TrapTable rows;
+};
+
+GuardedTable table;
+
+bool IsUsed(const TrapRow& row) {
+    return row.address[0] != '\0';
+}
+
+std::pair<std::uint32_t, std::uint32_t> IndexOf(const TrapRow& row) {
+    return {ntohl(::inet_addr(row.address)), row.port};
+}
+
+bool IsSameDestination(const TrapRow& a, const TrapRow& b) {
+    return std::strcmp(a.address, b.address) == 0 && a.port == b.port;
+}
+
+// Asks for one setting of a destination; the keys of the first one carry no number.
+int AskSetting(const char* setting, std::uint16_t destination, ReplyText& reply,
+               ConversionType type = kString, std::uint32_t* number = nullptr) {
+    char digits[8] = "";
+    if (destination > 0) {
+        FormatText(digits, "%d", destination);
+    }
+    return SwitchMgmtQueryf(0, reply, type, number, "Get.Config.Snmp.%s%s", setting, digits) == 0
+               ? 0
+               : -1;
+}
+
+// Reads the settings behind the address. Returns 0, or -1 when one cannot be had.
+int ReadSettings(std::uint16_t destination, TrapRow& row) {
+    ReplyText reply;
+    if (AskSetting("TrapPort", destination, reply, kInteger, &row.port) != 0 ||
+        AskSetting("TrapSeverity", destination, reply) != 0) {
+        return -1;
+    }
+    row.filter = SeverityFromName(reply.data());
+    if (AskSetting("TrapEnable", destination, reply) != 0) {
+        return -1;
+    }
+    row.state = std::strstr(reply.data(), "True") != nullptr ? kTrapRowActive : kTrapRowInactive;
+    // Older switches know no version.
+    const bool version1 = AskSetting("TrapVersion", destination, reply) == 0 &&
+                          std::strchr(reply.data(), '1') != nullptr;
+    row.version = version1 ? kTrapVersion1 : kTrapVersion2c;
+    return 0;
+}
+
+// Reads all destinations into the first rows. Returns how many there are, or -1.
+int ReadRows(TrapTable& rows) {
+    int used = 0;
+    for (std::uint16_t destination = 0; destination < kTrapDestinations; ++destination) {
+        ReplyText address;
+        if (AskSetting("TrapAddr", destination, address, kIpAddress) != 0) {
+            return -1;
+        }
+        if (std::strcmp(address.data(), "0.0.0.0") == 0 ||
+            std::strcmp(address.data(), "255.255.255.255") == 0) {
+            continue;
+        }
+        TrapRow& row = rows[static_cast<std::size_t>(used)];
+        CopyText(row.address, sizeof(row.address), address.data());
+        if (ReadSettings(destination, row) != 0) {
+            return -1;
+        }
+        ++used;
+    }
+    return used;
+}
+
+// Removes rows that repeat an earlier one. The row that moves into a removed one's place is not
+// compared with that earlier one again: of three equal rows two remain.
+void RemoveDoubles(TrapTable& rows, int& used) {
+    for (int i = 0; i < used; ++i) {
+        for (int j = i + 1; j < used; ++j) {
+            const auto row = rows.begin() + j;
+            if (IsSameDestination(rows[static_cast<std::size_t>(i)], *row)) {
+                std::move(row + 1, rows.begin() + used, row);
+                --used;
+                rows[static_cast<std::size_t>(used)] = {};
+            }
+        }
+    }
+}
+
+const char* NameOfState(std::uint32_t state) {
+    return state == kTrapRowActive ? "Active" : state == kTrapRowInactive ? "Inactive" : "";
+}
+
+}  // namespace
+
+void ResetTrapTable() {
+    const std::lock_guard lock(table.mutex);
+    table.rows = {};
+}
+
+int ReadTrapDestinations() {
+    TrapTable rows;
+    int used = ReadRows(rows);
+    if (used < 0) {
+        return -1;
+    }
+    RemoveDoubles(rows, used);
+    std::stable_sort(rows.begin(), rows.begin() + used,
+                     [](const TrapRow& a, const TrapRow& b) { return IndexOf(a) < IndexOf(b); });
+    {
+        const std::lock_guard lock(table.mutex);
+        table.rows = rows;
+    }
+    DumpTrapTable();
+    return 0;
+}
+
+TrapTable GetTrapTable() {
+    const std::lock_guard lock(table.mutex);
+    return table.rows;
+}
+
+int GetTrapRow(std::uint32_t index, TrapRow& row) {
+    const std::lock_guard lock(table.mutex);
+    if (index >= table.rows.size() || !IsUsed(table.rows[index])) {
+        return -1;
+    }
+    row = table.rows[index];
+    return 0;
+}
+
+std::uint16_t GetTrapRowCount() {
+    const std::lock_guard lock(table.mutex);
+    const auto unused = std::ranges::find_if_not(table.rows, IsUsed);
+    return static_cast<std::uint16_t>(unused - table.rows.begin());
+}
+
+int FindTrapRow(const char* address, std::uint32_t port, std::uint16_t& index) {
+    const std::lock_guard lock(table.mutex);
+    index = kTrapDestinations;
+    for (std::uint16_t row = 0; row < kTrapDestinations; ++row) {
+        const TrapRow& candidate = table.rows[row];
+        if (!IsUsed(candidate)) {
+            index = std::min(index, row);
+        } else if (std::strstr(candidate.address, address) != nullptr && candidate.port == port) {
+            index = row;
+            return 0;
+        }
+    }
+    return index < kTrapDestinations ? 1 : -1;
+}
+
+void DumpTrapTable() {
+    if (!IsTraced(kTrace)) {
+        return;
+    }
+    TraceLog(kTrace, "\nTrapTable:");
+    TraceLog(kTrace, "Index  IP Address       Port Filter State    Version");
+    int index = 0;
+    for (const TrapRow& row : GetTrapTable()) {
+        if (IsUsed(row)) {
+            TraceLog(kTrace, "%-7i%-17s%-5i%-7i%-9s%-8s", index, row.address,
+                     static_cast<int>(row.port), static_cast<int>(row.filter),
+                     NameOfState(row.state), row.version == kTrapVersion1 ? "V1" : "V2");
+        }
+        ++index;
+    }
+    TraceLog(kTrace, "%s", "");
+}
+
+}  // namespace snmpmain

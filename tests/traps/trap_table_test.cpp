@@ -1,0 +1,95 @@
+#include "src/traps/trap_table.h"
+
+#include "src/traps/event_kinds.h"
+#include "tests/support/switch_test.h"
+
+namespace snmpmain {
+namespace {
+
+class TrapTableTest : public SwitchTest {
+  protected:
+    TrapTableTest() {
+        ResetTrapTable();
+    }
+
+    void Give(const std::vector<sim::TrapDestination>& destinations) {
+        server.WithFabric([&](sim::Fabric& fabric) {
+            fabric.Find(0)->traps = {};
+            std::ranges::copy(destinations, fabric.Find(0)->traps.begin());
+        });
+    }
+
+    static std::vector<std::string> Rows() {
+        std::vector<std::string> rows;
+        TrapRow row;
+        for (std::uint32_t i = 0; GetTrapRow(i, row) == 0; ++i) {
+            rows.push_back(std::string(row.address) + ":" + std::to_string(row.port) + " " +
+                           std::to_string(row.filter) + " " + std::to_string(row.state) + " " +
+                           std::to_string(row.version));
+        }
+        return rows;
+    }
+};
+
+using Strings = std::vector<std::string>;
+
+TEST_F(TrapTableTest, DestinationsComeSortedWithoutGapsAndDoubles) {
+    Give({{"0.0.0.0"},
+          {"10.0.0.10", 162, "critical", true, "1"},
+          {"255.255.255.255"},
+          {"10.0.0.9", 163, "warn", false, "2"},
+          {"10.0.0.9", 162, "no such severity", true, ""}});
+    EXPECT_EQ(ReadTrapDestinations(), 0);
+    EXPECT_EQ(Rows(),
+              (Strings{"10.0.0.9:162 10 3 1", "10.0.0.9:163 6 2 1", "10.0.0.10:162 4 3 0"}));
+    EXPECT_EQ(GetTrapRowCount(), 3);
+    Give({{"10.0.0.1"}, {"10.0.0.1"}, {"10.0.0.2"}, {"10.0.0.1"}});
+    EXPECT_EQ(ReadTrapDestinations(), 0);
+    EXPECT_EQ(GetTrapRowCount(), 2);
+    Give({{"10.0.0.1"}, {"10.0.0.1"}, {"10.0.0.1"}});  // the third moves up unseen
+    EXPECT_EQ(ReadTrapDestinations(), 0);
+    EXPECT_EQ(GetTrapRowCount(), 2);
+}
+
+TEST_F(TrapTableTest, FailedReadingKeepsTheRows) {
+    Give({{"10.0.0.1", 1, "alert", true, "2"}});
+    EXPECT_EQ(ReadTrapDestinations(), 0);
+    const Strings rows = Rows();
+    for (const char* setting : {"TrapAddr4", "TrapPort", "TrapSeverity", "TrapEnable"}) {
+        const std::string path = std::string("Config.Snmp.") + setting;
+        server.SetValue(0, path, std::nullopt);
+        EXPECT_EQ(ReadTrapDestinations(), -1) << setting;
+        EXPECT_EQ(Rows(), rows);
+        server.WithFabric([&](sim::Fabric& fabric) { fabric.Find(0)->values.clear(); });
+    }
+    server.SetValue(0, "Config.Snmp.TrapVersion", std::nullopt);
+    EXPECT_EQ(ReadTrapDestinations(), 0);
+    EXPECT_EQ(Rows(), rows);
+}
+
+TEST_F(TrapTableTest, RowsAreFoundByAddressAndPort) {
+    Give({{"10.0.0.12", 162}, {"10.0.0.3", 162}});
+    ASSERT_EQ(ReadTrapDestinations(), 0);
+    std::uint16_t row = 9;
+    EXPECT_EQ(FindTrapRow("10.0.0.12", 162, row), 0);
+    EXPECT_EQ(row, 1);
+    EXPECT_EQ(FindTrapRow("10.0.0.1", 162, row), 0);  // part of another address
+    EXPECT_EQ(row, 1);
+    EXPECT_EQ(FindTrapRow("10.0.0.3", 163, row), 1);
+    EXPECT_EQ(row, 2);
+    Give({{"10.0.0.1"}, {"10.0.0.2"}, {"10.0.0.3"}, {"10.0.0.4"}, {"10.0.0.5"}});
+    ASSERT_EQ(ReadTrapDestinations(), 0);
+    EXPECT_EQ(FindTrapRow("10.0.0.6", 162, row), -1);
+}
+
+TEST(Severities, AreNamedAndFoundByPartOfTheirNames) {
+    EXPECT_EQ(SeverityFromName("warning"), 6u);
+    EXPECT_EQ(SeverityFromName("er"), 2u);  // the first name that contains it
+    EXPECT_EQ(SeverityFromName("Warning"), 10u);
+    EXPECT_STREQ(NameOfSeverity(0), "emergency");
+    EXPECT_STREQ(NameOfSeverity(9), "debug");
+    EXPECT_STREQ(NameOfSeverity(4000), "mark");
+}
+
+}  // namespace
+}  // namespace snmpmain
