@@ -93,7 +93,7 @@ int OpenSocket(const Address& address) {
     // Room for a burst; the kernel may grant less. The time-out is only a safety net for Stop,
     // which wakes the receiver with a datagram.
     const int room = 1 << 20;
-    const timeval patience{0, kPatienceMs * 1000};
+    const timeval patience{0, kPatienceMs * 1000L};
     setsockopt(fd, SOL_SOCKET, SO_RCVBUF, &room, sizeof room);
     setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     const sockaddr_in name = ToSockaddr(address);

@@ -151,6 +151,7 @@ TEST(Agents, EachSeeTheSwitchOfTheirAddressAsTheLocalOne) {
     EXPECT_EQ(core.Receive(kShort), std::nullopt);
 
     server.ChangeAndNotify([](sim::Fabric& f) { f.switches.pop_back(); });
+    EXPECT_EQ(edge.Receive(), Frame(kNotification, "5;0;0;0;0", 2 << 16, 5));
     EXPECT_EQ(edge.Ask(1024, "Oper.Switch.DomainID", 0, kShort), "(none)");
     server.WithFabric([&](sim::Fabric& f) { f = fabric; });
     server.Stop();
