@@ -38,7 +38,7 @@ int NoteStack(std::span<const std::uint8_t> frame) {
 }
 
 // Bytes of the stack that were ever written: pages come zeroed, and it grows downward.
-std::size_t StackHighWater() {
+[[maybe_unused]] std::size_t StackHighWater() {
     std::size_t untouched = 0;
     while (untouched < stack.size && stack.low[untouched] == 0) {
         ++untouched;
