@@ -12,6 +12,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <sstream>
 #include <thread>
 
@@ -128,7 +129,7 @@ Finished RunProgram(const Words& command) {
     return finished;
 }
 
-Stack::Stack() : address_(LoopbackAddress(0)) {
+Stack::Stack(int lane) : address_(LoopbackAddress(lane)) {
     char name[] = "/tmp/snmpmain_e2e.XXXXXX";
     root_ = ::mkdtemp(name);
     std::filesystem::create_directories(Path("var/agentx"));
@@ -187,10 +188,16 @@ sim::Server& Stack::Switch() {
     return *switch_;
 }
 
-void Stack::StartSnmpd() {
-    std::ofstream(Path("snmpd.conf")) << "master agentx\n"
-                                      << "agentXSocket " << Path("var/agentx/master") << "\n"
-                                      << "rocommunity public\nrwcommunity private\n";
+void Stack::StartSnmpd(const Words& settings) {
+    {
+        std::ofstream file(Path("snmpd.conf"));
+        file << "master agentx\n"
+             << "agentXSocket " << Path("var/agentx/master") << "\n"
+             << "rocommunity public\nrwcommunity private\n";
+        for (const std::string& line : settings) {
+            file << line << "\n";
+        }
+    }
     Start("snmpd",
           {"/usr/sbin/snmpd", "-f", "-LE", "4", "-I", "-smux", "-C", "-c", Path("snmpd.conf"), "-p",
            Path("snmpd.pid"), "udp:" + address_ + ":" + kSnmpPort});
@@ -202,10 +209,12 @@ void Stack::StartSnmpd() {
     })) << "snmpd does not answer";
 }
 
-void Stack::StartAgent(const Words& environment) {
+void Stack::StartAgent(const Words& environment, const Words& options) {
     Words all = {"SNMPMAIN_ROOT=" + root_};
     all.insert(all.end(), environment.begin(), environment.end());
-    Start("snmpmain", {AGENT_PROGRAM, "--remote", address_, "--notrap"}, all);
+    Words command = {AGENT_PROGRAM, "--remote", address_};
+    command.insert(command.end(), options.begin(), options.end());
+    Start("snmpmain", command, all);
 }
 
 bool Stack::AwaitAgent(double seconds) {
@@ -222,6 +231,32 @@ void Stack::StartAll() {
     StartSnmpd();
     StartAgent();
     ASSERT_TRUE(AwaitAgent());
+}
+
+void Stack::StartReceiver(int port) {
+    const std::string name = "snmptrapd" + std::to_string(port);
+    // Each trap stands between two control characters, since texts may have several lines.
+    std::ofstream(Path(name + ".conf"))
+        << "disableAuthorization no\nauthCommunity log " << kTrapCommunity << "\n"
+        << "format1 \2%P, %N %w %q%V | % | %v\3\\n\nformat2 \2%P%V | % | %v\3\\n\n";
+    Start(name, {"/usr/sbin/snmptrapd", "-f", "-Le", "-n", "-X", "-On", "-Ot", "-C", "-c",
+                 Path(name + ".conf"), "udp:" + address_ + ":" + std::to_string(port)});
+    EXPECT_TRUE(
+        Within(10, [&] { return Output(name).find("NET-SNMP version") != std::string::npos; }))
+        << name << " does not start";
+}
+
+Words Stack::Traps(int port) const {
+    static const std::regex upTime("(\\.1\\.3\\.0 = )[0-9]+"), blanks(" +(?= \\| |$)");
+    std::istringstream log(Output("snmptrapd" + std::to_string(port)));
+    Words traps;
+    std::string text;
+    while (std::getline(log, text, '\2') && std::getline(log, text, '\3')) {
+        text = std::regex_replace(text, blanks, "");
+        traps.push_back(
+            std::regex_replace(text, upTime, "$1ticks", std::regex_constants::format_first_only));
+    }
+    return traps;
 }
 
 void Stack::Signal(const std::string& name, int number) {

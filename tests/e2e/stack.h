@@ -35,6 +35,7 @@ inline const std::string kAliases = kFcmgmt + ".1.14.1";
 inline const std::string kStatistics = kFcmgmt + ".4.5.1";
 inline const std::string kNameServer = kFcmgmt + ".5.2.1.1";
 inline const std::string kTraps = kFcmgmt + ".2.3.1";
+inline const std::string kTrapCommunity = "watchers";
 inline const std::string kNoInstance = "No Such Instance currently exists at this OID";
 
 // Polls until `condition` holds; false when it does not within the time.
@@ -55,7 +56,8 @@ Finished RunProgram(const Words& command);
 
 class Stack {
   public:
-    Stack();
+    // `lane`, 0 to 3, tells the stacks of one test apart.
+    explicit Stack(int lane = 0);
     ~Stack();
     Stack(const Stack&) = delete;
     Stack& operator=(const Stack&) = delete;
@@ -65,14 +67,21 @@ class Stack {
     void StartSimulatorProgram(const Words& options);
     sim::Server& Switch();
 
-    // Starts the daemon and waits until it answers.
-    void StartSnmpd();
+    // Starts the daemon, with these lines added to its settings, and waits until it answers.
+    void StartSnmpd(const Words& settings = {});
     // Starts the agent; `AwaitAgent` waits until it serves requests.
-    void StartAgent(const Words& environment = {});
+    void StartAgent(const Words& environment = {}, const Words& options = {"--notrap"});
     bool AwaitAgent(double seconds = 20);
     void StartAll();
 
-    // By name: "snmpd", "snmpmain", "switchsim".
+    // Starts a snmptrapd that takes traps of kTrapCommunity at a port of this stack's address.
+    void StartReceiver(int port);
+    // What it received so far, a line each: "TRAP, SNMP v1, community COMMUNITY, ENTERPRISE GENERIC
+    // .SPECIFIC" or "TRAP2, SNMP v2c, community COMMUNITY", then " | OID = TYPE: value" for each
+    // binding. Of the time that a notification begins with, only the word "ticks" is left.
+    Words Traps(int port) const;
+
+    // By name: "snmpd", "snmpmain", "switchsim", "snmptrapd" and its port.
     void Signal(const std::string& name, int number);
     void Stop(const std::string& name, int number = 15);
     bool IsRunning(const std::string& name);

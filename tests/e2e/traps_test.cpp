@@ -1,0 +1,506 @@
+// What managers receive as traps, and what the switch's agent tells the agents of other switches.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <regex>
+
+#include "tests/e2e/expected_values.h"
+#include "tests/e2e/stack.h"
+
+namespace e2e {
+namespace {
+
+const std::string kVendor = ".1.3.6.1.4.1." VENDOR_ENTERPRISE_NUMBER ".1.3";
+const std::string kColdStart = ".1.3.6.1.6.3.1.1.5";
+const std::string kUpTime = ".1.3.6.1.2.1.1.3.0 = ticks | ", kTrapOid = ".1.3.6.1.6.3.1.1.4.1.0";
+
+// The local switch's destinations. Each trap has a severity, and goes where that is not above the
+// highest one that the destination admits.
+struct Destination {
+    int port;
+    std::string severity;
+    unsigned most;
+    bool enabled;
+    std::string version;
+};
+const std::vector<Destination> kDestinations = {{1165, "info", 8, true, "1"},
+                                                {1164, "mark", 10, true, "2"},
+                                                {1163, "critical", 4, true, "1"},
+                                                {1162, "notify", 7, true, "2"},
+                                                {1166, "mark", 10, false, "2"}};
+
+struct Unit {
+    std::string wwn;
+    unsigned number;  // in the order of the names
+    std::string Id() const {
+        return Index(wwn, 16);
+    }
+};
+const Unit kLocal = {"1000020000000100", 1};  // domain 2
+const Unit kEdge = {"1000020000000200", 2};   // domain 7, takes events
+const Unit kAnnex = {"1000020000000300", 3};  // domain 1, does not
+
+struct Trap {
+    unsigned severity;
+    std::string enterprise;
+    unsigned number;
+    Values bindings;
+};
+
+std::string Line(const Trap& trap, const std::string& version) {
+    const std::string number = std::to_string(trap.number);
+    std::string line = version == "1"
+                           ? "TRAP, SNMP v1, community " + kTrapCommunity + ", " + trap.enterprise +
+                                 " 6 ." + number
+                           : "TRAP2, SNMP v2c, community " + kTrapCommunity + " | " + kUpTime +
+                                 kTrapOid + " = OID: " + trap.enterprise + ".0." + number;
+    for (const auto& [oid, value] : trap.bindings) {
+        line += " | " + oid + " = " + value;
+    }
+    return line;
+}
+
+Trap StatusTrap(const Unit& unit, unsigned status, unsigned state, unsigned severity = 8) {
+    return {severity,
+            kFcmgmt,
+            1,
+            {{kUnits + ".6" + unit.Id(), Integer(status)},
+             {kUnits + ".5" + unit.Id(), Integer(state)}}};
+}
+
+Trap DeletedTrap(const Unit& unit) {
+    return {8, kFcmgmt, 3, {{kUnits + ".1" + unit.Id(), Hex(unit.wwn, 16)}}};
+}
+
+Trap SensorTrap(const Unit& unit, unsigned sensor, unsigned status) {
+    const std::string index = unit.Id() + "." + std::to_string(sensor);
+    return {4, kFcmgmt, 5, {{kSensors + ".4" + index, Integer(status)}}};
+}
+
+Trap PortTrap(const Unit& unit, unsigned port, unsigned state) {
+    const std::string index = unit.Id() + "." + std::to_string(port);
+    return {8,
+            kFcmgmt,
+            6,
+            {{kPorts + ".7" + index, Integer(2)}, {kPorts + ".6" + index, Integer(state)}}};
+}
+
+// `text` begins "KIND;ID;".
+Trap EventTrap(const Unit& unit, const std::string& text, unsigned severity,
+               const std::string& object) {
+    const std::string index = unit.Id() + ".1";
+    return {severity,
+            kFcmgmt,
+            4,
+            {{kEvents + ".3" + index, Integer(std::stoul(text.substr(text.find(';') + 1)))},
+             {kEvents + ".7" + index, Integer(3)},
+             {kEvents + ".8" + index, "OID: " + object},
+             {kEvents + ".9" + index, "STRING: \"" + text + "\""}}};
+}
+
+Trap EventTrap(const Unit& unit, const std::string& text, unsigned severity = 8) {
+    return EventTrap(unit, text, severity, kUnits + ".1" + unit.Id());
+}
+
+Trap PortEventTrap(const Unit& unit, const std::string& text, unsigned port, unsigned severity) {
+    return EventTrap(unit, text, severity, kPorts + ".23" + unit.Id() + "." + std::to_string(port));
+}
+
+Trap LinkTrap(const Unit& unit, unsigned port, unsigned admin, unsigned oper) {
+    const std::string index = "." + std::to_string(unit.number) + "." + std::to_string(port);
+    const std::string table = kVendor + ".10.1.1.";
+    return {8,
+            kVendor,
+            oper == 1 ? 11u : 10u,
+            {{table + "3" + index, Integer(admin)}, {table + "4" + index, Integer(oper)}}};
+}
+
+// A notification that the agent completes: with the time (its zone here) and a name.
+std::string Noted(unsigned kind, const std::string& name, const std::string& zone = "ABC") {
+    return std::to_string(kind) + ";0;0;0;0;[time " + zone + "][0][0x0][" + name + "]";
+}
+
+// With each date in brackets replaced by the word "time" and its zone.
+std::string Timeless(const std::string& text) {
+    static const std::regex date(
+        "\\[[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9:]{8} ([A-Z]+) 20[0-9]{2}\\]");
+    return std::regex_replace(text, date, "[time $1]");
+}
+
+// Carried texts have the top bit set in each byte.
+std::string Escaped(std::string text) {
+    std::ranges::for_each(text, [](char& c) { c = static_cast<char>(c | 0x80); });
+    return text;
+}
+
+// With braces around what is escaped.
+std::string Readable(const std::string& text) {
+    const auto isEscaped = [](char c) { return (c & 0x80) != 0; };
+    const auto begin = std::ranges::find_if(text, isEscaped);
+    const auto end = std::find_if_not(begin, text.end(), isEscaped);
+    std::string readable(text.begin(), begin);
+    if (begin != end) {
+        readable += "{";
+        std::transform(begin, end, std::back_inserter(readable),
+                       [](char c) { return static_cast<char>(c & 0x7F); });
+        readable += "}";
+    }
+    return readable.append(end, text.end());
+}
+
+const std::string kEvent = "7 Set.Cmd.Snmp.PrivateEvent.";
+
+std::string EventOf(unsigned kind, const std::string& text) {
+    return kEvent + "[Event change][" + std::to_string(kind) + "][2][{" + text + "}";
+}
+
+class Traps : public testing::Test {
+  protected:
+    static sim::Fabric FabricOf(const Stack& stack) {
+        sim::Fabric fabric = sim::DefaultFabric();
+        sim::Switch& local = *fabric.Find(0);
+        local.trapComm = kTrapCommunity;
+        for (std::size_t i = 0; i < kDestinations.size(); ++i) {
+            const Destination& to = kDestinations[i];
+            local.traps[i] = {stack.Address(), static_cast<std::uint32_t>(to.port), to.severity,
+                              to.enabled, to.version};
+        }
+        return fabric;
+    }
+
+    // The daemon has all receivers among its own trap sinks, as on a switch, and proves it.
+    void Start(const sim::Fabric& fabric, const Words& options = {"--notrap"}) {
+        Words sinks = {"trapcommunity " + kTrapCommunity};
+        for (const Destination& to : kDestinations) {
+            stack_.StartReceiver(to.port);
+            sinks.push_back((to.version == "1" ? "trapsink " : "trap2sink ") + stack_.Address() +
+                            ":" + std::to_string(to.port));
+        }
+        stack_.StartSwitch(fabric);
+        stack_.StartSnmpd(sinks);
+        for (const Destination& to : kDestinations) {
+            ASSERT_TRUE(Within(5, [&] { return stack_.Traps(to.port).size() == 1; }));
+            seen_[to.port] = 1;
+        }
+        stack_.Switch().TakeCommands();
+        stack_.StartAgent({"TZ=ABC-1"}, options);
+        ASSERT_TRUE(stack_.AwaitAgent());
+    }
+    void Start() {
+        Start(FabricOf(stack_));
+    }
+
+    void Notify(std::uint16_t domain, const std::string& text) {
+        stack_.Switch().SendNotification(domain, text);
+    }
+
+    Words NewTraps(int port) {
+        const Words all = stack_.Traps(port);
+        Words fresh;
+        std::transform(all.begin() + seen_[port], all.end(), std::back_inserter(fresh), Timeless);
+        return fresh;
+    }
+
+    // What the agent told other switches and had the own one log: "DOMAIN COMMAND".
+    Words Events() {
+        Words events;
+        for (const sim::ReceivedCommand& command : stack_.Switch().TakeCommands()) {
+            if (command.text.starts_with("Set.") && !command.text.ends_with(".Hello") &&
+                command.text.find(Escaped("mark")) == std::string::npos) {
+                events.push_back(std::to_string(command.domain) + " " +
+                                 Timeless(Readable(command.text)));
+            }
+        }
+        return events;
+    }
+
+    // Whether a change leads to exactly these traps, in this order and at the destinations that
+    // admit them, and to these events. A last trap, which all active ones admit, marks the end.
+    void Expect(const std::string& what, const std::function<void()>& change,
+                std::vector<Trap> traps, const Words& events = {}) {
+        SCOPED_TRACE(what);
+        change();
+        const std::string mark = "16;" + std::to_string(++marks_) + ";0;0;0[mark]";
+        traps.push_back(EventTrap(kLocal, mark, 4));
+        Notify(0, mark + "\n");
+        for (const Destination& to : kDestinations) {
+            Words expected;
+            for (const Trap& trap : traps) {
+                if (to.enabled && trap.severity <= to.most) {
+                    expected.push_back(Line(trap, to.version));
+                }
+            }
+            Within(5, [&] {
+                return expected.empty() ||
+                       stack_.Traps(to.port).back().find(mark) != std::string::npos;
+            });
+            const Words received = NewTraps(to.port);
+            EXPECT_EQ(received, expected) << to.port;
+            seen_[to.port] += static_cast<std::ptrdiff_t>(received.size());
+        }
+        EXPECT_EQ(Events(), events);
+    }
+
+    // A trap that took the way through the daemon would be sent before the daemon answers.
+    void ExpectNoMore() {
+        Expect("no more", [&] { ReadStatuses(); }, {});
+    }
+
+    // A unit's status may be reported as it was read last within three seconds; the one read last
+    // here is not changed.
+    void ReadStatuses() {
+        EXPECT_EQ(stack_.Walk(kUnits + ".6").size(), 3);
+    }
+
+    Stack stack_;
+    std::map<int, std::ptrdiff_t> seen_;
+    unsigned marks_ = 0;
+};
+
+TEST_F(Traps, TellOfPorts) {
+    Start();
+    const auto port3 = [&](std::uint16_t domain, std::string sim::Port::*member,
+                           const std::string& word) {
+        return [=, this] {
+            stack_.Switch().ChangeAndNotify(
+                [&](sim::Fabric& fabric) { fabric.Find(domain)->ports[3].*member = word; });
+        };
+    };
+    const std::string words = "[time ABC][0][0x0][Port HW state change. Port:3]";
+    Expect(
+        "down", port3(2, &sim::Port::operState, "Offline"),
+        {PortTrap(kLocal, 4, 3), LinkTrap(kLocal, 4, 1, 2)},
+        {kEvent + "[Port status change][28][2][3]", kEvent + "[Port link state change][28][2][3]"});
+    Expect("another word for down", port3(2, &sim::Port::operState, "Down"),
+           {LinkTrap(kLocal, 4, 1, 4)}, {kEvent + "[Port link state change][28][2][3]"});
+    Expect("no light", port3(2, &sim::Port::syncStatus, "SyncLost"), {},
+           {kEvent + "[Port HW state change][27][2][3][{39;0;0;0;0" + words + "}",
+            "0 Set.Cmd.Switch.GenericEvent." + words});
+    Expect("to be tested", port3(2, &sim::Port::adminState, "Diagnostics"), {});
+    Expect(
+        "in test", port3(2, &sim::Port::operState, "Diagnostics"),
+        {PortTrap(kLocal, 4, 5), LinkTrap(kLocal, 4, 3, 3)},
+        {kEvent + "[Port status change][28][2][3]", kEvent + "[Port link state change][28][2][3]"});
+    Expect(
+        "up", port3(2, &sim::Port::operState, "Online"),
+        {PortTrap(kLocal, 4, 2), LinkTrap(kLocal, 4, 3, 1)},
+        {kEvent + "[Port status change][28][2][3]", kEvent + "[Port link state change][28][2][3]"});
+    Expect("renamed", port3(2, &sim::Port::name, "Backup"), {});
+    Expect("as before",
+           [&] {
+               for (const char* kind : {"4", "10", "11", "27", "28"}) {
+                   Notify(0, std::string(kind) + ";0;0;0;3");
+               }
+           },
+           {});
+    // What another switch says is not compared.
+    Expect("down elsewhere", port3(7, &sim::Port::operState, "Offline"), {PortTrap(kEdge, 4, 3)});
+    Expect("as before elsewhere", [&] { Notify(7, "11;0;0;0;3"); }, {PortTrap(kEdge, 4, 3)});
+    const std::string text = "29;52;0;0;0[now][0][0x0][Port HW state change. Port:5]\n";
+    Expect("hardware", [&] { Notify(0, text); }, {PortEventTrap(kLocal, text, 6, 6)});
+    Expect("hardware elsewhere", [&] { Notify(7, text); }, {PortEventTrap(kEdge, text, 6, 6)});
+    Expect("other hardware", [&] { Notify(0, "29;52;0;0;0[now][0][0x0][Fan:5]\n"); }, {});
+    ExpectNoMore();
+}
+
+TEST_F(Traps, TellOfSensors) {
+    Start();
+    const auto change = [&](std::uint16_t domain, auto how) {
+        return [=, this] {
+            stack_.Switch().ChangeAndNotify(
+                [&](sim::Fabric& fabric) { how(*fabric.Find(domain)); });
+        };
+    };
+    const std::string sensor = kEvent + "[Sensor state change]";
+    Expect("supply", change(2, [](sim::Switch& unit) { unit.powerSupplies[1] = "Good"; }),
+           {SensorTrap(kLocal, 2, 3)}, {sensor + "[20][2][1]"});
+    Expect("no supply",
+           change(2,
+                  [](sim::Switch& unit) {
+                      unit.powerSupplies = {"Bad", "Bad"};
+                  }),
+           {SensorTrap(kLocal, 1, 5), SensorTrap(kLocal, 2, 5)},
+           {sensor + "[19][2][0]", sensor + "[19][2][1]"});
+    Expect("fan", change(2, [](sim::Switch& unit) { unit.fans[2] = "Bad"; }),
+           {SensorTrap(kLocal, 5, 5)}, {sensor + "[21][2][4]"});
+    Expect("warm", change(2, [](sim::Switch& unit) { unit.blades[0].tempStatus = "Warm"; }),
+           {SensorTrap(kLocal, 6, 4)}, {sensor + "[25][2][5]"});
+    Expect(
+        "as before",
+        [&] {
+            for (const char* kind : {"19", "20", "21", "22", "24", "25", "26", "33", "34", "35"}) {
+                Notify(0, std::string(kind) + ";0;0;0;0[now][0][0x0][Part:1 is what it was]\n");
+            }
+        },
+        {});
+    // A switch with one blade has no sensor for its voltage; the first sensor stands for it.
+    stack_.Switch().WithFabric(
+        [](sim::Fabric& fabric) { fabric.Find(2)->powerSupplies[0] = "Good"; });
+    Expect("voltage", change(2, [](sim::Switch& unit) { unit.blades[0].voltageStatus = "Bad"; }),
+           {SensorTrap(kLocal, 1, 3)}, {sensor + "[35][2][0]"});
+    Expect("elsewhere",
+           change(7,
+                  [](sim::Switch& unit) {
+                      unit.powerSupplies[1] = "Bad";
+                      unit.fans[0] = "Bad";
+                      unit.blades[0].tempStatus = "Normal";
+                  }),
+           {SensorTrap(kEdge, 2, 5), SensorTrap(kEdge, 3, 5), SensorTrap(kEdge, 5, 3)});
+    Expect("voltage elsewhere",
+           change(7, [](sim::Switch& unit) { unit.blades[0].voltageStatus = "Bad"; }), {});
+    ExpectNoMore();
+}
+
+TEST_F(Traps, TellOfUnits) {
+    Start();
+    const auto change = [&](std::uint16_t domain, auto how) {
+        return [=, this] {
+            stack_.Switch().ChangeAndNotify(
+                [&](sim::Fabric& fabric) { how(*fabric.Find(domain)); });
+        };
+    };
+    const auto notify = [&](std::uint16_t domain, const std::string& text) {
+        return [=, this] { Notify(domain, text); };
+    };
+    const std::string unitStatus = kEvent + "[Unit status change]";
+    Expect("as before",
+           [&] {
+               for (const char* kind : {"12", "18", "23"}) {
+                   Notify(0, std::string(kind) + ";0;0;0;0");
+               }
+           },
+           {});
+    Expect("offline", change(2, [](sim::Switch& unit) { unit.operState = "Offline"; }),
+           {StatusTrap(kLocal, 4, 3)}, {unitStatus + "[13][2]"});
+    ReadStatuses();
+    stack_.Switch().WithFabric(
+        [](sim::Fabric& fabric) { fabric.Find(2)->powerSupplies[0] = "Bad"; });
+    Expect("failed", change(2, [](sim::Switch& unit) { unit.blades[0].asicVersion = "B4"; }),
+           {StatusTrap(kLocal, 5, 3)}, {unitStatus + "[23][2]"});
+    Expect("elsewhere", change(7, [](sim::Switch& unit) { unit.operState = "Online"; }),
+           {StatusTrap(kEdge, 5, 2)});
+
+    const std::string reset = "17;0;0;0;0[now][0][0x0][Reset]\n";
+    ReadStatuses();
+    Expect("reset", notify(0, reset), {StatusTrap(kLocal, 5, 3, 4)});
+    Expect("reset, once more", notify(0, reset), {});
+    for (const char* each : {"reset elsewhere", "again"}) {  // each with a look at the fabric
+        ReadStatuses();
+        Expect(each, notify(7, reset), {StatusTrap(kEdge, 5, 3, 4)});
+    }
+    ReadStatuses();
+    Expect("reset, since the last look at the fabric", notify(0, reset),
+           {StatusTrap(kLocal, 5, 3, 4)});
+
+    const std::string fabricChange = Noted(5, "Fabric oper change");
+    const auto fabricOf = [&](std::size_t count) {
+        return [=, this] {
+            stack_.Switch().WithFabric([&](sim::Fabric& fabric) {
+                if (count == 2) {
+                    fabric.switches.erase(fabric.switches.begin());
+                } else {
+                    fabric = FabricOf(stack_);
+                }
+            });
+            Notify(0, "5;0;0;0;0");
+            EXPECT_TRUE(
+                Within(2, [&] { return stack_.GetOne(kFcmgmt + ".1.1.0") == Integer(count); }));
+        };
+    };
+    Expect("left", fabricOf(2), {EventTrap(kLocal, fabricChange), DeletedTrap(kAnnex)},
+           {EventOf(5, fabricChange)});
+    Expect("joined", fabricOf(3), {EventTrap(kLocal, fabricChange)}, {EventOf(5, fabricChange)});
+    ExpectNoMore();
+}
+
+TEST_F(Traps, TellOfEvents) {
+    Start();
+    const std::string zoning = Noted(7, "Zoning change"),
+                      names = Noted(9, "NameServer oper change"),
+                      zone = Noted(37, "Time zone has changed"),
+                      link = "14;4711;0;0;0[now][a][b][Link has changed";
+    Expect("zoning", [&] { Notify(0, "7;0;0;0;0"); }, {EventTrap(kLocal, zoning)},
+           {EventOf(7, zoning)});
+    Expect("names elsewhere", [&] { Notify(7, "9;0;0;0;0"); }, {EventTrap(kEdge, names)},
+           {EventOf(9, names)});
+    Expect("a text of its own", [&] { Notify(0, link + "]\n"); },
+           {EventTrap(kLocal, link + "]", 6)}, {EventOf(14, link + "]")});
+    Expect("without an end of line", [&] { Notify(7, "8;12;0;0;0."); },
+           {EventTrap(kEdge, "8;12;0;0;0", 4)}, {EventOf(8, "8;12;0;0;0")});
+    Expect("time zone", [&] { Notify(0, "37;0;0;0;0"); }, {EventTrap(kLocal, zone)},
+           {EventOf(37, zone)});
+    std::string here = RunProgram({"env", "-u", "TZ", "date", "+%Z"}).output;
+    here.pop_back();
+    const std::string switchConfig = Noted(2, "Switch config change", here);
+    Expect("in the new zone", [&] { Notify(0, "2;0;0;0;0"); }, {EventTrap(kLocal, switchConfig)},
+           {EventOf(2, switchConfig)});
+    ExpectNoMore();
+}
+
+// The agents of other switches tell what they saw through the local switch.
+const std::string kCarried = "39;0;0;0;0[now][0][0x0][Port HW state change. Port:5]";
+struct Heard {
+    std::string event;
+    std::vector<Trap> traps;
+};
+const std::vector<Heard> kHeard = {
+    {"[Unit status change][13][7]", {StatusTrap(kEdge, 5, 3)}},
+    {"[Sensor state change][21][7][2]", {SensorTrap(kEdge, 3, 3)}},
+    {"[Port status change][28][7][21]", {PortTrap(kEdge, 22, 3)}},
+    {"[Port link state change][28][7][21]", {LinkTrap(kEdge, 22, 1, 4)}},
+    {"[Port link state change][28][9][21]", {}},  // nobody knows that switch
+    {"[Port HW state change][27][7][5][" + Escaped(kCarried),
+     {PortEventTrap(kEdge, kCarried, 6, 8)}},
+    {"[Event change][14][7][" + Escaped("14;77;0;0;0[a][b]"),
+     {EventTrap(kEdge, "14;77;0;0;0[a][b]", 6)}},
+    {"[connUnit deleted][7][1]", {DeletedTrap(kEdge)}},  // one number stands for both
+    {"[Sensor state change][21][7", {}},
+    {"[Event change][14][7]", {}},
+    {"[Fabric update]", {}},
+};
+
+TEST_F(Traps, TellWhatOtherAgentsSaw) {
+    Start();
+    for (const auto& [event, traps] : kHeard) {
+        Expect(
+            Readable(event), [&] { Notify(0, "32;0;0;0;0" + event); }, traps);
+    }
+    ExpectNoMore();
+}
+
+TEST_F(Traps, TellOfOtherSwitchesWithProxyOnly) {
+    sim::Fabric fabric = FabricOf(stack_);
+    fabric.proxy = false;
+    Start(fabric);
+    for (const auto& [event, traps] : kHeard) {
+        Expect(Readable(event), [&] { Notify(0, "32;0;0;0;0" + event); }, {});
+    }
+    Expect("other switches",
+           [&] {
+               for (const char* text :
+                    {"28;0;0;0;2", "7;0;0;0;0", "13;0;0;0;0", "19;0;0;0;0[Fan:1]\n"}) {
+                   Notify(7, text);
+               }
+           },
+           {});
+    const std::string zoning = Noted(7, "Zoning change"), config = Noted(1, "Snmp config change");
+    Expect("own switch", [&] { Notify(0, "7;0;0;0;0"); }, {EventTrap(kLocal, zoning)});
+    const auto setProxy = [&](bool on) {
+        return [=, this] {
+            stack_.Switch().ChangeAndNotify([&](sim::Fabric& changed) { changed.proxy = on; });
+            EXPECT_TRUE(Within(
+                2, [&] { return stack_.GetOne(kFcmgmt + ".1.1.0") == Integer(on ? 3 : 1); }));
+        };
+    };
+    // Each switch tells; only those at which the agent has registered are heard.
+    Expect("on", setProxy(true), {EventTrap(kLocal, config)});
+    Expect("now with other switches", [&] { Notify(7, "7;0;0;0;0"); }, {EventTrap(kEdge, zoning)},
+           {EventOf(7, zoning)});
+    Expect("off", setProxy(false),
+           {EventTrap(kAnnex, config), EventTrap(kLocal, config), DeletedTrap(kEdge)},
+           {EventOf(1, config), EventOf(1, config)});
+    ExpectNoMore();
+}
+
+}  // namespace
+}  // namespace e2e
