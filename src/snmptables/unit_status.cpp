@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <ctime>
-#include <mutex>
 
 #include "src/link/link.h"
 #include "src/link/switch_info.h"
@@ -20,12 +19,7 @@ struct StatusMemo {
     int result = 0;
 };
 
-struct GuardedMemo {
-    std::mutex mutex;
-    StatusMemo memo;
-};
-
-GuardedMemo guarded;
+StatusMemo memo;
 
 struct Findings {
     bool warning = false;
@@ -126,54 +120,44 @@ int ComputeUnitStatus(std::uint32_t domain, std::uint16_t& status) {
     return 0;
 }
 
-// Replaces the memo by the one kept, if that is for the same unit and young enough.
-bool Recall(StatusMemo& memo) {
-    const std::lock_guard lock(guarded.mutex);
-    const StatusMemo& kept = guarded.memo;
-    if (kept.time <= 0 || kept.domain != memo.domain || memo.time - kept.time >= kMemoLifetime) {
-        return false;
-    }
-    memo = kept;
-    return true;
-}
-
 }  // namespace
 
 int ReadUnitState(std::uint32_t domain, std::uint16_t& state) {
-    state = kUnitStateOffline;
     if (IsBeingReset(domain)) {
+        state = kUnitStateOffline;
         return 0;
     }
+    state = kUnitStateUnknown;
     ReplyText reply;
     if (SwitchMgmtQuery(domain, "Get.Oper.Switch.OperState", reply, kString) != 0) {
         return -1;
     }
-    if (!Contains(reply, "Offline") && !Contains(reply, "Diagnostics")) {
-        state = Contains(reply, "Online") ? kUnitStateOnline : kUnitStateUnknown;
+    if (Contains(reply, "Offline") || Contains(reply, "Diagnostics")) {
+        state = kUnitStateOffline;
+    } else if (Contains(reply, "Online")) {
+        state = kUnitStateOnline;
     }
     return 0;
 }
 
 int ReadUnitStatus(std::uint32_t domain, std::uint16_t& status) {
-    StatusMemo memo{MonotonicSeconds(), domain, kUnitUnknown, 0};
-    if (Recall(memo)) {
-        status = memo.status;
-        return memo.result;
+    const std::time_t now = MonotonicSeconds();
+    const bool remembered =
+        memo.time > 0 && memo.domain == domain && now - memo.time < kMemoLifetime;
+    if (!remembered) {
+        memo = {now, domain, kUnitUnknown, 0};
+        if (IsBeingReset(domain)) {
+            GetUnitStatus(domain, memo.status);
+        } else {
+            memo.result = ComputeUnitStatus(domain, memo.status);
+        }
     }
-    if (IsBeingReset(domain)) {
-        GetUnitStatus(domain, memo.status);
-    } else {
-        memo.result = ComputeUnitStatus(domain, memo.status);
-    }
-    const std::lock_guard lock(guarded.mutex);
-    guarded.memo = memo;
     status = memo.status;
     return memo.result;
 }
 
 void ResetUnitStatusMemo() {
-    const std::lock_guard lock(guarded.mutex);
-    guarded.memo = {};
+    memo = {};
 }
 
 }  // namespace snmpmain

@@ -1,6 +1,5 @@
 // State and status of a unit as a whole, computed from what its parts report. The MIB columns and
-// the reports of changes both take the values from here. Main thread; of a unit that is being reset
-// also the ListenThread, which cannot ask anything.
+// the reports of changes both take the values from here. Main thread only.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +14,7 @@ constexpr std::uint16_t kUnitStateOnline = 2;
 constexpr std::uint16_t kUnitStateOffline = 3;
 
 // The connUnitState code of a unit: offline while it is being reset, else after its
-// "Get.Oper.Switch.OperState". Returns 0, or -1 when the unit does not answer.
+// "Get.Oper.Switch.OperState". Returns 0, or -1 (with state unknown) when the unit does not answer.
 int ReadUnitState(std::uint32_t domain, std::uint16_t& state);
 
 // The connUnitStatus code of a unit: ok, warning or failed after its power supplies, fans, blades,

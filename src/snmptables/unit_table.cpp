@@ -424,6 +424,17 @@ int SetUnitReset(std::uint32_t domain, std::uint32_t reset) {
     return 0;
 }
 
+int BeginUnitReset(std::uint32_t domain, std::uint16_t& status) {
+    const std::lock_guard lock(state.rowsMutex);
+    ConnUnitEntry* row = RowOfDomain(domain);
+    if (row == nullptr || row->reset != 0) {
+        return -1;
+    }
+    row->reset = 1;
+    status = row->status;
+    return 0;
+}
+
 std::int32_t GetUnitEventSupport(std::uint32_t index) {
     return index >= connUnitTbl.size() ? -1
                                        : static_cast<std::int32_t>(connUnitTbl[index].eventSupport);

@@ -100,6 +100,9 @@ int SetUnitStatus(std::uint32_t domain, std::uint16_t status);
 // Any thread. 0 is the local switch in the getter, but not in the setter. The setter takes 0 and 1.
 int GetUnitReset(std::uint32_t domain, std::uint32_t& reset);
 int SetUnitReset(std::uint32_t domain, std::uint32_t reset);
+// Any thread, and one step: marks a unit as being reset and gives the status that it keeps
+// meanwhile. Returns 0, or -1 for a unit that is marked already or not in use.
+int BeginUnitReset(std::uint32_t domain, std::uint16_t& status);
 
 // The flag of a row, used or not; -1 beyond the table.
 std::int32_t GetUnitEventSupport(std::uint32_t index);

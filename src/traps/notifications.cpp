@@ -93,8 +93,8 @@ void FollowLocalConfig(std::uint16_t kind) {
     }
 }
 
-// Brings up to date what the agent keeps.
-void Follow(const NotificationRecord& record) {
+// Brings up to date what the agent keeps. `fabricUpdated`: a private event says so.
+void Follow(const NotificationRecord& record, bool fabricUpdated) {
     const bool local = record.domainId == GetLocalDomainId();
     switch (record.kind) {
         case kSnmpConfig:
@@ -128,7 +128,7 @@ void Follow(const NotificationRecord& record) {
             InitLogLevel();
             break;
         case kPrivateEvent:
-            if (std::strstr(record.text, kFabricUpdateEvent) != nullptr) {
+            if (fabricUpdated) {
                 RefreshConnUnitTable();
             }
             break;
@@ -179,8 +179,10 @@ int HandleIncomingNotification(std::span<const std::uint8_t> frame) {
 void DispatchNotification() {
     NotificationRecord record;
     NotifyQueue::Get(record);
+    // Before a text that the event carries takes its place.
+    const bool fabricUpdated = std::strstr(record.text, kFabricUpdateEvent) != nullptr;
     ProcessNotificationForTraps(record.domainId, record.kind, record.text);
-    Follow(record);
+    Follow(record, fabricUpdated);
     std::uint16_t index = 0;
     if (GetIndexFromDomainId(record.domainId, index) != 0) {
         SystemLog("SNMP:Previously unknown switch joined the fabric. DomainId:%d\n",

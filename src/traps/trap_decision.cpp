@@ -71,10 +71,9 @@ void DecideUnit(Decision& decision) {
 
 // One report per reset: the flag stays until the unit is discovered anew.
 void DecideReset(Decision& decision) {
-    std::uint32_t reset = 0;
-    if (GetUnitReset(decision.domain, reset) == 0 && reset == 0) {
-        SetUnitReset(decision.domain, 1);
-        ReportStatusChangeTrap(decision.domain, decision.trap);
+    std::uint16_t status = kUnitUnknown;
+    if (BeginUnitReset(decision.domain, status) == 0) {
+        ReportResetTrap(decision.domain, status, decision.trap);
         decision.reported = true;
     }
 }

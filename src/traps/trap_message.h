@@ -20,7 +20,9 @@ struct TrapHeader {
     TrapOid enterprise;  // SNMPv1
     std::uint32_t generic;
     std::uint32_t specific;
-    bool namesEnterprise;  // SNMPv2: snmpTrapEnterprise.0 ends the bindings
+    // SNMPv2: snmpTrapEnterprise.0 ends the bindings. As with the SNMP library's own traps, only of
+    // the standard traps: the OIDs of others tell the enterprise.
+    bool namesEnterprise;
 };
 
 // An enterprise-specific trap: the OID is the enterprise, 0, and the specific number.

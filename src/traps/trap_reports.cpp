@@ -1,5 +1,6 @@
 #include "src/traps/trap_reports.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "src/base/text.h"
@@ -38,7 +39,11 @@ UnitId MakeUnitId(const char* wwn) {
 
 UnitId IdOfDomain(std::uint16_t domain) {
     char wwn[kWwnTextSize];
-    return MakeUnitId(CopyWwnOfDomain(domain, wwn) == 0 ? wwn : kNoWwn);
+    if (CopyWwnOfDomain(domain, wwn) != 0) {
+        TraceLog(kError, "Invalid connUnitTbl[] DomainId- %d", domain);
+        return MakeUnitId(kNoWwn);
+    }
+    return MakeUnitId(wwn);
 }
 
 TrapOid ColumnOf(const UnitId& unit, std::uint32_t table, std::uint32_t column) {
@@ -85,12 +90,20 @@ void ReportFailure(int result, const char* message) {
 
 constexpr const char* kPortFailure = "Error reporting port change event";
 
+void BuildStatusTrap(std::uint16_t domain, std::uint16_t status, std::uint16_t state, Trap& trap) {
+    const UnitId unit = IdOfDomain(domain);
+    trap.Begin({1, 3, 6, 1, 3, 94, 0, 1});
+    AddNumber(trap, ColumnOf(unit, kUnitTable, 6), status);
+    AddNumber(trap, ColumnOf(unit, kUnitTable, 5), state);
+}
+
 void BuildEventTrap(const UnitId& unit, const TrapOid& object, const char* text, Trap& trap) {
     constexpr std::uint32_t kEventNumber = 1;  // traps have no row in the log
+    constexpr std::uint32_t kMostInteger = 0x7FFFFFFF;
     const char* number = std::strchr(text, ';');
     trap.Begin({1, 3, 6, 1, 3, 94, 0, 4});
     AddNumber(trap, ColumnOf(unit, kEventTable, 3, kEventNumber),
-              number == nullptr ? 0 : ReadDecimalBehindBlanks(number + 1));
+              number == nullptr ? 0 : std::min(ReadDecimalBehindBlanks(number + 1), kMostInteger));
     AddNumber(trap, ColumnOf(unit, kEventTable, 7, kEventNumber), kStatusEvent);
     AddObjectId(trap, ColumnOf(unit, kEventTable, 8, kEventNumber), object);
     AddOctets(trap, ColumnOf(unit, kEventTable, 9, kEventNumber),
@@ -106,10 +119,12 @@ void ReportStatusChangeTrap(std::uint16_t domain, Trap& trap) {
     constexpr const char* kFailure = "Error reporting status change event.";
     ReportFailure(ReadUnitStatus(domain, status), kFailure);
     ReportFailure(ReadUnitState(domain, state), kFailure);
-    const UnitId unit = IdOfDomain(domain);
-    trap.Begin({1, 3, 6, 1, 3, 94, 0, 1});
-    AddNumber(trap, ColumnOf(unit, kUnitTable, 6), status);
-    AddNumber(trap, ColumnOf(unit, kUnitTable, 5), state);
+    BuildStatusTrap(domain, status, state, trap);
+}
+
+void ReportResetTrap(std::uint16_t domain, std::uint16_t status, Trap& trap) {
+    TraceLog(kTrace, "Reporting a StatusChangeTrap");
+    BuildStatusTrap(domain, status, kUnitStateOffline, trap);
 }
 
 void ReportFabricChangeTrap(std::uint16_t domain, const char* wwn, Trap& trap) {
@@ -162,7 +177,7 @@ int ReportLinkStateChangeTrap(std::uint16_t domain, std::uint16_t port, Trap& tr
         return -1;
     }
     std::uint32_t admin = kPortAdminOffline;
-    std::uint32_t oper = kPortOperOther;
+    std::uint32_t oper = kPortOperOnline;  // as LocalStateTable takes it that cannot be had
     ReportFailure(ReadPortAdminStatus(domain, port, admin), kPortFailure);
     ReportFailure(ReadPortOperStatus(domain, port, oper), kPortFailure);
     const auto column = [&](std::uint32_t number) {

@@ -10,9 +10,11 @@
 
 namespace snmpmain {
 
-// connUnitStatusChange: connUnitStatus and connUnitState. The one trap that the ListenThread
-// builds, and only of a unit that is being reset.
+// connUnitStatusChange: connUnitStatus and connUnitState.
 void ReportStatusChangeTrap(std::uint16_t domain, Trap& trap);
+
+// The same of a unit that is being reset: offline, with the status that it keeps. Any thread.
+void ReportResetTrap(std::uint16_t domain, std::uint16_t status, Trap& trap);
 
 // connUnitDeletedTrap: the id of the unit that has left, by its WWN text. Without one, of the unit
 // of the domain.

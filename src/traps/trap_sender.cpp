@@ -109,6 +109,10 @@ void SendTo(const TrapSession& session, const TrapRow& row, const TrapHeader& he
     const std::size_t size = row.version == kTrapVersion1
                                  ? EncodeV1Trap(envelope, header, bindings, message)
                                  : EncodeV2Trap(envelope, header, bindings, message);
+    if (size == 0) {
+        TraceLog(kSevere, "Trap too long for trapsink: %s", row.address);
+        return;
+    }
     session.Send(std::span(message).first(size));
 }
 

@@ -88,6 +88,7 @@ TEST_F(ListenThreadTest, SharesNothingUnguardedAndStaysWithinItsStack) {
         server.SendNotification(0, "37;time zone\n");
         switch (round % 4) {
             case 0:
+                ASSERT_EQ(InitSwitchInfo(), 0);
                 ASSERT_EQ(UpdateConnUnitTable(), 0);  // the next reset may be reported
                 break;
             case 1:
