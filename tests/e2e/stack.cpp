@@ -277,6 +277,10 @@ bool Stack::IsRunning(const std::string& name) {
     return ended.si_pid == 0;
 }
 
+int Stack::Pid(const std::string& name) const {
+    return processes_.at(name);
+}
+
 std::string Stack::Output(const std::string& name) const {
     return ReadFile(Path(name + ".log"));
 }
