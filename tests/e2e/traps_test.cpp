@@ -578,6 +578,52 @@ TEST_F(Traps, BeginWithAColdStart) {
     ExpectNoMore();
 }
 
+// Each switch with its own agent. Both are registered at all switches, and tell each other.
+TEST_F(Traps, ComeFromEachAgentOfTheFabric) {
+    Stack other(1);
+    sim::Fabric fabric = FabricOf(stack_);
+    sim::Switch& edge = *fabric.Find(7);
+    edge.agentAddress = other.Address();
+    edge.trapComm = kTrapCommunity;
+    edge.traps[0] = {other.Address(), 1162, "info", true, "2"};
+    Start(fabric);
+    other.StartReceiver(1162);
+    other.StartSnmpd();
+    other.StartAgent();
+    ASSERT_TRUE(other.AwaitAgent());
+    const auto lines = [](const std::vector<Trap>& traps, const std::string& version) {
+        Words result;
+        std::ranges::transform(traps, std::back_inserter(result),
+                               [&](const Trap& trap) { return Line(trap, version); });
+        return result;
+    };
+    std::vector<Trap> own, others;
+    for (const unsigned state : {3u, 2u}) {
+        own.push_back(PortTrap(kLocal, 4, state));
+        own.push_back(LinkTrap(kLocal, 4, 1, state == 2 ? 1 : 2));
+        // The other agent hears of the port from this switch and from this agent.
+        others.insert(others.end(), {PortTrap(kLocal, 4, state), own[own.size() - 2], own.back()});
+        stack_.Switch().ChangeAndNotify([&](sim::Fabric& changed) {
+            changed.Find(2)->ports[3].operState = state == 2 ? "Online" : "Offline";
+        });
+        EXPECT_TRUE(Within(5, [&] { return other.Traps(1162).size() >= others.size(); }));
+    }
+    // And a last one, of which both hear from the switch only.
+    const std::string text = "29;1;0;0;0[now][0][0x0][Port HW state change. Port:1]\n";
+    own.push_back(PortEventTrap(kLocal, text, 2, 6));
+    others.push_back(own.back());
+    Notify(0, text);
+    EXPECT_TRUE(Within(5, [&] {
+        return NewTraps(1165).size() >= own.size() && other.Traps(1162).size() >= others.size();
+    }));
+    EXPECT_EQ(NewTraps(1165), lines(own, "1"));
+    EXPECT_EQ(other.Traps(1162), lines(others, "2"));
+    for (const sim::ReceivedCommand& command : stack_.Switch().TakeCommands()) {
+        EXPECT_FALSE(command.local == 7 && command.text.find("Event.[") != std::string::npos)
+            << Readable(command.text);
+    }
+}
+
 using Clock = std::chrono::steady_clock;
 double MillisecondsSince(Clock::time_point start) {
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
@@ -632,6 +678,12 @@ TEST_F(TrapsAtOnePort, ArriveSoon) {
     EXPECT_LT(times.back(), 500);
 }
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kIsSanitized = true;  // keeps what is freed
+#else
+constexpr bool kIsSanitized = false;
+#endif
+
 // In kB.
 long ResidentMemory(int pid) {
     std::ifstream status("/proc/" + std::to_string(pid) + "/status");
@@ -656,6 +708,9 @@ TEST_F(TrapsAtOnePort, AndAnswersComeInAFloodOfNotifications) {
                 const char* kinds[] = {"4;0;0;0;2", "10;0;0;0;2", "27;0;0;0;3", "12;0;0;0;0",
                                        "19;0;0;0;0[now][0][0x0][Power Supply:1 is Good]\n"};
                 stack_.Switch().SendNotification(0, kinds[i % 5]);
+            }
+            if (i % 20 == 0) {  // still far more than the agent can handle
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }
         }
         flooding = false;
@@ -682,7 +737,7 @@ TEST_F(TrapsAtOnePort, AndAnswersComeInAFloodOfNotifications) {
         duration, traps, answers, longest, grown);
     EXPECT_GT(answers, 2);
     EXPECT_LT(longest, 200);
-    EXPECT_LE(grown, 1024);
+    EXPECT_TRUE(kIsSanitized || grown <= 1024) << grown;
 }
 
 }  // namespace
