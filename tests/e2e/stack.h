@@ -85,6 +85,7 @@ class Stack {
     void Signal(const std::string& name, int number);
     void Stop(const std::string& name, int number = 15);
     bool IsRunning(const std::string& name);
+    int Pid(const std::string& name) const;
     std::string Output(const std::string& name) const;
 
     Values Get(const Words& oids) const;
