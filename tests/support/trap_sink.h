@@ -1,4 +1,4 @@
-// A trap destination of a test's own: a socket, and the traps that arrive there in readable form.
+// A trap destination of a test's own.
 #pragma once
 
 #include <arpa/inet.h>
@@ -7,59 +7,10 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <vector>
 
 namespace snmpmain {
-
-// An SNMP message as text: sequences in parentheses, "T4(" and "T7(" for the two kinds of traps,
-// "t" for a time and "id" for a request id, which differ from message to message.
-inline std::string DescribeBer(std::span<const std::uint8_t>& rest, bool inTrap2 = false) {
-    const std::uint8_t tag = rest[0];
-    std::size_t length = rest[1];
-    std::size_t header = 2;
-    if (length > 127) {
-        header += length - 128;
-        length = 0;
-        for (std::size_t i = 2; i < header; ++i) {
-            length = length * 256 + rest[i];
-        }
-    }
-    std::span content = rest.subspan(header, length);
-    rest = rest.subspan(header + length);
-    if ((tag & 0x20) != 0) {
-        std::string text = tag == 0x30 ? "(" : "T" + std::to_string(tag & 0x1F) + "(";
-        bool first = tag == 0xA7;
-        while (!content.empty()) {
-            text += (text.back() == '(' ? "" : " ") + DescribeBer(content, first);
-            first = false;
-        }
-        return text + ")";
-    }
-    std::string text;
-    std::uint64_t number = 0;
-    switch (tag) {
-        case 0x02:
-            for (const std::uint8_t octet : content) {
-                number = number * 256 + octet;
-            }
-            return inTrap2 ? "id" : std::to_string(number);
-        case 0x43:
-            return "t";
-        case 0x06:
-            for (std::size_t i = 1; i < content.size(); ++i) {
-                number = number * 128 + (content[i] & 0x7Fu);
-                if ((content[i] & 0x80) == 0) {
-                    text += "." + std::to_string(number);
-                    number = 0;
-                }
-            }
-            return std::to_string(content[0] / 40) + "." + std::to_string(content[0] % 40) + text;
-        default:
-            return "'" + std::string(content.begin(), content.end()) + "'";
-    }
-}
 
 class TrapSink {
   public:
@@ -87,17 +38,16 @@ class TrapSink {
         return port_;
     }
 
-    // The traps that have arrived, and those that arrive within the time.
+    // The messages that have arrived, and those that arrive within the time, as they came.
     std::vector<std::string> Take(int milliseconds = 0) {
-        std::vector<std::string> traps;
+        std::vector<std::string> messages;
         pollfd waiting{socket_, POLLIN, 0};
-        std::uint8_t buffer[2048];
+        char buffer[2048];
         while (::poll(&waiting, 1, milliseconds) > 0) {
             const ssize_t size = ::recv(socket_, buffer, sizeof(buffer), 0);
-            std::span<const std::uint8_t> message(buffer, static_cast<std::size_t>(size));
-            traps.push_back(DescribeBer(message));
+            messages.emplace_back(buffer, static_cast<std::size_t>(size));
         }
-        return traps;
+        return messages;
     }
 
   private:
