@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <regex.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -12,7 +13,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <sstream>
 #include <thread>
 
@@ -107,6 +107,22 @@ testing::AssertionResult Same(const Values& actual, const Values& expected) {
         }
     }
     return result << "\n" << actual.size() << " values, expected " << expected.size();
+}
+
+std::string Replaced(const std::string& text, const char* pattern, const std::string& by) {
+    regex_t compiled;
+    EXPECT_EQ(::regcomp(&compiled, pattern, REG_EXTENDED), 0) << pattern;
+    std::string result;
+    const char* rest = text.c_str();
+    regmatch_t match[2];
+    while (::regexec(&compiled, rest, 2, match, 0) == 0 && match[0].rm_eo > 0) {
+        const std::string group(rest + match[1].rm_so, rest + match[1].rm_eo);
+        result.append(rest, static_cast<std::size_t>(match[0].rm_so));
+        result += by.substr(0, by.find("$1")) + group + by.substr(by.find("$1") + 2);
+        rest += match[0].rm_eo;
+    }
+    ::regfree(&compiled);
+    return result + rest;
 }
 
 Finished RunProgram(const Words& command) {
@@ -250,14 +266,12 @@ void Stack::StartReceiver(int port) {
 }
 
 Words Stack::Traps(int port) const {
-    static const std::regex upTime("(\\.1\\.3\\.0 = )[0-9]+"), blanks(" +(?= \\| |$)");
     std::istringstream log(Output("snmptrapd" + std::to_string(port)));
     Words traps;
     std::string text;
     while (std::getline(log, text, '\2') && std::getline(log, text, '\3')) {
-        text = std::regex_replace(text, blanks, "");
         traps.push_back(
-            std::regex_replace(text, upTime, "$1ticks", std::regex_constants::format_first_only));
+            Replaced(Replaced(text, " +( \\| |$)", "$1"), "(\\.1\\.3\\.0 = )[0-9]+", "$1ticks"));
     }
     return traps;
 }

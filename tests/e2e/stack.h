@@ -47,6 +47,9 @@ std::vector<unsigned long> SubIds(const std::string& oid);
 // Failure tells the first values that are missing, wrong or too many.
 testing::AssertionResult Same(const Values& actual, const Values& expected);
 
+// The text with every match of an extended POSIX pattern replaced; "$1" in `by` is its group.
+std::string Replaced(const std::string& text, const char* pattern, const std::string& by);
+
 // Runs a program to its end. Its standard output and error are returned.
 struct Finished {
     int status;  // exit status, or 128 + the signal that ended it
