@@ -5,7 +5,8 @@
 namespace snmpmain {
 
 // Registers at the local switch and at every other unit of connUnitTbl ("NotifyOn"), or withdraws
-// from the other units ("NotifyOff"; the local registration is never withdrawn). Returns 0, or -1
+// from the other units that the fabric still has ("NotifyOff"; the local registration is never
+// withdrawn). Returns 0, or -1
 // when one of them failed, each of which goes to the system log.
 int RegisterNotifications(bool on);
 
