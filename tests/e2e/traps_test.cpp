@@ -400,7 +400,10 @@ TEST_F(Traps, TellOfEvents) {
     expect(kLocal, 8, 37, Noted(37, "Time zone has changed"), Notices(0, {"37;0;0;0;0"}));
     std::string zone = RunProgram({"env", "-u", "TZ", "date", "+%Z"}).output;
     zone.pop_back();
-    expect(kLocal, 8, 2, Noted(2, "Switch config change", zone), Notices(0, {"2;0;0;0;0"}));
+    const std::string config = Noted(2, "Switch config change", zone);
+    expect(kLocal, 8, 2, config, Of(2, [](sim::Switch& unit) { unit.comment = ""; }));
+    Expect("in-band", {EventTrap(kLocal, config)}, {EventOf(2, config), kEvent + "[Fabric update]"},
+           Of(2, [](sim::Switch& unit) { unit.inbandEnable = false; }));
     ExpectNoMore();
 }
 
@@ -643,7 +646,7 @@ TEST_F(TrapsAtOnePort, AndAnswersComeInAFloodOfNotifications) {
     const double duration = MillisecondsSince(start);
     flood.join();
     EXPECT_TRUE(Within(10, [&] {
-        stack_.Switch().SendNotification(0, "5;0;0;0;0");
+        stack_.Switch().SendNotification(0, "7;0;0;0;0");
         return AwaitTrap();
     }));
     const long grown = ResidentMemory(stack_.Pid("snmpmain")) - before;
