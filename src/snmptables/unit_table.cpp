@@ -475,11 +475,19 @@ void BroadcastToFabric(const char* command) {
         if (row.domainId == 0) {
             break;
         }
-        if (row.domainId != GetLocalDomainId() && row.eventSupport != 0) {
+        if (row.domainId != GetLocalDomainId() && row.eventSupport != 0 &&
+            !HasLeftFabric(row.domainId)) {
             ReplyText ignored;
             SwitchMgmtQuery(row.domainId, command, ignored, kString);
         }
     }
+}
+
+bool HasLeftFabric(std::uint16_t domain) {
+    ReplyText ignored;
+    const std::uint16_t result =
+        SwitchMgmtQueryf(0, ignored, kString, nullptr, "Get.Oper.Fabric.Entry.%d.WWN", domain);
+    return result != 0 && result != kQueryFailed;
 }
 
 bool IsPortOfLocalUnit(std::uint32_t port) {

@@ -133,6 +133,10 @@ std::uint16_t GetRowsEnd();
 // Sends a command to every other unit that accepts private events; results are ignored.
 void BroadcastToFabric(const char* command);
 
+// Whether the fabric has no such switch any more, though it still has a row: nobody answers for it,
+// and a command other than a "Get." would wait 20 seconds. "Get.Oper.Fabric.Entry.%d.WWN"
+bool HasLeftFabric(std::uint16_t domain);
+
 // Whether a port number is below the port count of the local switch's row in the table.
 bool IsPortOfLocalUnit(std::uint32_t port);
 

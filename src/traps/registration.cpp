@@ -22,15 +22,6 @@ int RegisterAt(std::uint16_t domain, const char* command) {
     return 0;
 }
 
-// Whether the fabric has no such switch any more. Nobody would answer for it: withdrawing from it
-// would keep managers waiting for 20 seconds.
-bool HasLeft(std::uint16_t domain) {
-    ReplyText ignored;
-    const std::uint16_t result =
-        SwitchMgmtQueryf(0, ignored, kString, nullptr, "Get.Oper.Fabric.Entry.%d.WWN", domain);
-    return result != 0 && result != kQueryFailed;
-}
-
 void ReportFailure(int result, const char* message) {
     if (result != 0) {
         std::fputs(message, stderr);
@@ -45,7 +36,7 @@ int RegisterNotifications(bool on) {
     for (std::uint16_t unit = 0; unit < units; ++unit) {
         std::uint16_t domain = 0;
         if (GetDomainIdFromIndex(unit, domain) != 0 || domain == GetLocalDomainId() ||
-            (!on && HasLeft(domain))) {
+            (!on && HasLeftFabric(domain))) {
             continue;
         }
         if (RegisterAt(domain, on ? "NotifyOn" : "NotifyOff") != 0) {

@@ -596,6 +596,15 @@ TEST_F(TrapsAtOnePort, ArriveSoon) {
     EXPECT_LT(times.back(), 500);
 }
 
+// Nothing is said to the one that has left: nobody would answer for it for seconds.
+TEST_F(TrapsAtOnePort, ArriveSoonWhenASwitchLeavesThatTookEvents) {
+    stack_.Switch().ChangeAndNotify([](sim::Fabric& fabric) {
+        std::erase_if(fabric.switches, [](const sim::Switch& unit) { return unit.domain == 7; });
+    });
+    EXPECT_TRUE(AwaitTrap());  // the event
+    EXPECT_TRUE(AwaitTrap());  // connUnitDeletedTrap
+}
+
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool kIsSanitized = true;  // is slow, and keeps what is freed
 #else

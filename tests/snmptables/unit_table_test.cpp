@@ -289,8 +289,9 @@ TEST_F(UnitTableTest, BroadcastReachesTheOtherUnitsThatTakeEvents) {
     Discover();
     BroadcastToFabric("Set.Cmd.Snmp.PrivateEvent.Hello");
     const std::vector<sim::ReceivedCommand> sent = server.TakeCommands();
-    ASSERT_EQ(sent.size(), 1u);
-    EXPECT_EQ(sent[0].domain, 1u);
+    ASSERT_EQ(sent.size(), 2u);
+    EXPECT_EQ(sent[0].text, "Get.Oper.Fabric.Entry.1.WWN");
+    EXPECT_EQ(sent[1].domain, 1u);
 }
 
 TEST(WwnText, GivesItsBytesAsFarAsItGoes) {
