@@ -216,6 +216,7 @@ std::vector<Endpoint> Server::State::OpenEndpoints() const {
 
 void Server::State::Receive() {
     std::vector<pollfd> sockets;
+    sockets.reserve(endpoints.size());
     for (const Endpoint& endpoint : endpoints) {
         sockets.push_back({endpoint.fd, POLLIN, 0});
     }
@@ -601,9 +602,10 @@ std::size_t Server::SendNotification(std::uint16_t domain, std::string_view text
 }
 
 void Server::SendRaw(std::span<const std::uint8_t> datagram) {
-    const std::lock_guard lock(state_->mutex);
-    if (state_->lastRequester) {
-        state_->Send(datagram, *state_->lastRequester);
+    State& state = *state_;
+    const std::lock_guard lock(state.mutex);
+    if (state.lastRequester) {
+        state.Send(datagram, *state.lastRequester);
     }
 }
 
