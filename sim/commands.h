@@ -16,11 +16,11 @@ namespace sim {
 enum class CommandError {
     kUnknownCommand = 1,  // no switch knows this path
     kNoSuchEntry = 2,     // an index or key that is not there; also the end of a list
-    kNotSupported = 3,    // a Set that the simulator does not carry out
-    kNeedsAdmin = 4,      // kept for changes outside the admin bracket
-    kBadValue = 5,        // kept for changes to an impossible value
-    kRefused = 6,         // a private event at a switch that takes none
-    kFailed = 7,          // a query that the fabric's `values` make fail
+    kNotOpen = 3,         // a setting, or saving, in an area that is not open
+    kNeedsAdmin = 4,      // a change by one who does not hold the admin rights
+    kBadValue = 5,        // a setting to an impossible value
+    kRefused = 6,  // admin rights that another one holds; a private event where none is taken
+    kFailed = 7,   // a query that the fabric's `values` make fail
 };
 
 /// "#2" and the like.

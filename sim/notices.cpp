@@ -24,6 +24,7 @@ constexpr Kind kZoning = 7;
 constexpr Kind kNameServer = 9;
 constexpr Kind kSwitchOper = 12;
 constexpr Kind kSwitchState = 13;
+constexpr Kind kReset = 17;
 constexpr Kind kSupplyFailed = 19, kSupplyGood = 20;
 constexpr Kind kFanFailed = 21, kFanGood = 22;
 constexpr Kind kBladeOper = 23;
@@ -84,6 +85,11 @@ void ForEachChange(const T& before, const T& after, const Fields<T>& fields, Fun
     compare(fields.bools);
 }
 
+/// What the agent adds to other notices by itself: the time, and what happened in words.
+std::string Words(const std::string& what) {
+    return "[" + TimeText() + "][0][0x0][" + what + "]\n";
+}
+
 /// The notices of one switch, each kind and number once.
 class Told {
   public:
@@ -108,10 +114,6 @@ class Told {
     }
 
   private:
-    static std::string Words(const std::string& what) {
-        return "[" + TimeText() + "][0][0x0][" + what + "]\n";
-    }
-
     std::map<std::pair<Kind, std::size_t>, std::string> texts_;
 };
 
@@ -224,6 +226,10 @@ std::vector<Notice> FindNotices(const Fabric& before, const Fabric& after) {
 
 Notice PrivateEventNotice(const Switch& unit, std::string_view event) {
     return {unit.domain, std::to_string(kPrivateEvent).append(";0;0;0;0").append(event), true};
+}
+
+Notice ResetNotice(const Switch& unit) {
+    return {unit.domain, std::to_string(kReset) + ";0;0;0;0" + Words("Reset")};
 }
 
 std::string TimeText() {

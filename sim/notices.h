@@ -24,6 +24,9 @@ std::vector<Notice> FindNotices(const Fabric& before, const Fabric& after);
 /// the first '[', so none comes before it.
 Notice PrivateEventNotice(const Switch& unit, std::string_view event);
 
+/// How a switch tells that it was reset.
+Notice ResetNotice(const Switch& unit);
+
 /// "Wed Nov 14 21:38:13 2026", now.
 std::string TimeText();
 

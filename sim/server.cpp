@@ -158,6 +158,7 @@ struct Server::State {
     mutable std::mutex mutex;  // guards all below
     Fabric fabric;
     Commands commands;
+    Sets sets;
     Faults faults;
     std::mt19937_64 random;
     bool paused = false;
@@ -181,6 +182,7 @@ struct Server::State {
     std::uint16_t LocalDomain(std::size_t endpoint) const;
     void Handle(std::span<const std::uint8_t> datagram, const Peer& from);
     void Refuse(const std::string& complaint, const Address& from, std::size_t size);
+    std::uint32_t RunningSeconds() const;
     std::string ReplyText(const Request& request, const Switch& unit, const Peer& from,
                           std::vector<Notice>& notices);
     std::set<Peer> RegisteredAt(std::uint16_t domain) const;
@@ -313,18 +315,21 @@ void Server::State::Refuse(const std::string& complaint, const Address& from, st
     totals.refused++;
 }
 
+std::uint32_t Server::State::RunningSeconds() const {
+    const auto running = std::chrono::steady_clock::now() - started;
+    return static_cast<std::uint32_t>(
+        std::chrono::duration_cast<std::chrono::seconds>(running).count());
+}
+
 std::string Server::State::ReplyText(const Request& request, const Switch& unit, const Peer& from,
                                      std::vector<Notice>& notices) {
     switch (request.type) {
-        case kGetType: {
-            const auto running = std::chrono::steady_clock::now() - started;
-            return commands.Get(
-                unit, request.text,
-                static_cast<std::uint32_t>(
-                    std::chrono::duration_cast<std::chrono::seconds>(running).count()));
-        }
+        case kGetType:
+            return commands.Get(unit, request.text, RunningSeconds());
         case kSetType: {
-            SetResult result = Set(*fabric.Find(unit.domain), request.text);
+            const std::uint64_t id = std::uint64_t{from.address.host} << 16 | from.address.port;
+            SetResult result = sets.Run(*fabric.Find(unit.domain), request.text,
+                                        {id, std::chrono::steady_clock::now(), RunningSeconds()});
             if (result.changed) {
                 commands.Forget();
             }
@@ -506,6 +511,7 @@ void Server::Stop() {
     state.endpoints.clear();
     state.waiting.clear();
     state.registered.clear();
+    state.sets.Forget();
     state.lastRequester.reset();
 }
 

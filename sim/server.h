@@ -47,8 +47,8 @@ class Server {
     Server& operator=(const Server&) = delete;
 
     /// Stop closes the sockets, so that requests meet a closed port; Start binds again. The fabric
-    /// stays; registrations, delayed replies and the last requester are forgotten, as with a
-    /// process that is started anew.
+    /// stays; registrations, admin rights, edits, delayed replies and the last requester are
+    /// forgotten, as with a process that is started anew.
     void Stop();
     void Start();
 
