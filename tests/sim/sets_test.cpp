@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "sim/server.h"
 #include "tests/sim/client.h"
 #include "tests/support/loopback.h"
@@ -16,18 +18,20 @@ constexpr int kShort = 100;  // milliseconds in which nothing is expected
 
 const std::string kTake = "Cmd.Switch.ReqAdmin;";
 const std::string kGive = "Cmd.Switch.RelAdmin";
+const std::string kEdit = kTake + "Cmd.Switch.EditConfig;";
+const std::string kSnmp = kTake + "Cmd.Snmp.StartSetup;";
+const std::string kSystem = kTake + "Cmd.System.StartSetup;";
+const std::string kEndEdit = ";Cmd.Switch.SaveConfig;Cmd.Switch.ActConfig;" + kGive;
+const std::string kEndSnmp = ";Cmd.Snmp.SaveSetup;Cmd.Snmp.ActSetup;" + kGive;
+const std::string kEndSystem = ";Cmd.System.SaveSetup;Cmd.System.ActSetup;" + kGive;
 
-std::string InSwitchConfig(const std::string& settings) {
-    return kTake + "Cmd.Switch.EditConfig;" + settings +
-           ";Cmd.Switch.SaveConfig;Cmd.Switch.ActConfig;" + kGive;
-}
-std::string InSnmpSetup(const std::string& settings) {
-    return kTake + "Cmd.Snmp.StartSetup;" + settings + ";Cmd.Snmp.SaveSetup;Cmd.Snmp.ActSetup;" +
-           kGive;
-}
-std::string InSystemSetup(const std::string& settings) {
-    return kTake + "Cmd.System.StartSetup;" + settings +
-           ";Cmd.System.SaveSetup;Cmd.System.ActSetup;" + kGive;
+std::vector<std::string> Split(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    std::istringstream stream(text);
+    for (std::string part; std::getline(stream, part, separator);) {
+        parts.push_back(part);
+    }
+    return parts;
 }
 
 /// The texts of all notifications that wait, with TIME for the time, blank-separated.
@@ -43,100 +47,68 @@ std::string Told(Client& agent) {
     return told;
 }
 
-struct Case {
-    std::vector<std::string> lines;
-    std::string replies;  // the errors, blank-separated; none is "ok"
-    std::vector<std::pair<std::string, std::string>> values;
-    std::string told;
-};
-
 TEST(Sets, PutInForceWhatIsSavedAndActivatedOrNothing) {
-    const std::string p3 = "UserPort.0.3.";
-    const std::string name = "Config.Switch.SymName", addr = "Config.Snmp.TrapAddr";
-    const std::string first = addr + "1.7F000001;Config.Snmp.TrapPort1.65535;";
-    const Case cases[] = {
-        {{InSwitchConfig("Config.Switch.SymName.a.b c;Config.Switch.R_T_TOV.500;"
-                         "Config.Switch.InbandEnable.False;Config.UserPort.0.3.SymPortName.p.3;"
-                         "Config.UserPort.0.3.AdminState.Diagnostics")},
+    const std::string name = "Config.Switch.SymName", port = "UserPort.0.3.";
+    const std::string trap = "Config.Snmp.Trap", one = trap + "Addr1.7F000001;" + trap + "Port1.9;";
+    const struct {
+        std::string lines;    // one to each line
+        std::string replies;  // "ok" for no error
+        std::string values;   // "PATH=VALUE,..."
+        const char* told;
+    } cases[] = {
+        {kEdit + name + ".a.b c;Config." + port + "SymPortName.p.3;Config." + port +
+             "AdminState.Diagnostics;Config.Switch.InbandEnable.False" + kEndEdit,
          "ok",
-         {{name, "a.b c"},
-          {"Config.Switch.R_T_TOV", "500"},
-          {"Config.Switch.InbandEnable", "False"},
-          {"Oper." + p3 + "SymPortName", "p.3"},
-          {"Config." + p3 + "AdminState", "Diagnostics"},
-          {"Oper." + p3 + "OperState", "Diagnostics"}},
+         name + "=a.b c,Config.Switch.InbandEnable=False,Oper." + port + "SymPortName=p.3,Oper." +
+             port + "OperState=Diagnostics",
          "2;0;0;0;0 4;0;0;0;3 27;0;0;0;3 28;0;0;0;3"},
-        {{InSwitchConfig("Config.Switch.AdminState.Offline") + ";"},
-         "ok",
-         {{"Oper.Switch.OperState", "Offline"}, {"Config.Switch.AdminState", "Offline"}},
-         "2;0;0;0;0 13;0;0;0;0"},
-        {{InSystemSetup("Config.System.IPAddress.0A0000fe")},
-         "ok",
-         {{"Config.System.IPAddress", "0A0000FE"}},
-         "3;0;0;0;0"},
-        {{InSnmpSetup("Config.Snmp.Contact.;Config.Snmp.TrapComm.x;Config.Snmp.TrapAuth.True")},
-         "ok",
-         {{"Config.Snmp.Contact", ""}, {"Config.Snmp.TrapComm", "x"}},
-         "1;0;0;0;0"},
-        // The trap table comes in lines of its own between those that open and close.
-        {{kTake + "Cmd.Snmp.StartSetup;Cmd.Snmp.BypassDuplicates",
-          "Config.Snmp.TrapAddr.7F000001;Config.Snmp.TrapPort.65535;Config.Snmp.TrapSeverity.mark;"
-          "Config.Snmp.TrapEnable.True",
-          first + "Config.Snmp.TrapSeverity1.info;Config.Snmp.TrapEnable1.False",
-          "Cmd.Snmp.SaveSetup;Cmd.Snmp.ActSetup;" + kGive, InSnmpSetup("Config.Snmp.Location.x")},
+        {kEdit + "Config.Switch.AdminState.Offline;Config.Switch.R_T_TOV.500" + kEndEdit + ";",
+         "ok", "Oper.Switch.OperState=Offline,Config.Switch.R_T_TOV=500", "2;0;0;0;0 13;0;0;0;0"},
+        {kSystem + "Config.System.IPAddress.0A0000fe" + kEndSystem, "ok",
+         "Config.System.IPAddress=0A0000FE", "3;0;0;0;0"},
+        {kSnmp + "Config.Snmp.Contact.;Config.Snmp.TrapComm.x" + kEndSnmp, "ok",
+         "Config.Snmp.Contact=,Config.Snmp.TrapComm=x", "1;0;0;0;0"},
+        // The trap table comes in lines of its own between those that open and close; equal
+        // destinations in force do not keep anyone from changing something else.
+        {kSnmp + "Cmd.Snmp.BypassDuplicates\n" + trap + "Addr.7F000001;" + trap + "Port.9;" + trap +
+             "Enable.True\n" + one + trap + "Severity1.info\nCmd.Snmp.SaveSetup;" +
+             "Cmd.Snmp.ActSetup;" + kGive + "\n" + kSnmp + "Config.Snmp.Location.x" + kEndSnmp,
          "ok ok ok ok ok",
-         {{addr, "7F000001"},
-          {addr + "1", "7F000001"},
-          {"Config.Snmp.TrapPort1", "65535"},
-          {"Config.Snmp.TrapSeverity", "mark"},
-          {"Config.Snmp.TrapEnable1", "False"}},
+         trap + "Addr=7F000001," + trap + "Addr1=7F000001," + trap + "Severity1=info",
          "1;0;0;0;0 1;0;0;0;0"},
-        {{InSnmpSetup(addr + ".7F000001;Config.Snmp.TrapPort.65535;" + first)}, "#1", {}, ""},
-        {{InSnmpSetup(first + addr + "2.7F000001;Config.Snmp.TrapPort2.65535")}, "#5", {}, ""},
-        // Nothing of a line that fails is left, nor are edits when the rights are given back.
-        {{InSwitchConfig(name + ".x;Config.UserPort.0.99.AdminState.Online"), "Cmd.Switch.Reset"},
-         "#2 #4",
-         {{name, "core-local"}},
-         ""},
-        {{kTake + "Cmd.Switch.EditConfig;" + name + ".x;" + kGive, InSwitchConfig(kTake)},
-         "ok #1",
-         {{name, "core-local"}},
-         ""},
-        {{kTake + "Cmd.Switch.EditConfig;" + name + ".x;" + kGive,
-          kTake + "Cmd.Switch.EditConfig;Cmd.Switch.SaveConfig;Cmd.Switch.ActConfig"},
+        {kSnmp + one + trap + "Addr2.7F000001;" + trap + "Port2.9" + kEndSnmp, "#5", "", ""},
+        // Of a line that fails nothing is left, and of edits nothing when the rights are gone.
+        {kEdit + name + ".x;Config.UserPort.0.99.AdminState.Online" + kEndEdit + "\n" + kGive,
+         "#2 #4", name + "=old", ""},
+        {kEdit + name + ".x;" + kGive + "\n" + kEdit + "Config.Switch.Comment.x" + kEndEdit,
+         "ok ok", name + "=old", "2;0;0;0;0"},
+        {kEdit + name + ".x;Cmd.Switch.SaveConfig;" + kGive + "\n" + kTake + "Cmd.Switch.ActConfig",
+         "ok ok", name + "=x", "2;0;0;0;0"},
+        {kTake + "Cmd." + port + "AdminState.Offline;" + kGive + "\n" + kTake + "Cmd." + port +
+             "ClearCounters;Cmd.Switch.SysLogLevel.None;Cmd.Switch.Reset",
          "ok ok",
-         {{name, "core-local"}},
-         ""},
-        {{kTake + "Cmd.Switch.EditConfig;" + name + ".x;Cmd.Switch.SaveConfig;" + kGive,
-          kTake + "Cmd.Switch.ActConfig"},
-         "ok ok",
-         {{name, "x"}},
-         "2;0;0;0;0"},
-        {{kTake + "Cmd.UserPort.0.3.AdminState.Offline;" + kGive,
-          kTake + "Cmd.Switch.SysLogLevel.None;Cmd.UserPort.0.3.ClearCounters;Cmd.Switch.Reset"},
-         "ok ok",
-         {{"Config." + p3 + "AdminState", "Offline"},
-          {"Oper.Switch.SysLogLevel", "None"},
-          {"Oper." + p3 + "TotalTxFrames", "0"}},
+         "Config." + port + "AdminState=Offline,Oper.Switch.SysLogLevel=None,Oper." + port +
+             "TotalTxFrames=0",
          "27;0;0;0;3 28;0;0;0;3 12;0;0;0;0 17;0;0;0;0[TIME][0][0x0][Reset]\n"},
     };
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.lines.front());
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.lines);
         sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
         server.WithFabric([](sim::Fabric& fabric) {
             fabric.Find(0)->ports[3].counters["TotalTxFrames"] = 5;
-            fabric.Find(0)->symbolicName = "core-local";
+            fabric.Find(0)->symbolicName = "old";
         });
         Client agent(LoopbackAddress(0).c_str()), sender(LoopbackAddress(0).c_str());
         EXPECT_EQ(agent.Ask(kOn, ""), "");
         std::string replies;
-        for (const std::string& line : each.lines) {
+        for (const std::string& line : Split(each.lines, '\n')) {
             const std::string reply = sender.Ask(kSet, line);
             replies += (replies.empty() ? "" : " ") + (reply.empty() ? "ok" : reply);
         }
         EXPECT_EQ(replies, each.replies);
-        for (const auto& [path, value] : each.values) {
-            EXPECT_EQ(sender.Get(path), value) << path;
+        for (const std::string& value : Split(each.values, ',')) {
+            const std::string path = value.substr(0, value.find('='));
+            EXPECT_EQ(path + "=" + sender.Get(path), value);
         }
         EXPECT_EQ(Told(agent), each.told);
     }
@@ -146,60 +118,50 @@ TEST(Sets, RefuseWhatCannotBe) {
     sim::Switch unit;
     unit.ports.resize(4);
     const sim::Switch before = unit;
-    const std::string longest(128, 'x');
+    const std::string longest = "Config.Switch.Comment." + std::string(128, 'x');
     const struct {
-        std::string line;
         const char* reply;
+        std::string begin;
+        std::string commands;  // one to each line
     } cases[] = {
-        {"", "#1"},
-        {kTake + ";" + kGive, "#1"},
-        {"Cmd.Switch.Bogus", "#1"},
-        {"Cmd.Switch.EditConfig", "#4"},
-        {kGive, "#4"},
-        {kTake + "Config.Switch.SymName.x", "#3"},
-        {kTake + "Cmd.Snmp.StartSetup;Config.Switch.SymName.x", "#3"},
-        {kTake + "Cmd.Snmp.SaveSetup", "#3"},
-        {InSwitchConfig("Config.Switch.SymName"), "#1"},
-        {InSwitchConfig("Config.Mfg.WWN.1000020000000100"), "#1"},
-        {InSwitchConfig("Config.UserPort.0.3.WWN.1000020000000100"), "#1"},
-        {InSwitchConfig("Config.UserPort.1.3.AdminState.Online"), "#2"},
-        {InSwitchConfig("Config.UserPort.0.4.AdminState.Online"), "#2"},
-        {InSwitchConfig("Config.UserPort.0.3.AdminState.Down"), "#5"},
-        {InSwitchConfig("Config.Switch.AdminState.online"), "#5"},
-        {InSwitchConfig("Config.Switch.InbandEnable.true"), "#5"},
-        {InSwitchConfig("Config.Switch.R_T_TOV.0"), "#5"},
-        {InSwitchConfig("Config.Switch.E_D_TOV.20001"), "#5"},
-        {InSwitchConfig("Config.Switch.R_A_TOV.4294967296"), "#5"},
-        {InSwitchConfig("Config.Switch.Comment." + longest + "x"), "#5"},
-        {InSwitchConfig("Config.Switch.Comment.a\tb"), "#5"},
-        {InSystemSetup("Config.System.IPAddress.10.0.0.1"), "#5"},
-        {InSystemSetup("Config.System.IPAddress.A000001"), "#5"},
-        {InSnmpSetup("Config.Snmp.TrapPort.65536"), "#5"},
-        {InSnmpSetup("Config.Snmp.TrapSeverity.warn"), "#5"},
-        {InSnmpSetup("Config.Snmp.TrapVersion.3"), "#5"},
-        {InSnmpSetup("Config.Snmp.TrapPort5.162"), "#2"},
-        {InSnmpSetup("Config.Snmp.TrapPort0.162"), "#2"},
-        {kTake + "Cmd.Switch.SysLogLevel.Loud", "#5"},
-        {kTake + "Cmd.UserPort.0.4.ClearCounters", "#2"},
-        {InSwitchConfig("Config.Switch.Comment." + longest), ""},
+        {"#1", "", ";\nCmd.Switch.Bogus\nConfig.Bogus.x"},
+        {"#4", "", "Cmd.Switch.EditConfig\nConfig.Switch.SymName.x\nCmd.Switch.RelAdmin"},
+        {"#5", kTake, "Cmd.Switch.SysLogLevel.Loud"},
+        {"#2", kTake, "Cmd.UserPort.0.4.ClearCounters"},
+        {"#3", kSnmp, "Config.Switch.SymName.x\nCmd.Switch.SaveConfig"},
+        {"#1", kEdit, "Config.Switch.SymName\nConfig.Mfg.WWN.x\nConfig.UserPort.0.3.WWN.x"},
+        {"#2", kEdit, "Config.UserPort.1.3.AdminState.Online\nConfig.UserPort.0.4.SymPortName.x"},
+        {"#5", kEdit, "Config.UserPort.0.3.AdminState.Down\nConfig.Switch.AdminState.online"},
+        {"#5", kEdit, "Config.Switch.InbandEnable.true\nConfig.Switch.R_A_TOV.4294967296"},
+        {"#5", kEdit, "Config.Switch.R_T_TOV.0\nConfig.Switch.E_D_TOV.20001"},
+        {"#5", kEdit, longest + "x\nConfig.Switch.Comment.a\tb"},
+        {"#5", kSystem, "Config.System.IPAddress.10.0.0.1\nConfig.System.IPAddress.A0001"},
+        {"#2", kSnmp, "Config.Snmp.TrapPort5.162\nConfig.Snmp.TrapPort0.162"},
+        {"#5", kSnmp, "Config.Snmp.TrapPort.65536\nConfig.Snmp.TrapSeverity.warn"},
     };
     sim::Sets sets;
     for (const auto& each : cases) {
-        EXPECT_EQ(unit, before) << each.line;
-        EXPECT_EQ(sets.Run(unit, each.line, {1, {}, 0}).reply, each.reply) << each.line;
+        for (const std::string& command : Split(each.commands, '\n')) {
+            EXPECT_EQ(sets.Run(unit, each.begin + command, {1, {}, 0}).reply, each.reply)
+                << each.begin << command;
+        }
     }
-    EXPECT_EQ(unit.comment, longest);
+    EXPECT_EQ(unit, before);
+    EXPECT_EQ(sets.Run(unit, kEdit + longest + kEndEdit, {1, {}, 0}).reply, "");
+    unit.uptime = 86400;
+    EXPECT_EQ(sets.Run(unit, kTake + "Cmd.Switch.Reset", {1, {}, 40}).reply, "");
+    EXPECT_EQ(unit.uptime + 40, 0u);  // as it is read then
 }
 
 TEST(Sets, KeepOthersOutWhileAdminRightsAreInUse) {
     sim::Switch unit, other;
     other.domain = 2;
     sim::Sets sets;
-    const auto set = [&](std::uint64_t who, int seconds, const std::string& line) {
-        const sim::Requester from{who, {}, 0};
-        return sets.Run(unit, line, {who, from.now + std::chrono::seconds(seconds), 0}).reply;
+    const auto set = [&](unsigned who, int seconds, const std::string& line) {
+        return sets.Run(unit, line, {who, sim::Requester{}.now + std::chrono::seconds(seconds), 0})
+            .reply;
     };
-    EXPECT_EQ(set(1, 0, kTake + "Cmd.Switch.EditConfig"), "");
+    EXPECT_EQ(set(1, 0, kEdit), "");
     EXPECT_EQ(sets.Run(other, kTake, {2, {}, 0}).reply, "");
     EXPECT_EQ(set(2, 20, kTake), "#6");
     EXPECT_EQ(set(2, 20, "Config.Switch.SymName.x"), "#4");
@@ -210,7 +172,8 @@ TEST(Sets, KeepOthersOutWhileAdminRightsAreInUse) {
     EXPECT_EQ(set(1, 81, "Cmd.Switch.SaveConfig"), "#4");
     EXPECT_EQ(set(2, 82, "Cmd.Switch.SaveConfig"), "#3");
     EXPECT_EQ(set(2, 83, kGive), "");
-    EXPECT_EQ(set(1, 84, kTake), "");
+    EXPECT_EQ(set(1, 84, kTake + "Bogus"), "#1");  // and gives back what it just took
+    EXPECT_EQ(set(2, 84, kTake), "");
 }
 
 }  // namespace
