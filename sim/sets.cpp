@@ -159,9 +159,12 @@ Wrong Line::Edit(std::string_view text) {
     if (row == kAreas.end()) {
         return CommandError::kUnknownCommand;
     }
-    const Setting setting = SplitSetting(text);
+    const std::optional<Setting> setting = SplitSetting(text);
+    if (!setting) {
+        return CommandError::kUnknownCommand;
+    }
     Switch trial = unit;
-    const Wrong wrong = Apply(trial, setting);
+    const Wrong wrong = Apply(trial, *setting);
     if (wrong == CommandError::kUnknownCommand) {
         return wrong;
     }
@@ -170,7 +173,7 @@ Wrong Line::Edit(std::string_view text) {
         return CommandError::kNotOpen;
     }
     if (!wrong) {
-        area.edits.insert_or_assign(std::string(setting.key), std::string(*setting.value));
+        area.edits.insert_or_assign(std::string(setting->key), std::string(setting->value));
     }
     return wrong;
 }

@@ -173,7 +173,7 @@ Wrong SetTrap(Switch& unit, std::string_view name, std::string_view value) {
 
 }  // namespace
 
-Setting SplitSetting(std::string_view text) {
+std::optional<Setting> SplitSetting(std::string_view text) {
     const std::size_t area = text.find('.') + 1;
     std::size_t elements = text.substr(area).starts_with("UserPort.") ? 5 : 3;
     std::size_t end = text.find('.');
@@ -181,9 +181,9 @@ Setting SplitSetting(std::string_view text) {
         end = text.find('.', end + 1);
     }
     if (end == text.npos) {
-        return {text, std::nullopt};
+        return std::nullopt;
     }
-    return {text.substr(0, end), text.substr(end + 1)};
+    return Setting{text.substr(0, end), text.substr(end + 1)};
 }
 
 PortPath FindPort(Switch& unit, std::string_view path) {
@@ -217,15 +217,12 @@ Wrong SetSysLogLevel(Switch& unit, std::string_view word) {
 
 Wrong Apply(Switch& unit, const Setting& setting) {
     const auto [key, value] = setting;
-    if (!value) {
-        return CommandError::kUnknownCommand;
-    }
     if (key.starts_with(kPorts)) {
-        return SetPort(unit, key.substr(kPorts.size()), *value);
+        return SetPort(unit, key.substr(kPorts.size()), value);
     }
-    const Wrong wrong = SetAt(unit, SwitchFields(), key, *value);
+    const Wrong wrong = SetAt(unit, SwitchFields(), key, value);
     if (wrong == CommandError::kUnknownCommand && key.starts_with(kSnmp)) {
-        return SetTrap(unit, key.substr(kSnmp.size()), *value);
+        return SetTrap(unit, key.substr(kSnmp.size()), value);
     }
     if (!wrong && key == kSwitchState) {
         unit.operState = unit.adminState;

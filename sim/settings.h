@@ -18,11 +18,12 @@ inline constexpr std::size_t kMaxSetting = 128;
 /// A path and the value behind it: "Config.Switch.SymName" and "core.1".
 struct Setting {
     std::string_view key;
-    std::optional<std::string_view> value;
+    std::string_view value;
 };
 
 /// Takes "Config.Switch.SymName.core.1" apart. An index adds to a path's length, not to its value.
-Setting SplitSetting(std::string_view text);
+/// None without a value, which may be empty.
+std::optional<Setting> SplitSetting(std::string_view text);
 
 /// A port of a path, and what follows its number.
 struct PortPath {
