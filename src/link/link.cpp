@@ -10,14 +10,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 #include <mutex>
+#include <string_view>
 
 #include "src/base/byte_order.h"
 #include "src/base/text.h"
+#include "src/base/thread_stack.h"
 #include "src/base/trace_log.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
@@ -31,7 +32,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* kDefaultAddress = "127.0.0.1";
-constexpr std::size_t kListenStackSize = 0x10000;  // bytes; some platforms want more at least
 constexpr std::chrono::seconds kWriteTimeout{2};
 constexpr std::chrono::seconds kTickLength{1};
 constexpr int kGetTicks = 2;
@@ -304,6 +304,12 @@ int SendWithRetry(const RequestFrame& frame, ReplyFrame& reply) {
     return -1;
 }
 
+// Community strings and pass phrases are not for the message log.
+bool IsSecret(const char* command) {
+    return std::string_view(command).starts_with("Get.Config.Snmp.") &&
+           (std::strstr(command, "Comm") != nullptr || std::strstr(command, "Phrase") != nullptr);
+}
+
 // ---- set-up ----
 
 int ReportSetUpError(const char* message, int error) {
@@ -320,8 +326,7 @@ int StartListenThread() {
     if (const int error = ::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
         error != 0) {
         result = ReportSetUpError("SNMP:pthread_attr_setdetachstate failed.", error);
-    } else if (const int error = ::pthread_attr_setstacksize(
-                   &attributes, std::max<std::size_t>(kListenStackSize, PTHREAD_STACK_MIN));
+    } else if (const int error = ::pthread_attr_setstacksize(&attributes, SmallStackSize());
                error != 0) {
         result = ReportSetUpError("SNMP:pthread_attr_setstacksize failed.", error);
     } else {
@@ -417,7 +422,8 @@ std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyTe
         CheckReplyFrame(reply, requestSize, result) != 0) {
         return kQueryFailed;
     }
-    TraceLog(kTrace, "%-3d<< %s", static_cast<int>(domain), result.data());
+    TraceLog(kTrace, "%-3d<< %s", static_cast<int>(domain),
+             IsSecret(command) ? "(not shown)" : result.data());
     return static_cast<std::uint16_t>(ParseReturnValue(result.data(), result.size(), type, value));
 }
 
