@@ -1,19 +1,29 @@
 #include "src/agent/idle_step.h"
 
+#include "src/base/trace_log.h"
+#include "src/conf/snmpd_conf.h"
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
 #include "src/snmptables/unit_table.h"
 #include "src/traps/notifications.h"
+#include "src/traps/trap_table_update.h"
 
 namespace snmpmain {
 
 bool AgentIdleStep() {
     if (NotifyQueue::Pending()) {
         DispatchNotification();
+    } else if (trapTableChanged != 0) {
+        if (StartTrapTableUpdate() != 0) {
+            TraceLog(kSevere, "write to switchTable failed: SNMP_ERR_COMMITFAILED");
+        }
+        trapTableChanged = 0;
     } else if (fabricUpdatePending != 0) {
         if (RefreshConnUnitTable() == 0) {
             fabricUpdatePending = 0;
         }
+    } else if (SnmpdConfChanged()) {
+        SyncSnmpdPersistent();
     } else if (unitStatusRefreshPending != 0) {
         RefreshNextUnitStatus();
     }

@@ -14,6 +14,7 @@
 #include "src/agent/sub_agent.h"
 #include "src/base/clock.h"
 #include "src/base/paths.h"
+#include "src/conf/snmpd_conf.h"
 #include "src/link/link.h"
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
@@ -97,6 +98,10 @@ void ReadSwitch() {
     do {
         ::sleep(1);
     } while (FillCaches() != 0);
+    while (InitSnmpdConf() != 0) {
+        std::fputs("Configuration file initialization failed. Reinitializing.\n", stderr);
+        ::sleep(1);
+    }
     while (InitLocalStateTable() != 0) {
         std::fputs("HW state initialization failed. Reinitializing.\n", stderr);
         ::sleep(1);

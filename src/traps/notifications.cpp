@@ -11,6 +11,7 @@
 #include "src/base/system_log.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
+#include "src/conf/snmpd_conf.h"
 #include "src/link/frame.h"
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
@@ -87,10 +88,14 @@ void FollowPortHardware(const NotificationRecord& record) {
 void FollowLocalConfig(std::uint16_t kind) {
     if (kind == kSnmpConfig) {
         RefreshConnUnitTable();
+        InitSnmpdConf();
         ReadTrapDestinations();
-    } else if (CheckInbandEnableChange() != 0) {
+        return;
+    }
+    if (CheckInbandEnableChange() != 0) {
         SendFabricUpdateEvent();
     }
+    InitSnmpdConf();
 }
 
 // Brings up to date what the agent keeps. `fabricUpdated`: a private event says so.

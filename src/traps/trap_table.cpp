@@ -18,9 +18,34 @@ namespace {
 struct GuardedTable {
     std::mutex mutex;
     TrapTable rows;
+    std::uint32_t changes = 0;  // made to the rows in this process
+    std::uint32_t told = 0;     // of these, known to the switch
+    bool readingWanted = false;
 };
 
 GuardedTable table;
+
+// Changes one row. Returns 0, or -1 when there is no such row.
+template <typename Change>
+int ChangeRow(std::uint16_t index, Change change) {
+    const std::lock_guard lock(table.mutex);
+    if (index >= table.rows.size()) {
+        return -1;
+    }
+    change(table.rows[index]);
+    ++table.changes;
+    return 0;
+}
+
+// Shows what the switch holds, unless a manager has changed that and it does not know yet.
+void ReplaceRows(const TrapTable& rows, std::uint32_t changesBefore) {
+    const std::lock_guard lock(table.mutex);
+    if (table.changes != changesBefore || table.changes != table.told) {
+        table.readingWanted = true;
+        return;
+    }
+    table.rows = rows;
+}
 
 bool IsUsed(const TrapRow& row) {
     return row.address[0] != '\0';
@@ -111,9 +136,12 @@ const char* NameOfState(std::uint32_t state) {
 void ResetTrapTable() {
     const std::lock_guard lock(table.mutex);
     table.rows = {};
+    table.told = table.changes;
+    table.readingWanted = false;
 }
 
 int ReadTrapDestinations() {
+    const std::uint32_t changes = CountTrapTableChanges();
     TrapTable rows;
     int used = ReadRows(rows);
     if (used < 0) {
@@ -122,10 +150,7 @@ int ReadTrapDestinations() {
     RemoveDoubles(rows, used);
     std::stable_sort(rows.begin(), rows.begin() + used,
                      [](const TrapRow& a, const TrapRow& b) { return IndexOf(a) < IndexOf(b); });
-    {
-        const std::lock_guard lock(table.mutex);
-        table.rows = rows;
-    }
+    ReplaceRows(rows, changes);
     DumpTrapTable();
     return 0;
 }
@@ -163,6 +188,35 @@ int FindTrapRow(const char* address, std::uint32_t port, std::uint16_t& index) {
         }
     }
     return index < kTrapDestinations ? 1 : -1;
+}
+
+int AddTrapClient(std::uint16_t index, const char* address, std::uint32_t port, std::uint32_t state,
+                  std::uint32_t filter, std::uint32_t version) {
+    TraceLog(kTrace, "Adding trap client: %d\n", index);
+    return ChangeRow(index, [&](TrapRow& row) {
+        row = {.port = port, .filter = filter, .state = state, .version = version};
+        CopyText(row.address, sizeof(row.address), address);
+    });
+}
+
+int RemoveTrapClient(std::uint16_t index) {
+    TraceLog(kTrace, "Removing trap client: %d\n", index);
+    return ChangeRow(index, [](TrapRow& row) { row = {}; });
+}
+
+int SetTrapRowFilter(std::uint16_t index, std::uint32_t filter) {
+    return ChangeRow(index, [&](TrapRow& row) { row.filter = filter; });
+}
+
+std::uint32_t CountTrapTableChanges() {
+    const std::lock_guard lock(table.mutex);
+    return table.changes;
+}
+
+bool MarkTrapTableTold(std::uint32_t changes) {
+    const std::lock_guard lock(table.mutex);
+    table.told = changes;
+    return std::exchange(table.readingWanted, false);
 }
 
 void DumpTrapTable() {

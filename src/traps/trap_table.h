@@ -1,6 +1,7 @@
 // TrapTable: the agent's copy of the switch's five trap destinations, which is also the trap
-// registration table of FCMGMT-MIB. Every operation locks the rows for its own length only, so that
-// any thread may call it; reading from the switch and the changes belong to the main thread.
+// registration table of FCMGMT-MIB. Managers change it; the switch then has to be told
+// (trap_table_update.h). Every operation locks the rows for its own length only, so that any thread
+// may call it.
 #pragma once
 
 #include <array>
@@ -32,8 +33,10 @@ using TrapTable = std::array<TrapRow, kTrapDestinations>;
 void ResetTrapTable();
 
 // Replaces the rows with the switch's destinations, in use from row 0 on, without doubles, sorted
-// by address and port. Returns 0, or -1 (and the rows stay) when a query fails.
-// "Get.Config.Snmp.TrapAddr%d", "TrapPort%d", "TrapSeverity%d", "TrapEnable%d", "TrapVersion%d"
+// by address and port. Rows with changes that the switch has not been told of yet stay as they are;
+// MarkTrapTableTold then asks for another reading. Returns 0, or -1 (and the rows stay) when a
+// query fails. Not on the ListenThread. "Get.Config.Snmp.TrapAddr%d", "TrapPort%d",
+// "TrapSeverity%d", "TrapEnable%d", "TrapVersion%d"
 int ReadTrapDestinations();
 
 // A copy of all rows.
@@ -49,6 +52,19 @@ std::uint16_t GetTrapRowCount();
 // when there is one, 1 when there is none (`index` is then the first free row), -1 when all rows
 // are taken by others.
 int FindTrapRow(const char* address, std::uint32_t port, std::uint16_t& index);
+
+// Fills a row, clears it, sets its filter (a severity, 1 to 10). Return 0, or -1 when there is no
+// such row. A clear row may stay between rows in use until the next reading.
+int AddTrapClient(std::uint16_t index, const char* address, std::uint32_t port, std::uint32_t state,
+                  std::uint32_t filter, std::uint32_t version);
+int RemoveTrapClient(std::uint16_t index);
+int SetTrapRowFilter(std::uint16_t index, std::uint32_t filter);
+
+// How often the rows have been changed. Who tells the switch takes this number before it copies the
+// rows, and hands it back when done, successful or not. Returns whether a reading was left out for
+// the sake of these changes, so that it is to be made up for.
+std::uint32_t CountTrapTableChanges();
+bool MarkTrapTableTold(std::uint32_t changes);
 
 // Writes the rows to the diagnostic log, level 0.
 void DumpTrapTable();

@@ -1,0 +1,18 @@
+// Brings the trap destinations that managers have changed to the switch, on a thread of its own:
+// the five of them take several commands, each of which may wait for seconds.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace snmpmain {
+
+// 1 once a manager has changed the trap table: the main loop starts an update and clears it.
+extern std::atomic<std::uint16_t> trapTableChanged;
+
+// Starts the update. One that waits for its predecessor to end covers later changes as well, so
+// that there are never more than two. Returns 0, or -1 when the thread cannot be started; the rows
+// are then the switch's again with the next reading. Main thread only.
+int StartTrapTableUpdate();
+
+}  // namespace snmpmain
