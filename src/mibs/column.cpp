@@ -15,16 +15,6 @@
 namespace snmpmain {
 namespace {
 
-const Column* FindColumn(const ServedTable& table, std::uint8_t magic) {
-    for (const std::span<const Column> columns : table.columns) {
-        const auto column = std::ranges::find(columns, magic, &Column::magic);
-        if (column != columns.end()) {
-            return &*column;
-        }
-    }
-    return nullptr;
-}
-
 std::span<const oid> RequestOf(const HandlerCall& call) {
     return {call.name, *call.length};
 }
@@ -47,27 +37,6 @@ int SetCode(const Column& column, MibValue& value, std::uint32_t code) {
         return SetOctets(value, std::array{static_cast<std::uint8_t>(code)});
     }
     return SetNumber(value, code);
-}
-
-// Writes the command with the instance's numbers and texts in their places. One that does not fit
-// is cut, and too long to be sent then.
-void CompleteCommand(const char* command, const Instance& instance, std::span<char> completed) {
-    auto number = instance.numbers.begin();
-    auto text = instance.texts.begin();
-    std::size_t used = 0;
-    while (*command != '\0' && used + 1 < completed.size()) {
-        const auto rest = completed.subspan(used);
-        if (*command != '%') {
-            completed[used++] = *command++;
-        } else if (command[1] == 's') {
-            used += static_cast<std::size_t>(FormatText(rest, "%s", *text++));
-            command += 2;
-        } else {
-            used += static_cast<std::size_t>(FormatText(rest, "%u", *number++));
-            command += 2;
-        }
-    }
-    completed[used] = '\0';
 }
 
 }  // namespace
@@ -221,6 +190,44 @@ std::size_t MakeVariables(std::span<const ColumnGroup> groups, std::span<variabl
     return count;
 }
 
+void CompleteCommand(const char* command, const Instance& instance, std::span<char> completed) {
+    auto number = instance.numbers.begin();
+    auto text = instance.texts.begin();
+    std::size_t used = 0;
+    while (*command != '\0' && used + 1 < completed.size()) {
+        const auto rest = completed.subspan(used);
+        if (*command != '%') {
+            completed[used++] = *command++;
+        } else if (command[1] == 's') {
+            used += static_cast<std::size_t>(FormatText(rest, "%s", *text++));
+            command += 2;
+        } else {
+            used += static_cast<std::size_t>(FormatText(rest, "%u", *number++));
+            command += 2;
+        }
+    }
+    completed[used] = '\0';
+}
+
+const Column* FindColumn(const ServedTable& table, std::uint8_t magic) {
+    for (const std::span<const Column> columns : table.columns) {
+        const auto column = std::ranges::find(columns, magic, &Column::magic);
+        if (column != columns.end()) {
+            return &*column;
+        }
+    }
+    return nullptr;
+}
+
+bool MibValue::Name::IsFor(std::span<const oid> other) const {
+    return std::ranges::equal(std::span(names).first(length), other);
+}
+
+void MibValue::Name::Set(std::span<const oid> other) {
+    length = other.size() <= names.size() ? other.size() : 0;
+    std::copy_n(other.begin(), length, names.begin());
+}
+
 u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value) {
     *call.valueLength = sizeof(value.number);
     const Column* column = FindColumn(table, call.vp->magic);
@@ -231,10 +238,24 @@ u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value
     if (column->source.read == nullptr) {
         return nullptr;
     }
+    value.answers.length = 0;
+    if (column->isCreatedByWrite) {
+        *call.writeMethod = column->write;
+    }
     Instance instance;
     const auto find = call.exact ? table.shape.resolve : table.shape.next;
-    if (find(call, instance) != 0 || column->source.read(*column, instance, value) != 0) {
+    if (find(call, instance) != 0) {
         return nullptr;
+    }
+    // Before the value is asked for: what cannot be read may still be set.
+    if (column->write != nullptr) {
+        *call.writeMethod = column->write;
+    }
+    if (column->source.read(*column, instance, value) != 0) {
+        return nullptr;
+    }
+    if (column->write != nullptr) {
+        value.answers.Set(RequestOf(call));
     }
     *call.valueLength = value.length;
     // The library reads the value only, though its type does not say so.

@@ -17,6 +17,16 @@ namespace snmpmain {
 // A module's result buffer: what a handler returns points into it and holds until the module's next
 // request.
 struct MibValue {
+    // Whose value it is, kept for those that may be written.
+    struct Name {
+        std::array<oid, 40> names;
+        std::size_t length = 0;  // 0: of no writable instance
+
+        bool IsFor(std::span<const oid> other) const;
+        void Set(std::span<const oid> other);  // a longer one than any of these tables' is not kept
+    };
+    Name answers = {};
+
     const void* data = nullptr;
     std::size_t length = 0;  // octets
 
@@ -52,6 +62,10 @@ struct Instance {
 std::uint16_t Ask(const Instance& instance, const char* command, ReplyText& reply,
                   ConversionType type = kString, std::uint32_t* number = nullptr);
 
+// Writes the command with the instance's numbers and texts in their places. One that does not fit
+// is cut, and too long to be sent then.
+void CompleteCommand(const char* command, const Instance& instance, std::span<char> completed);
+
 struct Column;
 
 // Gives a column's value for one instance. Returns 0, or -1 for no such instance.
@@ -76,6 +90,8 @@ struct Column {
     Access access;
     const char* object;  // name in the MIB; null where it has none
     ValueSource source = {};
+    WriteMethod* write = nullptr;   // what handlers hand to the library; null: nothing
+    bool isCreatedByWrite = false;  // a SET may make the instance, so that nothing need be there
 };
 
 // Strings that managers show in one line are cut at this length.
@@ -199,6 +215,9 @@ struct ServedTable {
     std::span<const std::span<const Column>> columns;
     TableShape shape;
 };
+
+// The column of a magic number, or null.
+const Column* FindColumn(const ServedTable& table, std::uint8_t magic);
 
 // Serves one request: finds the column by the variable's magic, resolves the instance, reads the
 // value. Returns the value, or null for no such instance.

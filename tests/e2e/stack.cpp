@@ -148,11 +148,12 @@ Finished RunProgram(const Words& command) {
 Stack::Stack(int lane) : address_(LoopbackAddress(lane)) {
     char name[] = "/tmp/snmpmain_e2e.XXXXXX";
     root_ = ::mkdtemp(name);
-    std::filesystem::create_directories(Path("var/agentx"));
-    std::filesystem::create_directories(Path("persistent"));
+    for (const char* folder : {"var/agentx", "var/run", "var/ucd-snmp", "kelmor/conf/etc"}) {
+        std::filesystem::create_directories(Path(folder));
+    }
     // The tools and snmpd read no settings of this machine.
     ::setenv("SNMPCONFPATH", root_.c_str(), 1);
-    ::setenv("SNMP_PERSISTENT_DIR", Path("persistent").c_str(), 1);
+    ::setenv("SNMP_PERSISTENT_DIR", Path("var/ucd-snmp").c_str(), 1);
     ::setenv("MIBS", "", 1);
 }
 
@@ -219,13 +220,25 @@ void Stack::StartSnmpd(const Words& settings) {
     }
     Start("snmpd",
           {"/usr/sbin/snmpd", "-f", "-LE", "4", "-I", "-smux", "-C", "-c", Path("snmpd.conf"), "-p",
-           Path("snmpd.pid"), "udp:" + address_ + ":" + kSnmpPort});
+           Path("snmpd.pid"), "udp:" + address_ + ":" + kSnmpPort},
+          {"SNMP_PERSISTENT_DIR=" + Path("var/ucd-snmp")});
     const std::string upTime = ".1.3.6.1.2.1.1.3.0";
     EXPECT_TRUE(Within(10, [&] {
         return RunProgram({"snmpget", "-v2c", "-c", "public", "-r", "0", "-t", "0.2",
                            address_ + ":" + kSnmpPort, upTime})
                    .status == 0;
     })) << "snmpd does not answer";
+}
+
+void Stack::StartSnmpdOfSwitch() {
+    Start("snmpd",
+          {"/usr/sbin/snmpd", "-f", "-LE", "4", "-I", "-smux", "-x", Path("var/agentx/master"),
+           "-p", Path("var/run/snmpd.pid"), "udp:" + address_ + ":" + kSnmpPort},
+          {"SNMP_PERSISTENT_DIR=" + Path("var/ucd-snmp"),
+           "SNMPCONFPATH=" + Path("var/ucd-snmp") + ":" + Path("kelmor/conf/etc")});
+    EXPECT_TRUE(Within(10, [&] {
+        return std::filesystem::exists(Path("var/ucd-snmp/snmpd.conf"));
+    })) << "snmpd does not start";
 }
 
 void Stack::StartAgent(const Words& environment, const Words& options) {

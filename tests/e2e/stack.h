@@ -72,6 +72,8 @@ class Stack {
 
     // Starts the daemon, with these lines added to its settings, and waits until it answers.
     void StartSnmpd(const Words& settings = {});
+    // Starts the daemon as a switch does: the agent writes its settings and has them read.
+    void StartSnmpdOfSwitch();
     // Starts the agent; `AwaitAgent` waits until it serves requests.
     void StartAgent(const Words& environment = {}, const Words& options = {"--notrap"});
     bool AwaitAgent(double seconds = 20);

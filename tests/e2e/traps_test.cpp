@@ -581,6 +581,12 @@ class TrapsAtOnePort : public testing::Test {
     snmpmain::TrapSink sink_{stack_.Address()};
 };
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kIsSanitized = true;  // is slow, and keeps what is freed
+#else
+constexpr bool kIsSanitized = false;
+#endif
+
 TEST_F(TrapsAtOnePort, ArriveSoon) {
     std::vector<double> times;
     for (int round = 0; round < 20; ++round) {
@@ -592,8 +598,8 @@ TEST_F(TrapsAtOnePort, ArriveSoon) {
     }
     std::ranges::sort(times);
     std::printf("a trap took %.2f ms (median), %.2f ms (longest)\n", times[10], times.back());
-    EXPECT_LT(times[10], 50);
-    EXPECT_LT(times.back(), 500);
+    EXPECT_LT(times[10], kIsSanitized ? 500 : 50);
+    EXPECT_LT(times.back(), kIsSanitized ? 2000 : 500);
 }
 
 // Nothing is said to the one that has left: nobody would answer for it for seconds.
@@ -604,12 +610,6 @@ TEST_F(TrapsAtOnePort, ArriveSoonWhenASwitchLeavesThatTookEvents) {
     EXPECT_TRUE(AwaitTrap());  // the event
     EXPECT_TRUE(AwaitTrap());  // connUnitDeletedTrap
 }
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kIsSanitized = true;  // is slow, and keeps what is freed
-#else
-constexpr bool kIsSanitized = false;
-#endif
 
 // In kB.
 long ResidentMemory(int pid) {

@@ -7,20 +7,20 @@
 #include "src/mibs/fcmgmt/tables.h"
 
 namespace snmpmain {
+
+MibValue fcmgmt::result;
+
 namespace {
 
 constexpr std::size_t kVariableCount = 197;
 
 constexpr oid fcmgmt_variables_oid[] = {1, 3, 6, 1, 3, 94};
 
-// What the handlers return points into this.
-MibValue result;
-
 // The handler of a table.
 template <const ServedTable& kTable>
 u_char* Handle(variable* vp, oid* name, std::size_t* length, int exact, std::size_t* valueLength,
                WriteMethod** writeMethod) {
-    return Serve(kTable, {vp, name, length, exact != 0, valueLength, writeMethod}, result);
+    return Serve(kTable, {vp, name, length, exact != 0, valueLength, writeMethod}, fcmgmt::result);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "src/link/switch_info.h"
 #include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/fcmgmt/unit_values.h"
+#include "src/mibs/fcmgmt/writes.h"
 #include "src/snmpoid/walkers.h"
 #include "src/snmptables/part_status.h"
 
@@ -118,9 +119,9 @@ constexpr Column kPorts[] = {
     {15, 71, ASN_INTEGER, Access::kReadOnly, "connUnitPortSpeed",
      Computed(ReadSpeed, "Get.Oper.UserPort.%d.%d.LinkSpeed")},
     {16, 72, ASN_INTEGER, Access::kReadWrite, "connUnitPortControl",
-     WordOf("Get.Oper.UserPort.%d.%d.AdminState", kControls)},
+     WordOf("Get.Oper.UserPort.%d.%d.AdminState", kControls), write_connUnitPortControl},
     {17, 73, ASN_OCTET_STR, Access::kReadWrite, "connUnitPortName",
-     TextOf("Get.Oper.UserPort.%d.%d.SymPortName")},
+     TextOf("Get.Oper.UserPort.%d.%d.SymPortName"), write_connUnitPortName},
     {18, 74, ASN_INTEGER, Access::kReadOnly, "connUnitPortPhysicalNumber",
      Computed(ReadPhysicalNumber)},
     {19, 75, ASN_OBJECT_ID, Access::kReadOnly, "connUnitPortStatObject", Computed(ReadStatObject)},

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "src/mibs/column.h"
+#include "src/snmpoid/index_codec.h"
 
 namespace snmpmain::fcmgmt {
 
@@ -26,9 +27,15 @@ extern const ServedTable kPortStatisticsTable;    // 4.5.1.c
 extern const ServedTable kNameServerTable;        // 5.2.1.1.c
 extern const ServedTable kPlatformTable;          // 5.2.2.1.c
 
+// What the handlers return points into this.
+extern MibValue result;
+
 // Index: unit id, port number + 1. The instance's numbers are the module and the port.
 int ResolvePort(const HandlerCall& call, Instance& instance);
 int NextPort(const HandlerCall& call, Instance& instance);
+
+// A row of the trap registration table as an index. Returns 0, or -1 for one that is not in use.
+int TrapRowAt(std::uint16_t row, TrapRowIndex& found);
 
 // Writes the records of the whole MIB in the order of registration and returns their number.
 std::size_t MakeFcmgmtVariables(std::span<variable7> variables);

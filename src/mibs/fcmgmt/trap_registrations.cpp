@@ -4,6 +4,7 @@
 
 #include "src/base/text.h"
 #include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/writes.h"
 #include "src/snmpoid/walkers.h"
 #include "src/traps/trap_table.h"
 
@@ -47,19 +48,11 @@ int ReadAddress(const Column&, const Instance& instance, MibValue& value) {
 constexpr Column kTrapRegistrations[] = {
     {1, 133, ASN_IPADDRESS, Access::kReadOnly, "trapRegIpAddress", Computed(ReadAddress)},
     {2, 134, ASN_INTEGER, Access::kReadOnly, "trapRegPort", Computed(ReadPort)},
-    {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter", Computed(ReadFilter)},
-    {4, 136, ASN_INTEGER, Access::kReadWrite, "trapRegRowState", Computed(ReadState)},
+    {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter", Computed(ReadFilter),
+     write_trapRegFilter},
+    {4, 136, ASN_INTEGER, Access::kReadWrite, "trapRegRowState", Computed(ReadState),
+     write_trapRegRowState, true},
 };
-
-int RowAt(std::uint16_t index, TrapRowIndex& found) {
-    TrapRow row;
-    if (GetTrapRow(index, row) != 0) {
-        return -1;
-    }
-    CopyText(found.address, sizeof(found.address), row.address);
-    found.port = row.port;
-    return 0;
-}
 
 int ResolveRegistration(const HandlerCall& call, Instance& instance) {
     if (*call.length != call.vp->namelen + kTrapIndexLength) {
@@ -67,7 +60,7 @@ int ResolveRegistration(const HandlerCall& call, Instance& instance) {
     }
     const std::span name(call.name, *call.length);
     std::uint16_t row = 0;
-    if (FindTrapIndex(RowAt, name.last<kTrapIndexLength>(), row) != 0) {
+    if (FindTrapIndex(TrapRowAt, name.last<kTrapIndexLength>(), row) != 0) {
         return -1;
     }
     instance.row = row;
@@ -76,7 +69,7 @@ int ResolveRegistration(const HandlerCall& call, Instance& instance) {
 
 int NextRegistration(const HandlerCall& call, Instance& instance) {
     std::uint16_t row = 0;
-    if (GetNextTrapEntry(RowAt, call.vp, call.name, call.length, row) != 0) {
+    if (GetNextTrapEntry(TrapRowAt, call.vp, call.name, call.length, row) != 0) {
         return -1;
     }
     instance.row = row;
@@ -86,6 +79,16 @@ int NextRegistration(const HandlerCall& call, Instance& instance) {
 constexpr std::span<const Column> kTrapRegistrationColumns = kTrapRegistrations;
 
 }  // namespace
+
+int TrapRowAt(std::uint16_t index, TrapRowIndex& found) {
+    TrapRow row;
+    if (GetTrapRow(index, row) != 0) {
+        return -1;
+    }
+    CopyText(found.address, sizeof(found.address), row.address);
+    found.port = row.port;
+    return 0;
+}
 
 constinit const ServedTable kTrapRegistrationTable{
     "fcmgmt", {&kTrapRegistrationColumns, 1}, {ResolveRegistration, NextRegistration}};

@@ -3,6 +3,7 @@
 #include "src/link/switch_info.h"
 #include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/fcmgmt/unit_values.h"
+#include "src/mibs/fcmgmt/writes.h"
 #include "src/snmptables/row_numbers.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
@@ -105,17 +106,17 @@ constexpr Column kUnits[] = {
     {18, 25, ASN_INTEGER, Access::kReadOnly, "connUnitNumZones", NeverAnswers()},
     {19, 26, ASN_OCTET_STR, Access::kReadOnly, "connUnitModuleId", Computed(ReadUnitId)},
     {20, 27, ASN_OCTET_STR, Access::kReadWrite, "connUnitName",
-     ShortTextOf("Get.Config.Switch.SymName")},
-    {21, 28, ASN_OCTET_STR, Access::kReadWrite, "connUnitInfo",
-     TextOf("Get.Config.Switch.Comment")},
+     ShortTextOf("Get.Config.Switch.SymName"), write_connUnitName},
+    {21, 28, ASN_OCTET_STR, Access::kReadWrite, "connUnitInfo", TextOf("Get.Config.Switch.Comment"),
+     write_connUnitInfo},
     {22, 29, ASN_INTEGER, Access::kReadWrite, "connUnitControl",
-     WordOf("Get.Oper.Switch.OperState", kControl)},
+     WordOf("Get.Oper.Switch.OperState", kControl), write_connUnitControl},
     {23, 30, ASN_OCTET_STR, Access::kReadWrite, "connUnitContact",
-     ShortTextOf("Get.Config.Snmp.Contact")},
+     ShortTextOf("Get.Config.Snmp.Contact"), write_connUnitContact},
     {24, 31, ASN_OCTET_STR, Access::kReadWrite, "connUnitLocation",
-     ShortTextOf("Get.Config.Snmp.Location")},
+     ShortTextOf("Get.Config.Snmp.Location"), write_connUnitLocation},
     {25, 32, ASN_INTEGER, Access::kReadWrite, "connUnitEventFilter",
-     WordOf("Get.Oper.Switch.SysLogLevel", kEventFilter)},
+     WordOf("Get.Oper.Switch.SysLogLevel", kEventFilter), write_connUnitEventFilter},
     {26, 33, ASN_INTEGER, Access::kReadOnly, "connUnitNumEvents",
      Computed(ReadEventCount, "Get.Oper.Switch.LogEntries")},
     {27, 34, ASN_INTEGER, Access::kReadOnly, "connUnitMaxEvents", Constant(MAX_LOG_ENTRIES)},
