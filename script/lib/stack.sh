@@ -18,10 +18,10 @@ stack_new() {
     # The process id makes the address unique among stacks that run at the same time.
     STACK_ADDRESS=127.$((64 * ${#STACK_ROOTS[@]} + ($$ >> 16) % 64)).$(($$ >> 8 & 255)).$((1 + $$ % 254))
     STACK_MANAGER=$STACK_ADDRESS:$STACK_PORT
-    mkdir -p "$STACK_ROOT/var/agentx" "$STACK_ROOT/var/run" "$STACK_ROOT/persistent"
+    mkdir -p "$STACK_ROOT"/{var/agentx,var/run,var/ucd-snmp,kelmor/conf/etc}
     # The tools and snmpd read no settings of this machine.
     echo "hexOutputLength 0" >"$STACK_ROOT/snmp.conf" # a value, a line
-    export SNMPCONFPATH=$STACK_ROOT SNMP_PERSISTENT_DIR=$STACK_ROOT/persistent MIBS=
+    export SNMPCONFPATH=$STACK_ROOT SNMP_PERSISTENT_DIR=$STACK_ROOT/var/ucd-snmp MIBS=
     export SNMPMAIN_ROOT=$STACK_ROOT
 }
 
@@ -75,16 +75,18 @@ switch_ctl() {
     "$BUILD/bin/switchsim" ctl --listen "$STACK_ADDRESS" "$@" >/dev/null
 }
 
+# Starts snmpd as on a switch: the agent writes its configuration, communities included, and has it
+# read. What is this host's stands in a file beside that.
 start_snmpd() {
-    cat >"$STACK_ROOT/snmpd.conf" <<EOF
+    local conf=$STACK_ROOT/kelmor/conf/etc
+    cat >"$conf/snmpd.local.conf" <<EOF
 master agentx
 agentXSocket $STACK_ROOT/var/agentx/master
 agentXTimeout 30
 agentXRetries 0
-rocommunity public
 EOF
-    stack_start snmpd snmpd -f -LE 4 -I -smux -C -c "$STACK_ROOT/snmpd.conf" -p "$STACK_ROOT/var/run/snmpd.pid" \
-        "udp:$STACK_MANAGER"
+    stack_start snmpd env SNMPCONFPATH="$SNMP_PERSISTENT_DIR:$conf" \
+        snmpd -f -LE 4 -I -smux -p "$STACK_ROOT/var/run/snmpd.pid" "udp:$STACK_MANAGER"
     wait_until 10 snmpd test -S "$STACK_ROOT/var/agentx/master"
 }
 
