@@ -81,6 +81,7 @@ void Require(bool holds, const char* what) {
 class Agent {
   public:
     Agent() : switch_(LoopbackAddress(0), LoopbackAddress(1)) {
+        ::setenv("SNMPMAIN_ROOT", "/dev/null", 1);  // no files, no daemon to be signalled
         SetNotificationReceiver(HandleIncomingNotification);
         Require(InitLink(LoopbackAddress(0).c_str()) == 0 && InitSendRecvLock() == 0, "link");
         SetDepartureHandler(NotifyQueue::Put);

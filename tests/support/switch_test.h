@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -34,6 +35,7 @@ class SwitchTest : public testing::Test {
             return InitLink(Address().c_str()) == 0 && InitSendRecvLock() == 0;
         }();
         EXPECT_TRUE(linked);
+        ::setenv("SNMPMAIN_ROOT", "/dev/null", 1);  // whoever runs tests may have a snmpd
         ResetTraceLog();
         ResetSwitchInfo();
         ResetConnUnitTable();

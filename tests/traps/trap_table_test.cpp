@@ -1,6 +1,10 @@
 #include "src/traps/trap_table.h"
 
+#include <chrono>
+#include <thread>
+
 #include "src/traps/event_kinds.h"
+#include "src/traps/trap_table_update.h"
 #include "tests/support/switch_test.h"
 
 namespace snmpmain {
@@ -80,6 +84,44 @@ TEST_F(TrapTableTest, RowsAreFoundByAddressAndPort) {
     Give({{"10.0.0.1"}, {"10.0.0.2"}, {"10.0.0.3"}, {"10.0.0.4"}, {"10.0.0.5"}});
     ASSERT_EQ(ReadTrapDestinations(), 0);
     EXPECT_EQ(FindTrapRow("10.0.0.6", 162, row), -1);
+}
+
+TEST_F(TrapTableTest, ChangesOutliveReadingsUntilTheSwitchKnowsThem) {
+    Give({{"10.0.0.1", 162, "alert", true, "2"}});
+    ASSERT_EQ(ReadTrapDestinations(), 0);
+    ASSERT_EQ(AddTrapClient(1, "10.0.0.2", 163, kTrapRowActive, 6, kTrapVersion2c), 0);
+    ASSERT_EQ(SetTrapRowFilter(0, 9), 0);
+    const Strings changed = {"10.0.0.1:162 9 3 1", "10.0.0.2:163 6 3 1"};
+    const std::uint32_t changes = CountTrapTableChanges();
+    EXPECT_EQ(ReadTrapDestinations(), 0);
+    EXPECT_EQ(Rows(), changed);
+    EXPECT_TRUE(MarkTrapTableTold(changes));
+    EXPECT_FALSE(MarkTrapTableTold(changes));
+    EXPECT_EQ(ReadTrapDestinations(), 0);
+    EXPECT_EQ(Rows(), Strings{"10.0.0.1:162 3 3 1"});
+    EXPECT_EQ(RemoveTrapClient(kTrapDestinations), -1);
+}
+
+TEST_F(TrapTableTest, UpdatesDoNotPileUpAtASlowSwitch) {
+    Give({});
+    ASSERT_EQ(ReadTrapDestinations(), 0);
+    server.TakeCommands();
+    server.SetFaults({.delayMs = 30});
+    for (std::uint32_t port = 1; port <= 50; ++port) {
+        AddTrapClient(0, "10.0.0.1", port, kTrapRowInactive, 6, kTrapVersion2c);
+        EXPECT_EQ(StartTrapTableUpdate(), 0);
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    std::vector<std::string> commands;
+    const auto ends = [](const std::string& text) { return text.ends_with("RelAdmin"); };
+    while (std::ranges::count_if(commands, ends) < 2) {
+        std::ranges::move(TakeTexts(), std::back_inserter(commands));
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    std::ranges::move(TakeTexts(), std::back_inserter(commands));
+    EXPECT_EQ(std::ranges::count_if(commands, ends), 2);
+    server.WithFabric([](sim::Fabric& fabric) { EXPECT_EQ(fabric.Find(0)->traps[0].port, 50u); });
 }
 
 TEST(Severities, AreNamedAndFoundByPartOfTheirNames) {
