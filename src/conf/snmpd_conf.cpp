@@ -4,18 +4,19 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <array>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string_view>
 
 #include "src/base/paths.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
+#include "src/conf/conf_file.h"
 #include "src/conf/conf_keys.h"
-#include "src/conf/daemon_file.h"
 #include "src/link/config_command.h"
 #include "src/link/link.h"
 
@@ -27,8 +28,11 @@ constexpr const char* kPersistentFile = "/var/ucd-snmp/snmpd.conf";
 constexpr const char* kPidFile = "/var/run/snmpd.pid";
 constexpr int kLineSize = 256;  // bytes with the terminator; the rest of a longer line is another
 
-// With nanoseconds: the daemon writes its file in pieces.
+// Of the daemon's own file, when it was looked at last; with nanoseconds, since the daemon writes
+// it in pieces.
 timespec savedTime{};
+
+bool cyclePending = false;  // the last one failed
 
 int GetModificationTime(timespec& time) {
     struct stat status {};
@@ -46,7 +50,7 @@ File OpenForReading(const char* path) {
 }
 
 // Signals the daemon that its pid file names. Returns 0, also when there is none, or -1.
-int RestartSnmpd() {
+int ReloadSnmpd() {
     const File file = OpenForReading(kPidFile);
     if (file == nullptr) {
         return 0;
@@ -55,7 +59,7 @@ int RestartSnmpd() {
     std::fgets(line, sizeof(line), file.get());
     // 0 and less would address whole groups of processes, this one among them.
     const long pid = std::strtol(line, nullptr, 10);
-    return pid > 0 && ::kill(static_cast<pid_t>(pid), SIGHUP) == 0 ? 0 : -1;
+    return pid > 0 && pid <= INT_MAX && ::kill(static_cast<pid_t>(pid), SIGHUP) == 0 ? 0 : -1;
 }
 
 // What managers can set at the daemon itself.
@@ -63,46 +67,70 @@ struct SharedSetting {
     const char* key;
     const char* command;
     ConfigMode mode;
+    char saved[kConfValueSize] = "";  // what the daemon had saved when its file was read last
 };
-constexpr SharedSetting kSharedSettings[] = {
+SharedSetting sharedSettings[] = {
     {"psyslocation", "Config.Snmp.Location.", ConfigMode::kSnmpSetup},
     {"psyscontact", "Config.Snmp.Contact.", ConfigMode::kSnmpSetup},
     {"psysname", "Config.Switch.SymName.", ConfigMode::kSwitchConfiguration},
 };
 
-// Takes a line of the daemon's file over. The first key found anywhere in the line has it, also one
-// that only stands in the text. Returns whether that is something new.
-bool TakeLine(std::string_view line) {
+// A line of the daemon's file with one of these settings.
+struct SavedLine {
+    ConfKey& row;           // that of the first key found anywhere in the line, also in the text
+    SharedSetting* shared;  // the setting that the row has; null when it is another row
+    std::string_view value;
+};
+
+template <typename Function>
+void TakeLine(std::string_view line, Function take) {
     const auto isIn = [&](const char* key) { return line.find(key) != line.npos; };
-    if (std::ranges::none_of(kSharedSettings, isIn, &SharedSetting::key)) {
-        return false;
+    if (std::ranges::none_of(sharedSettings, isIn, &SharedSetting::key)) {
+        return;
     }
     const auto row = std::ranges::find_if(V2Section(), [&](const ConfKey& candidate) {
         return candidate.key[0] != '\0' && isIn(candidate.key);
     });
+    const auto shared =
+        std::ranges::find(sharedSettings, std::string_view(row->key), &SharedSetting::key);
     const std::size_t begin = std::min(std::strlen(row->key) + 1, line.size());
-    const char* saved = line.substr(begin).data();
-    if (WrittenValue(row->value) == line.substr(begin, sizeof(row->value) - 1)) {
-        return false;
-    }
-    CopyText(row->value, sizeof(row->value), saved);
-    return true;
+    take(SavedLine{*row, shared != std::end(sharedSettings) ? shared : nullptr,
+                   line.substr(begin, kConfValueSize - 1)});
 }
 
-// Returns whether snmpd's file says something new.
-bool ReadPersistentFile() {
+template <typename Function>
+void ReadPersistentFile(Function take) {
     const File file = OpenForReading(kPersistentFile);
-    if (file == nullptr) {
-        return false;
-    }
-    bool isNew = false;
     char line[kLineSize];
     // At its end the daemon's file is still being written: a line without an end does not count.
-    while (std::fgets(line, sizeof(line), file.get()) != nullptr && std::feof(file.get()) == 0) {
+    while (file != nullptr && std::fgets(line, sizeof(line), file.get()) != nullptr &&
+           std::feof(file.get()) == 0) {
         line[std::strcspn(line, "\n")] = '\0';
-        isNew = TakeLine(line) || isNew;
+        TakeLine(line, take);
     }
-    return isNew;
+}
+
+void Remember(const SavedLine& line) {
+    if (line.shared != nullptr) {
+        CopyText(line.shared->saved, sizeof(line.shared->saved), line.value.data());
+    }
+}
+
+// Takes over what is new in the daemon's file: neither what was written for it, nor what it had
+// saved before (it keeps a setting that is cleared at the switch). Returns whether there was
+// something.
+bool TakeWhatIsNew() {
+    bool anyNew = false;
+    ReadPersistentFile([&](const SavedLine& line) {
+        const bool isKnown = WrittenValue(line.row.value) == line.value ||
+                             (line.shared != nullptr && line.shared->saved == line.value);
+        Remember(line);
+        if (!isKnown) {
+            CopyText(line.row.value, sizeof(line.row.value), line.value.data());
+            anyNew = true;
+        }
+    });
+    return anyNew;
 }
 
 int SendBack(const SharedSetting& setting) {
@@ -130,9 +158,7 @@ int WriteConfiguration() {
     return 0;
 }
 
-}  // namespace
-
-int InitSnmpdConf() {
+int RunCycle() {
     // The misspelling is known to those who watch for this line.
     std::fputs("SNMP:Initializing configuration paramenters\n", stderr);
     ReadConfSettings();
@@ -144,12 +170,27 @@ int InitSnmpdConf() {
         std::fputs("SNMP:Error saving SNMP configuration file stats\n", stderr);
         return -1;
     }
+    ReadPersistentFile(Remember);
     std::fputs("SNMP:Forcing snmpd configuration update\n", stderr);
-    if (RestartSnmpd() != 0) {
+    if (ReloadSnmpd() != 0) {
         std::fputs("SNMP:Error restarting snmpd with correct configuration data\n", stderr);
     }
     std::fputs("SNMP:Configuration parameters initialized\n", stderr);
     return 0;
+}
+
+}  // namespace
+
+int InitSnmpdConf() {
+    cyclePending = RunCycle() != 0;
+    return cyclePending ? -1 : 0;
+}
+
+void RefreshSnmpdConf() {
+    if (SnmpdConfChanged()) {
+        SyncSnmpdPersistent();
+    }
+    InitSnmpdConf();
 }
 
 bool SnmpdConfChanged() {
@@ -162,15 +203,16 @@ bool SnmpdConfChanged() {
 }
 
 void SyncSnmpdPersistent() {
-    const bool isNew = ReadPersistentFile();
-    GetModificationTime(savedTime);  // also of a file that may not be read: once is enough
-    if (!isNew) {
-        return;
-    }
-    for (const SharedSetting& setting : kSharedSettings) {
-        if (SendBack(setting) != 0) {
-            return;
+    GetModificationTime(savedTime);  // first: what is written meanwhile is read the next time
+    if (TakeWhatIsNew()) {
+        for (const SharedSetting& setting : sharedSettings) {
+            if (SendBack(setting) != 0) {
+                break;
+            }
         }
+    }
+    if (cyclePending) {
+        InitSnmpdConf();
     }
 }
 

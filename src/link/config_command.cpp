@@ -1,7 +1,9 @@
 #include "src/link/config_command.h"
 
 #include <array>
+#include <chrono>
 
+#include "src/base/text.h"
 #include "src/link/link.h"
 #include "src/link/switch_info.h"
 
@@ -16,15 +18,18 @@ struct Area {
 
 // By mode.
 constexpr std::array<Area, 3> kAreas = {
-    {{"Cmd.Switch.EditConfig;", "Cmd.Switch.SaveConfig;", "Cmd.Switch.ActConfig;"},
-     {"Cmd.System.StartSetup;", "Cmd.System.SaveSetup;", "Cmd.System.ActSetup;"},
-     {"Cmd.Snmp.StartSetup;", "Cmd.Snmp.SaveSetup;", "Cmd.Snmp.ActSetup;"}}};
+    {{"Cmd.Switch.EditConfig", "Cmd.Switch.SaveConfig", "Cmd.Switch.ActConfig"},
+     {"Cmd.System.StartSetup", "Cmd.System.SaveSetup", "Cmd.System.ActSetup"},
+     {"Cmd.Snmp.StartSetup", "Cmd.Snmp.SaveSetup", "Cmd.Snmp.ActSetup"}}};
 
-std::mutex localConfiguration;
+// A manager waits; a longer change than this is at a switch that does not answer.
+constexpr std::chrono::seconds kPatience{5};
+
+std::timed_mutex localConfiguration;
 
 }  // namespace
 
-std::unique_lock<std::mutex> LockLocalConfiguration() {
+std::unique_lock<std::timed_mutex> LockLocalConfiguration() {
     return std::unique_lock(localConfiguration);
 }
 
@@ -33,15 +38,20 @@ int SendConfigCommand(std::uint32_t domain, const char* setting, ConfigMode mode
     if (index >= kAreas.size()) {
         return -1;
     }
-    std::unique_lock<std::mutex> lock;
-    if (IsLocalDomain(domain)) {
-        lock = LockLocalConfiguration();
-    }
     const Area& area = kAreas[index];
+    char action[kCommandSize];
+    FormatText(action, "%s;%s;%s;%s", area.open, setting, area.save, area.activate);
+    return SendAdminCommand(domain, action);
+}
+
+int SendAdminCommand(std::uint32_t domain, const char* action) {
+    std::unique_lock lock(localConfiguration, std::defer_lock);
+    if (IsLocalDomain(domain) && !lock.try_lock_for(kPatience)) {
+        return -1;
+    }
     ReplyText reply;
     return SwitchMgmtQueryf(domain, reply, kString, nullptr,
-                            "Set.Cmd.Switch.ReqAdmin;%s%s;%s%sCmd.Switch.RelAdmin", area.open,
-                            setting, area.save, area.activate) == 0
+                            "Set.Cmd.Switch.ReqAdmin;%s;Cmd.Switch.RelAdmin", action) == 0
                ? 0
                : -1;
 }

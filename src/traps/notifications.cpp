@@ -88,14 +88,14 @@ void FollowPortHardware(const NotificationRecord& record) {
 void FollowLocalConfig(std::uint16_t kind) {
     if (kind == kSnmpConfig) {
         RefreshConnUnitTable();
-        InitSnmpdConf();
+        RefreshSnmpdConf();
         ReadTrapDestinations();
         return;
     }
     if (CheckInbandEnableChange() != 0) {
         SendFabricUpdateEvent();
     }
-    InitSnmpdConf();
+    RefreshSnmpdConf();
 }
 
 // Brings up to date what the agent keeps. `fabricUpdated`: a private event says so.

@@ -17,6 +17,7 @@ namespace {
 
 struct GuardedTable {
     std::mutex mutex;
+    std::mutex kept;  // taken before the other
     TrapTable rows;
     std::uint32_t changes = 0;  // made to the rows in this process
     std::uint32_t told = 0;     // of these, known to the switch
@@ -37,14 +38,20 @@ int ChangeRow(std::uint16_t index, Change change) {
     return 0;
 }
 
-// Shows what the switch holds, unless a manager has changed that and it does not know yet.
-void ReplaceRows(const TrapTable& rows, std::uint32_t changesBefore) {
-    const std::lock_guard lock(table.mutex);
-    if (table.changes != changesBefore || table.changes != table.told) {
+// Shows what the switch holds, unless a manager had changed that before the reading began and the
+// switch did not know yet, or has changed it since.
+void ReplaceRows(const TrapTable& rows, std::uint32_t toldBefore) {
+    const std::scoped_lock locks(table.kept, table.mutex);
+    if (table.changes != toldBefore) {
         table.readingWanted = true;
         return;
     }
     table.rows = rows;
+}
+
+std::uint32_t CountToldChanges() {
+    const std::lock_guard lock(table.mutex);
+    return table.told;
 }
 
 bool IsUsed(const TrapRow& row) {
@@ -141,7 +148,7 @@ void ResetTrapTable() {
 }
 
 int ReadTrapDestinations() {
-    const std::uint32_t changes = CountTrapTableChanges();
+    const std::uint32_t told = CountToldChanges();
     TrapTable rows;
     int used = ReadRows(rows);
     if (used < 0) {
@@ -150,7 +157,7 @@ int ReadTrapDestinations() {
     RemoveDoubles(rows, used);
     std::stable_sort(rows.begin(), rows.begin() + used,
                      [](const TrapRow& a, const TrapRow& b) { return IndexOf(a) < IndexOf(b); });
-    ReplaceRows(rows, changes);
+    ReplaceRows(rows, told);
     DumpTrapTable();
     return 0;
 }
@@ -208,6 +215,10 @@ int SetTrapRowFilter(std::uint16_t index, std::uint32_t filter) {
     return ChangeRow(index, [&](TrapRow& row) { row.filter = filter; });
 }
 
+std::unique_lock<std::mutex> KeepTrapRows() {
+    return std::unique_lock(table.kept);
+}
+
 std::uint32_t CountTrapTableChanges() {
     const std::lock_guard lock(table.mutex);
     return table.changes;
@@ -215,7 +226,7 @@ std::uint32_t CountTrapTableChanges() {
 
 bool MarkTrapTableTold(std::uint32_t changes) {
     const std::lock_guard lock(table.mutex);
-    table.told = changes;
+    table.told = std::max(table.told, changes);
     return std::exchange(table.readingWanted, false);
 }
 

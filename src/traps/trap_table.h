@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <mutex>
 
 namespace snmpmain {
 
@@ -59,6 +60,10 @@ int AddTrapClient(std::uint16_t index, const char* address, std::uint32_t port, 
                   std::uint32_t filter, std::uint32_t version);
 int RemoveTrapClient(std::uint16_t index);
 int SetTrapRowFilter(std::uint16_t index, std::uint32_t filter);
+
+// While it is held, no reading replaces the rows: to be held from finding a row until it is
+// changed. Not for the time of a query.
+[[nodiscard]] std::unique_lock<std::mutex> KeepTrapRows();
 
 // How often the rows have been changed. Who tells the switch takes this number before it copies the
 // rows, and hands it back when done, successful or not. Returns whether a reading was left out for

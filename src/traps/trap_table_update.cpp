@@ -131,7 +131,9 @@ int StartTrapTableUpdate() {
     }
     if (StartThread() != 0) {
         updateWaits = false;
-        MarkTrapTableTold(CountTrapTableChanges());
+        if (MarkTrapTableTold(CountTrapTableChanges())) {
+            ReadTrapDestinations();
+        }
         return -1;
     }
     return 0;

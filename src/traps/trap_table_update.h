@@ -10,9 +10,10 @@ namespace snmpmain {
 // 1 once a manager has changed the trap table: the main loop starts an update and clears it.
 extern std::atomic<std::uint16_t> trapTableChanged;
 
-// Starts the update. One that waits for its predecessor to end covers later changes as well, so
-// that there are never more than two. Returns 0, or -1 when the thread cannot be started; the rows
-// are then the switch's again with the next reading. Main thread only.
+// Starts the update. When the switch does not take it, the rows are read from the switch again. One
+// that waits for its predecessor to end covers later changes as well, so that there are never more
+// than two. Returns 0, or -1 when the thread cannot be started; the rows are then the switch's
+// again with the next reading. Main thread only.
 int StartTrapTableUpdate();
 
 }  // namespace snmpmain

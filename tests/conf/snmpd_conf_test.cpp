@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "src/conf/conf_file.h"
 #include "src/conf/conf_keys.h"
-#include "src/conf/daemon_file.h"
 #include "tests/support/switch_test.h"
 
 namespace snmpmain {
@@ -94,6 +94,8 @@ TEST_F(SnmpdConfTest, OnlyWhatTheDaemonWasNotToldIsSentBack) {
         {"psyscontact him", 0},  // this too
         {"engineBoots 3\npsyscontact him\n", 3},
         {"psyscontact him\n", 0},
+        {"psyscontact me\n", 3},
+        {"psyscontact him\n", 3},
         {"psyslocation of the master key\n", 3},  // "master" has it
         {"psysname\n", 3},
     };

@@ -66,6 +66,7 @@ class MibTest : public SwitchTest {
         column.insert(column.end(), record.name, record.name + record.namelen);
         variable vp{};
         vp.magic = record.magic;
+        vp.type = record.type;
         vp.namelen = static_cast<u_char>(column.size());
         std::ranges::copy(column, vp.name);
         oid name[MAX_OID_LEN]{};

@@ -1,4 +1,4 @@
-#include "src/conf/daemon_file.h"
+#include "src/conf/conf_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -55,8 +55,8 @@ std::string InformSinkLine(std::span<const ConfKey> rows, std::string_view commu
                 std::string(address.value) + " " + std::string(community) + " " + port.value);
 }
 
-std::string V2Section(bool& v3Enabled) {
-    const std::span<const ConfKey> rows = snmpmain::V2Section();
+std::string V2Text(bool& v3Enabled) {
+    const std::span<const ConfKey> rows = V2Section();
     std::string text;
     std::string_view community;
     for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -153,7 +153,7 @@ std::string WrittenValue(const char* value) {
 }
 
 int WriteV2Section(const char* path, bool& v3Enabled) {
-    return WriteSection(path, Section::kFirst, V2Section(v3Enabled),
+    return WriteSection(path, Section::kFirst, V2Text(v3Enabled),
                         "Failed to open 'snmpd.conf' file");
 }
 
