@@ -19,7 +19,9 @@
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
+#include "src/mibs/NorbexMIB/NorbexMIB.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
+#include "src/mibs/femgmt/femgmt.h"
 #include "src/snmpoid/snmp_headers.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"
@@ -118,6 +120,8 @@ void StartSubAgent(const char* socketPath) {
     }
     init_snmp(kAgentName);
     init_fcmgmt();
+    init_femgmt();
+    init_NorbexMIB();
     WatchNotifyQueue();
 }
 

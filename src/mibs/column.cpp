@@ -15,6 +15,17 @@
 namespace snmpmain {
 namespace {
 
+template <typename Predicate>
+const Column* FindColumnIf(const ServedTable& table, Predicate predicate) {
+    for (const std::span<const Column> columns : table.columns) {
+        const auto column = std::ranges::find_if(columns, predicate);
+        if (column != columns.end()) {
+            return &*column;
+        }
+    }
+    return nullptr;
+}
+
 std::span<const oid> RequestOf(const HandlerCall& call) {
     return {call.name, *call.length};
 }
@@ -169,27 +180,6 @@ std::uint16_t Ask(const Instance& instance, const char* command, ReplyText& repl
     return SwitchMgmtQuery(instance.domain, completed, reply, type, number);
 }
 
-std::size_t MakeVariables(std::span<const ColumnGroup> groups, std::span<variable7> variables) {
-    std::size_t count = 0;
-    for (const ColumnGroup& group : groups) {
-        for (const Column& column : group.columns) {
-            if (count < variables.size()) {
-                variable7& record = variables[count];
-                record.magic = column.magic;
-                record.type = column.type;
-                record.acl = column.access == Access::kReadWrite ? NETSNMP_OLDAPI_RWRITE
-                                                                 : NETSNMP_OLDAPI_RONLY;
-                record.findVar = group.handler;
-                record.namelen = static_cast<u_char>(group.prefixLength + 1);
-                std::copy_n(group.prefix.begin(), group.prefixLength, record.name);
-                record.name[group.prefixLength] = column.suffix;
-            }
-            ++count;
-        }
-    }
-    return count;
-}
-
 void CompleteCommand(const char* command, const Instance& instance, std::span<char> completed) {
     auto number = instance.numbers.begin();
     auto text = instance.texts.begin();
@@ -209,14 +199,10 @@ void CompleteCommand(const char* command, const Instance& instance, std::span<ch
     completed[used] = '\0';
 }
 
-const Column* FindColumn(const ServedTable& table, std::uint8_t magic) {
-    for (const std::span<const Column> columns : table.columns) {
-        const auto column = std::ranges::find(columns, magic, &Column::magic);
-        if (column != columns.end()) {
-            return &*column;
-        }
-    }
-    return nullptr;
+const Column* FindColumn(const ServedTable& table, const char* object) {
+    return FindColumnIf(table, [&](const Column& column) {
+        return column.object != nullptr && std::strcmp(column.object, object) == 0;
+    });
 }
 
 bool MibValue::Name::IsFor(std::span<const oid> other) const {
@@ -230,9 +216,15 @@ void MibValue::Name::Set(std::span<const oid> other) {
 
 u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value) {
     *call.valueLength = sizeof(value.number);
-    const Column* column = FindColumn(table, call.vp->magic);
+    const Column* column = FindColumnIf(
+        table, [&](const Column& candidate) { return candidate.magic == call.vp->magic; });
     if (column == nullptr) {
-        TraceLog(kSevere, "%s %d:Unknown oid sent to %s", table.module, __LINE__, table.module);
+        if (table.module == nullptr) {
+            snmp_set_detail("");
+        } else {
+            TraceLog(kSevere, "%s.c %d:Unknown oid sent to %s", table.module, __LINE__,
+                     table.module);
+        }
         return nullptr;
     }
     if (column->source.read == nullptr) {

@@ -188,10 +188,6 @@ struct ColumnGroup {
     std::span<const Column> columns;
 };
 
-// Writes the library's records of a module's groups. Returns how many there are; no more than fit
-// are written.
-std::size_t MakeVariables(std::span<const ColumnGroup> groups, std::span<variable7> variables);
-
 // What a handler is called with.
 struct HandlerCall {
     variable* vp;
@@ -211,13 +207,13 @@ struct TableShape {
 
 // A table or group of scalars as its handler serves it.
 struct ServedTable {
-    const char* module;  // names the module in messages
+    const char* module;  // names the module in messages; null: says nothing of unknown objects
     std::span<const std::span<const Column>> columns;
     TableShape shape;
 };
 
-// The column of a magic number, or null.
-const Column* FindColumn(const ServedTable& table, std::uint8_t magic);
+// The column of an object by its name, or null.
+const Column* FindColumn(const ServedTable& table, const char* object);
 
 // Serves one request: finds the column by the variable's magic, resolves the instance, reads the
 // value. Returns the value, or null for no such instance.

@@ -2,20 +2,18 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
 #include <limits>
 #include <string_view>
 
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
 #include "src/snmpoid/index_codec.h"
+#include "src/snmpoid/walkers.h"
 #include "src/snmptables/row_numbers.h"
 #include "src/snmptables/unit_table.h"
 
 namespace snmpmain {
 namespace {
-
-constexpr const char* kUnprintable = "non-printable characters";
 
 const char* NameOfStatus(int status) {
     switch (status) {
@@ -36,38 +34,36 @@ const char* NameOfStatus(int status) {
     }
 }
 
-int RefuseWith(const char* object, const char* reason, int status) {
-    TraceLog(kSevere, "write to %s: %s", object, reason);
+int RefuseWith(const WrittenObject& object, const char* name, const char* reason, int status) {
+    TraceLog(kSevere, "%s%s: %s", object.messageStart, name, reason);
     return status;
 }
 
-const char* LaterName(const WrittenObject& object) {
-    return object.laterName != nullptr ? object.laterName : object.name;
+// About the instance or the sending.
+int RefuseLater(const WrittenObject& object, const char* reason, int status) {
+    const char* name = object.laterName != nullptr ? object.laterName : object.name;
+    return name[0] != '\0' ? RefuseWith(object, name, reason, status) : status;
 }
 
-// The current value of the instance, or null. What the handler returned may no longer be there: all
-// instances share the module's buffer, and between the phases of a request with several variables,
-// and those of another manager, the handlers of others have answered. It is read anew then.
-const void* CurrentValue(const WrittenObject& object, const WriteRequest& request,
-                         const Instance& instance, MibValue& again) {
-    const std::less_equal<const void*> notBehind;
-    const bool isShared = object.buffer != nullptr && notBehind(object.buffer, request.current) &&
-                          !notBehind(object.buffer + 1, request.current);
-    if (!isShared || object.buffer->answers.IsFor(request.name)) {
-        return request.current;
+template <typename Number, typename Wide>
+int TakeCell(std::uint8_t type, const WriteRequest& request, Number& number) {
+    if (request.type != type) {
+        return SNMP_ERR_WRONGTYPE;
     }
-    const Column* column = FindColumn(*object.table, object.magic);
-    const bool isRead = column != nullptr && column->source.read(*column, instance, again) == 0;
-    return isRead ? again.data : nullptr;
-}
-
-int SendSetting(const WrittenObject& object, const Instance& instance, const char* setting) {
-    char completed[kCommandSize];
-    CompleteCommand(setting, instance, completed);
-    if (SendConfigCommand(instance.domain, completed, object.mode) != 0) {
-        return RefuseWith(LaterName(object), object.sendFailure, SNMP_ERR_COMMITFAILED);
+    if (request.length == sizeof(number)) {
+        std::memcpy(&number, request.value, sizeof(number));
+        return SNMP_ERR_NOERROR;
     }
-    return SNMP_ERR_NOERROR;
+    using Limits = std::numeric_limits<Number>;
+    Wide wide = 0;
+    if (request.length == sizeof(wide)) {
+        std::memcpy(&wide, request.value, sizeof(wide));
+        if (wide >= Limits::min() && wide <= Limits::max()) {
+            number = static_cast<Number>(wide);
+            return SNMP_ERR_NOERROR;
+        }
+    }
+    return SNMP_ERR_WRONGLENGTH;
 }
 
 bool IsPrintable(u_char c) {
@@ -76,41 +72,81 @@ bool IsPrintable(u_char c) {
 
 int CheckText(const WrittenObject& object, const WriteRequest& request) {
     if (request.type != ASN_OCTET_STR) {
-        return Refuse(object.name, SNMP_ERR_WRONGTYPE);
+        return Refuse(object, SNMP_ERR_WRONGTYPE);
     }
     if (request.length < 1 || request.length > object.longest) {
-        return Refuse(object.name, SNMP_ERR_WRONGLENGTH);
+        return Refuse(object, SNMP_ERR_WRONGLENGTH);
     }
     if (!std::ranges::all_of(std::span(request.value, request.length), IsPrintable)) {
-        return RefuseWith(object.name, kUnprintable, SNMP_ERR_WRONGVALUE);
+        return RefuseWith(object, object.name, "non-printable characters", SNMP_ERR_WRONGVALUE);
     }
     return SNMP_ERR_NOERROR;
 }
 
-}  // namespace
-
-int Refuse(const char* object, int status) {
-    return RefuseWith(object, NameOfStatus(status), status);
+// `choice` becomes that of the value.
+int CheckNumber(const WrittenObject& object, const WriteRequest& request,
+                const WrittenObject::Choice*& choice) {
+    std::int32_t number = 0;
+    if (const int status = TakeInteger(request, number); status != SNMP_ERR_NOERROR) {
+        return Refuse(object, status);
+    }
+    const auto found = std::ranges::find(object.choices, number, &WrittenObject::Choice::value);
+    if (found == object.choices.end()) {
+        return Refuse(object, SNMP_ERR_WRONGVALUE);
+    }
+    choice = &*found;
+    return SNMP_ERR_NOERROR;
 }
 
-int TakeInteger(const char* object, const WriteRequest& request, std::int32_t& number) {
-    if (request.type != ASN_INTEGER) {
-        return Refuse(object, SNMP_ERR_WRONGTYPE);
+int SendSetting(const WrittenObject& object, const Instance& instance, const char* setting) {
+    char completed[kCommandSize];
+    CompleteCommand(setting, instance, completed);
+    if (object.send(instance.domain, completed, object.mode) != 0) {
+        return RefuseLater(object, object.sendFailure, SNMP_ERR_COMMITFAILED);
     }
-    if (request.length == sizeof(number)) {
-        std::memcpy(&number, request.value, sizeof(number));
+    return SNMP_ERR_NOERROR;
+}
+
+// Finds the instance and sends the setting, unless the current value is already the one wanted.
+template <typename Equals>
+int Apply(const WrittenObject& object, const WriteRequest& request, const char* setting,
+          const char* text, Equals equals) {
+    Instance instance;
+    if (object.find(request.name, instance) != 0) {
+        return RefuseLater(object, NameOfStatus(SNMP_ERR_NOSUCHNAME), SNMP_ERR_NOSUCHNAME);
+    }
+    MibValue again;
+    const void* current = CurrentValue(object, request, instance, again);
+    if (current != nullptr && equals(current)) {
         return SNMP_ERR_NOERROR;
     }
-    using Limits = std::numeric_limits<std::int32_t>;
-    long value = 0;
-    if (request.length == sizeof(value)) {
-        std::memcpy(&value, request.value, sizeof(value));
-        if (value >= Limits::min() && value <= Limits::max()) {
-            number = static_cast<std::int32_t>(value);
-            return SNMP_ERR_NOERROR;
-        }
+    instance.texts[0] = text;
+    return SendSetting(object, instance, setting);
+}
+
+}  // namespace
+
+int Refuse(const WrittenObject& object, int status) {
+    return RefuseWith(object, object.name, NameOfStatus(status), status);
+}
+
+int TakeInteger(const WriteRequest& request, std::int32_t& number) {
+    return TakeCell<std::int32_t, long>(ASN_INTEGER, request, number);
+}
+
+int TakeGauge(const WriteRequest& request, std::uint32_t& number) {
+    return TakeCell<std::uint32_t, unsigned long>(ASN_GAUGE, request, number);
+}
+
+const void* CurrentValue(const WrittenObject& object, const WriteRequest& request,
+                         const Instance& instance, MibValue& again) {
+    if (request.current == nullptr || object.buffer == nullptr ||
+        object.buffer->answers.IsFor(request.name)) {
+        return request.current;
     }
-    return Refuse(object, SNMP_ERR_WRONGLENGTH);
+    const Column* column = FindColumn(*object.table, object.name);
+    const bool isRead = column != nullptr && column->source.read(*column, instance, again) == 0;
+    return isRead ? again.data : nullptr;
 }
 
 int WriteText(const WrittenObject& object, const WriteRequest& request) {
@@ -121,47 +157,34 @@ int WriteText(const WrittenObject& object, const WriteRequest& request) {
     if (status != SNMP_ERR_NOERROR || request.action == RESERVE1) {
         return status;
     }
-    Instance instance;
-    if (object.find(request.name, instance) != 0) {
-        return Refuse(LaterName(object), SNMP_ERR_NOSUCHNAME);
-    }
     const std::string_view text(reinterpret_cast<const char*>(request.value), request.length);
-    MibValue again;
-    const void* current = CurrentValue(object, request, instance, again);
-    if (current != nullptr && text == static_cast<const char*>(current)) {
-        return SNMP_ERR_NOERROR;
-    }
     char terminated[kCommandSize];
     terminated[text.copy(terminated, sizeof(terminated) - 1)] = '\0';
-    instance.texts[0] = terminated;
-    return SendSetting(object, instance, object.textSetting);
+    return Apply(object, request, object.textSetting, terminated,
+                 [&](const void* current) { return text == static_cast<const char*>(current); });
 }
 
 int WriteNumber(const WrittenObject& object, const WriteRequest& request) {
     if (!IsWritingPhase(request.action)) {
         return SNMP_ERR_NOERROR;
     }
-    std::int32_t number = 0;
-    if (const int status = TakeInteger(object.name, request, number); status != SNMP_ERR_NOERROR) {
+    const WrittenObject::Choice* choice = nullptr;
+    const int status = CheckNumber(object, request, choice);
+    if (status != SNMP_ERR_NOERROR || request.action == RESERVE1) {
         return status;
     }
-    const auto choice = std::ranges::find(object.choices, number, &WrittenObject::Choice::value);
-    if (choice == object.choices.end()) {
-        return Refuse(object.name, SNMP_ERR_WRONGVALUE);
-    }
-    if (request.action == RESERVE1) {
-        return SNMP_ERR_NOERROR;
-    }
-    Instance instance;
-    if (object.find(request.name, instance) != 0) {
-        return Refuse(LaterName(object), SNMP_ERR_NOSUCHNAME);
-    }
-    MibValue again;
-    const void* current = CurrentValue(object, request, instance, again);
-    if (current != nullptr && std::memcmp(current, &number, sizeof(number)) == 0) {
-        return SNMP_ERR_NOERROR;
-    }
-    return SendSetting(object, instance, choice->setting);
+    return Apply(object, request, choice->setting, "", [&](const void* current) {
+        return std::memcmp(current, &choice->value, sizeof(choice->value)) == 0;
+    });
+}
+
+int AcceptText(const WrittenObject& object, const WriteRequest& request) {
+    return request.action == RESERVE1 ? CheckText(object, request) : SNMP_ERR_NOERROR;
+}
+
+int AcceptNumber(const WrittenObject& object, const WriteRequest& request) {
+    const WrittenObject::Choice* choice = nullptr;
+    return request.action == RESERVE1 ? CheckNumber(object, request, choice) : SNMP_ERR_NOERROR;
 }
 
 int FindWrittenLocalSwitch(std::span<const oid>, Instance&) {
@@ -182,6 +205,20 @@ int FindWrittenPort(std::span<const oid> name, Instance& instance) {
     // The unit is found by its id as for reading: its WWN may be written in capitals.
     if (GetWWNandIndexFromOID(name, wwn, number) != 0 ||
         FindWrittenUnit(name.first(name.size() - 1), instance) != 0) {
+        return -1;
+    }
+    auto& [module, port] = instance.numbers;
+    return GetModuleAndPort(instance.domain, number, module, port);
+}
+
+int FindWrittenModulePort(std::span<const oid> name, Instance& instance) {
+    if (name.size() < kModulePortIndexLength) {
+        return -1;
+    }
+    const auto index = name.last<kModulePortIndexLength>();
+    instance.unit = static_cast<std::uint16_t>(index[0] - 1);
+    const auto number = static_cast<std::uint16_t>(index[1] - 1);
+    if (GetDomainIdFromIndex(instance.unit, instance.domain) != 0) {
         return -1;
     }
     auto& [module, port] = instance.numbers;

@@ -706,4 +706,25 @@ int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& foun
     return 0;
 }
 
+int GetLogin(std::span<const oid, kLoginIndexLength> index, Login& found) {
+    const std::uint32_t unit = static_cast<std::uint32_t>(index[0]) - 1;
+    found.port = static_cast<std::uint32_t>(index[1]) - 1;
+    found.login = static_cast<std::uint32_t>(index[2]) - 1;
+    std::uint16_t domain = 0;
+    std::uint32_t links = 0;
+    if (std::ranges::count(index, oid{0}) != 0 || GetDomainIdFromIndex(unit, domain) != 0 ||
+        found.port >= std::min(GetMaxPorts(domain), kMaxPortsAsked) ||
+        AskLinkCount(domain, found.port, links) != 0 || found.login >= links) {
+        return -1;
+    }
+    PortIdsInNameServer ids(domain);
+    const char* id = FindLogin(domain, found.port, found.login, ids);
+    if (id == nullptr) {
+        return -1;
+    }
+    found.unit = static_cast<std::uint16_t>(unit);
+    CopyText(found.portId, sizeof(found.portId), id);
+    return 0;
+}
+
 }  // namespace snmpmain

@@ -91,4 +91,7 @@ struct Login {
 constexpr std::size_t kLoginIndexLength = 3;
 int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& found);
 
+// The login with exactly this index. Returns 0, or -1 when there is none.
+int GetLogin(std::span<const oid, kLoginIndexLength> index, Login& found);
+
 }  // namespace snmpmain

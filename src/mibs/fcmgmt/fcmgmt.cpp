@@ -1,10 +1,9 @@
 #include "src/mibs/fcmgmt/fcmgmt.h"
 
-#include <algorithm>
 #include <array>
-#include <iterator>
 
 #include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/registration.h"
 
 namespace snmpmain {
 
@@ -41,43 +40,42 @@ constinit FindVarMethod* const var_fcmgmt_empty = Handle<fcmgmt::kPlatformTable>
 
 namespace {
 
+// A table's columns with the handler as the library calls it.
+template <const ServedTable& kTable>
+ColumnGroup Group(std::array<std::uint8_t, 6> prefix, std::uint8_t prefixLength,
+                  std::size_t columns = 0) {
+    return {prefix, prefixLength, Guarded<Handle<kTable>>, kTable.columns[columns]};
+}
+
 // In the order of registration.
 const std::array kGroups = {
-    ColumnGroup{{1}, 1, var_fcmgmt, fcmgmt::kScalarGroups[0]},
-    ColumnGroup{{2}, 1, var_fcmgmt, fcmgmt::kScalarGroups[1]},
-    ColumnGroup{{}, 0, var_fcmgmt, fcmgmt::kScalarGroups[2]},
-    ColumnGroup{{1, 6, 1}, 3, var_connUnitTable, fcmgmt::kUnitTable.columns[0]},
-    ColumnGroup{{1, 7, 1}, 3, var_connUnitRevsTable, fcmgmt::kRevisionTable.columns[0]},
-    ColumnGroup{{1, 8, 1}, 3, var_connUnitSensorTable, fcmgmt::kSensorTable.columns[0]},
-    ColumnGroup{{1, 10, 1}, 3, var_connUnitPortTable, fcmgmt::kPortTable.columns[0]},
-    ColumnGroup{{1, 11, 1}, 3, var_connUnitEventTable, fcmgmt::kEventTable.columns[0]},
-    ColumnGroup{{1, 12, 1}, 3, var_connUnitLinkTable, fcmgmt::kLinkTable.columns[0]},
-    ColumnGroup{{1, 13, 1}, 3, var_connUnitZoneTable, fcmgmt::kZoneTable.columns[0]},
-    ColumnGroup{{1, 14, 1}, 3, var_connUnitZoningAliasTable, fcmgmt::kAliasTable.columns[0]},
-    ColumnGroup{{2, 3, 1}, 3, var_trapRegTable, fcmgmt::kTrapRegistrationTable.columns[0]},
-    ColumnGroup{{4, 5, 1}, 3, var_connUnitPortStatTable, fcmgmt::kPortStatisticsTable.columns[0]},
-    ColumnGroup{{5, 1}, 2, var_fcmgmt, fcmgmt::kScalarGroups[3]},
-    ColumnGroup{{5, 2, 1, 1}, 4, var_connUnitSnsTable, fcmgmt::kNameServerTable.columns[0]},
-    ColumnGroup{{5, 2, 2, 1}, 4, var_fcmgmt_empty, fcmgmt::kPlatformTable.columns[0]},
+    Group<fcmgmt::kScalars>({1}, 1, 0),
+    Group<fcmgmt::kScalars>({2}, 1, 1),
+    Group<fcmgmt::kScalars>({}, 0, 2),
+    Group<fcmgmt::kUnitTable>({1, 6, 1}, 3),
+    Group<fcmgmt::kRevisionTable>({1, 7, 1}, 3),
+    Group<fcmgmt::kSensorTable>({1, 8, 1}, 3),
+    Group<fcmgmt::kPortTable>({1, 10, 1}, 3),
+    Group<fcmgmt::kEventTable>({1, 11, 1}, 3),
+    Group<fcmgmt::kLinkTable>({1, 12, 1}, 3),
+    Group<fcmgmt::kZoneTable>({1, 13, 1}, 3),
+    Group<fcmgmt::kAliasTable>({1, 14, 1}, 3),
+    Group<fcmgmt::kTrapRegistrationTable>({2, 3, 1}, 3),
+    Group<fcmgmt::kPortStatisticsTable>({4, 5, 1}, 3),
+    Group<fcmgmt::kScalars>({5, 1}, 2, 3),
+    Group<fcmgmt::kNameServerTable>({5, 2, 1, 1}, 4),
+    Group<fcmgmt::kPlatformTable>({5, 2, 2, 1}, 4),
 };
 
 }  // namespace
 
 std::size_t fcmgmt::MakeFcmgmtVariables(std::span<variable7> variables) {
-    return MakeVariables(kGroups, variables);
+    return MakeVariables(std::span<const ColumnGroup>(kGroups), variables);
 }
 
 void init_fcmgmt() {
     static std::array<variable7, kVariableCount> fcmgmt_variables{};
-    const std::size_t count =
-        std::min(fcmgmt::MakeFcmgmtVariables(fcmgmt_variables), fcmgmt_variables.size());
-    const int registered = register_mib(
-        "fcmgmt", reinterpret_cast<variable*>(fcmgmt_variables.data()), sizeof(variable7), count,
-        fcmgmt_variables_oid, std::size(fcmgmt_variables_oid));
-    if (registered != MIB_REGISTERED_OK) {
-        DEBUGTRACE;
-        DEBUGMSGTL(("register_mib", "%s registration failed\n", "fcmgmt"));
-    }
+    RegisterModule("fcmgmt", kGroups, fcmgmt_variables, fcmgmt_variables_oid);
 }
 
 }  // namespace snmpmain

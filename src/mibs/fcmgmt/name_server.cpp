@@ -25,13 +25,6 @@ int ReadPortNumber(const Column& column, const Instance& instance, MibValue& val
     return QueryNumber(column, attached, value);
 }
 
-int ReadClasses(const Column& column, const Instance& instance, MibValue& value) {
-    if (QueryText(column, instance, value) != 0) {
-        return -1;
-    }
-    return SetOctets(value, std::array{ReadClassesOfService(value.text.data())});
-}
-
 int ReadFc4Type(const Column& column, const Instance& instance, MibValue& value) {
     if (QueryText(column, instance, value) != 0) {
         return -1;
@@ -51,7 +44,7 @@ constexpr Column kNameServer[] = {
     {5, 198, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsNodeName",
      HexOctetsOf("Get.Oper.NameServerAll.%d.Entry.%s.NodeWwn", kWwnSize)},
     {6, 199, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsClassOfSvc",
-     Computed(ReadClasses, "Get.Oper.NameServerAll.%d.Entry.%s.COSList")},
+     Computed(QueryClasses, "Get.Oper.NameServerAll.%d.Entry.%s.COSList")},
     {7, 200, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsNodeIPAddress", NeverAnswers()},
     {8, 201, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsProcAssoc", NeverAnswers()},
     {9, 202, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsFC4Type",

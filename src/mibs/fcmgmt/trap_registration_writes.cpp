@@ -10,8 +10,8 @@
 namespace snmpmain {
 namespace {
 
-constexpr const char* kFilterName = "trapRegFilter";
-constexpr const char* kRowStateName = "trapRegRowState";
+constexpr WrittenObject kFilter{.name = "trapRegFilter"};
+constexpr WrittenObject kRowState{.name = "trapRegRowState"};
 constexpr std::int32_t kDestroy = 1;
 constexpr std::int32_t kMostFilter = 10;
 constexpr std::size_t kColumnLength = 10;  // 1.3.6.1.3.94.2.3.1.c
@@ -25,13 +25,13 @@ struct Registration {
 };
 
 // Checks what both objects have in common. Returns a status; refusals are traced.
-int TakeValue(const char* object, const WriteRequest& request, std::int32_t most,
+int TakeValue(const WrittenObject& object, const WriteRequest& request, std::int32_t most,
               std::int32_t& number) {
-    const int status = TakeInteger(object, request, number);
+    int status = TakeInteger(request, number);
     if (status == SNMP_ERR_NOERROR && (number < 1 || number > most)) {
-        return Refuse(object, SNMP_ERR_WRONGVALUE);
+        status = SNMP_ERR_WRONGVALUE;
     }
-    return status;
+    return status == SNMP_ERR_NOERROR ? status : Refuse(object, status);
 }
 
 // Returns 0, or -1 for an OID that is no address and UDP port behind a column.
@@ -48,7 +48,7 @@ int FindRegistration(std::span<const oid> name, Registration& found) {
 }
 
 // The main loop tells the switch.
-int Changed(const char* object, int result) {
+int Changed(const WrittenObject& object, int result) {
     if (result != 0) {
         return Refuse(object, SNMP_ERR_COMMITFAILED);
     }
@@ -58,22 +58,22 @@ int Changed(const char* object, int result) {
 
 int SetFilter(const WriteRequest& request) {
     std::int32_t filter = 0;
-    if (const int status = TakeValue(kFilterName, request, kMostFilter, filter);
+    if (const int status = TakeValue(kFilter, request, kMostFilter, filter);
         status != SNMP_ERR_NOERROR || request.action == RESERVE1) {
         return status;
     }
     Registration registration;
     if (FindRegistration(request.name, registration) != 0) {
-        return Refuse(kFilterName, SNMP_ERR_NOSUCHNAME);
+        return Refuse(kFilter, SNMP_ERR_NOSUCHNAME);
     }
     if (!registration.isThere) {
-        return Refuse(kFilterName, SNMP_ERR_NOCREATION);
+        return Refuse(kFilter, SNMP_ERR_NOCREATION);
     }
     const auto value = static_cast<std::uint16_t>(filter);
     if (registration.settings.filter == value) {
         return SNMP_ERR_NOERROR;
     }
-    return Changed(kFilterName, SetTrapRowFilter(registration.row, value));
+    return Changed(kFilter, SetTrapRowFilter(registration.row, value));
 }
 
 // The first slot that is not in use. Returns 0 or -1.
@@ -87,17 +87,17 @@ int FindFreeSlot(std::uint16_t& slot) {
 
 int SetRowState(const WriteRequest& request) {
     std::int32_t state = 0;
-    if (const int status = TakeValue(kRowStateName, request, kTrapRowActive, state);
+    if (const int status = TakeValue(kRowState, request, kTrapRowActive, state);
         status != SNMP_ERR_NOERROR || request.action == RESERVE1) {
         return status;
     }
     Registration registration;
     if (FindRegistration(request.name, registration) != 0 ||
         (state == kDestroy && !registration.isThere)) {
-        return Refuse(kRowStateName, SNMP_ERR_NOSUCHNAME);
+        return Refuse(kRowState, SNMP_ERR_NOSUCHNAME);
     }
     if (state == kDestroy) {
-        return Changed(kRowStateName, RemoveTrapClient(registration.row));
+        return Changed(kRowState, RemoveTrapClient(registration.row));
     }
     const TrapRow& row = registration.settings;
     const auto wanted = static_cast<std::uint32_t>(state);
@@ -105,9 +105,9 @@ int SetRowState(const WriteRequest& request) {
         return SNMP_ERR_NOERROR;
     }
     if (!registration.isThere && FindFreeSlot(registration.row) != 0) {
-        return Refuse(kRowStateName, SNMP_ERR_RESOURCEUNAVAILABLE);
+        return Refuse(kRowState, SNMP_ERR_RESOURCEUNAVAILABLE);
     }
-    return Changed(kRowStateName,
+    return Changed(kRowState,
                    AddTrapClient(registration.row, registration.index.address,
                                  registration.index.port, wanted, row.filter, row.version));
 }
@@ -116,6 +116,7 @@ int SetRowState(const WriteRequest& request) {
 
 int write_trapRegFilter(int action, u_char* value, u_char type, std::size_t length, u_char* current,
                         oid* name, std::size_t nameLength) {
+    const auto lock = KeepTrapRows();
     return IsWritingPhase(action)
                ? SetFilter({action, value, type, length, current, {name, nameLength}})
                : SNMP_ERR_NOERROR;
@@ -123,6 +124,7 @@ int write_trapRegFilter(int action, u_char* value, u_char type, std::size_t leng
 
 int write_trapRegRowState(int action, u_char* value, u_char type, std::size_t length,
                           u_char* current, oid* name, std::size_t nameLength) {
+    const auto lock = KeepTrapRows();
     return IsWritingPhase(action)
                ? SetRowState({action, value, type, length, current, {name, nameLength}})
                : SNMP_ERR_NOERROR;

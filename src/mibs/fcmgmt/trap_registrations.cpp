@@ -13,32 +13,18 @@ namespace {
 
 static_assert(kTrapRows == kTrapDestinations);
 
-// A value of the instance's row, which may have gone since it was found.
-template <typename Value>
-int ReadRow(const Instance& instance, MibValue& value, Value TrapRow::*member) {
-    TrapRow row;
-    return GetTrapRow(instance.row, row) == 0 ? SetNumber(value, row.*member) : -1;
+// The row that a request asks for, as it was when it was found: a reading of the destinations on
+// another thread may move the rows.
+TrapRow found;
+
+template <auto kMember>
+int ReadMember(const Column&, const Instance&, MibValue& value) {
+    return SetNumber(value, found.*kMember);
 }
 
-int ReadPort(const Column&, const Instance& instance, MibValue& value) {
-    return ReadRow(instance, value, &TrapRow::port);
-}
-
-int ReadFilter(const Column&, const Instance& instance, MibValue& value) {
-    return ReadRow(instance, value, &TrapRow::filter);
-}
-
-int ReadState(const Column&, const Instance& instance, MibValue& value) {
-    return ReadRow(instance, value, &TrapRow::state);
-}
-
-int ReadAddress(const Column&, const Instance& instance, MibValue& value) {
-    TrapRow row;
-    if (GetTrapRow(instance.row, row) != 0) {
-        return -1;
-    }
+int ReadAddress(const Column&, const Instance&, MibValue& value) {
     std::array<oid, 4> numbers;
-    MakeOIDfromIPAddr(row.address, numbers);
+    MakeOIDfromIPAddr(found.address, numbers);
     std::array<std::uint8_t, 4> octets;
     std::ranges::transform(numbers, octets.begin(),
                            [](oid number) { return static_cast<std::uint8_t>(number); });
@@ -47,33 +33,31 @@ int ReadAddress(const Column&, const Instance& instance, MibValue& value) {
 
 constexpr Column kTrapRegistrations[] = {
     {1, 133, ASN_IPADDRESS, Access::kReadOnly, "trapRegIpAddress", Computed(ReadAddress)},
-    {2, 134, ASN_INTEGER, Access::kReadOnly, "trapRegPort", Computed(ReadPort)},
-    {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter", Computed(ReadFilter),
-     write_trapRegFilter},
-    {4, 136, ASN_INTEGER, Access::kReadWrite, "trapRegRowState", Computed(ReadState),
-     write_trapRegRowState, true},
+    {2, 134, ASN_INTEGER, Access::kReadOnly, "trapRegPort", Computed(ReadMember<&TrapRow::port>)},
+    {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter",
+     Computed(ReadMember<&TrapRow::filter>), write_trapRegFilter},
+    {4, 136, ASN_INTEGER, Access::kReadWrite, "trapRegRowState",
+     Computed(ReadMember<&TrapRow::state>), write_trapRegRowState, true},
 };
 
-int ResolveRegistration(const HandlerCall& call, Instance& instance) {
+int ResolveRegistration(const HandlerCall& call, Instance&) {
     if (*call.length != call.vp->namelen + kTrapIndexLength) {
         return -1;
     }
+    const auto lock = KeepTrapRows();
     const std::span name(call.name, *call.length);
     std::uint16_t row = 0;
-    if (FindTrapIndex(TrapRowAt, name.last<kTrapIndexLength>(), row) != 0) {
-        return -1;
-    }
-    instance.row = row;
-    return 0;
+    return FindTrapIndex(TrapRowAt, name.last<kTrapIndexLength>(), row) == 0
+               ? GetTrapRow(row, found)
+               : -1;
 }
 
-int NextRegistration(const HandlerCall& call, Instance& instance) {
+int NextRegistration(const HandlerCall& call, Instance&) {
+    const auto lock = KeepTrapRows();
     std::uint16_t row = 0;
-    if (GetNextTrapEntry(TrapRowAt, call.vp, call.name, call.length, row) != 0) {
-        return -1;
-    }
-    instance.row = row;
-    return 0;
+    return GetNextTrapEntry(TrapRowAt, call.vp, call.name, call.length, row) == 0
+               ? GetTrapRow(row, found)
+               : -1;
 }
 
 constexpr std::span<const Column> kTrapRegistrationColumns = kTrapRegistrations;

@@ -3,15 +3,8 @@
 #include <cstring>
 
 #include "src/base/text.h"
-#include "src/link/switch_info.h"
-#include "src/snmptables/unit_table.h"
 
 namespace snmpmain::fcmgmt {
-const char* WwnOfUnit(const Instance& instance) {
-    const char* wwn = IsLocalDomain(instance.domain) ? GetSwitchWwn(instance.domain)
-                                                     : GetWWNfromIndex(instance.unit);
-    return wwn == nullptr || wwn[0] == '\0' ? kNoWwn : wwn;
-}
 
 int ReadUnitId(const Column&, const Instance& instance, MibValue& value) {
     return SetHexOctets(value, WwnOfUnit(instance), kUnitIdSize);

@@ -25,9 +25,9 @@ constexpr Choice kEventFilters[] = {
 };
 
 constexpr Choice kPortControls[] = {
-    {6, "Config.UserPort.%d.%d.AdminState.Offline"},
-    {7, "Config.UserPort.%d.%d.AdminState.Online"},
-    {8, "Cmd.UserPort.%d.%d.ClearCounters"},
+    {6, Checked("Config.UserPort.%d.%d.AdminState.Offline")},
+    {7, Checked("Config.UserPort.%d.%d.AdminState.Online")},
+    {8, Checked("Cmd.UserPort.%d.%d.ClearCounters")},
 };
 
 constexpr const char* kPortControlName = "connUnitPortControl";
@@ -40,78 +40,71 @@ constexpr const char* kUrlFailure = "SNMP_ERR_COMMITFAILED\n";
 constinit const WrittenObject kUnitName{.name = "connUnitName",
                                         .find = FindWrittenUnit,
                                         .longest = kNameLength,
-                                        .textSetting = "Config.Switch.SymName.%s",
+                                        .textSetting = Checked("Config.Switch.SymName.%s"),
                                         .buffer = &result,
-                                        .table = &kUnitTable,
-                                        .magic = 27};
+                                        .table = &kUnitTable};
 
 constinit const WrittenObject kUnitInfo{.name = "connUnitInfo",
                                         .find = FindWrittenUnit,
                                         .longest = kTextLength,
-                                        .textSetting = "Config.Switch.Comment.%s",
+                                        .textSetting = Checked("Config.Switch.Comment.%s"),
                                         .buffer = &result,
-                                        .table = &kUnitTable,
-                                        .magic = 28};
+                                        .table = &kUnitTable};
 
 constinit const WrittenObject kUnitControl{.name = "connUnitControl",
                                            .find = FindWrittenUnit,
                                            .choices = kUnitControls,
                                            .buffer = &result,
-                                           .table = &kUnitTable,
-                                           .magic = 29};
+                                           .table = &kUnitTable};
 
 constinit const WrittenObject kUnitContact{.name = "connUnitContact",
                                            .find = FindWrittenUnit,
                                            .mode = ConfigMode::kSnmpSetup,
                                            .longest = kTextLength,
-                                           .textSetting = "Config.Snmp.Contact.%s",
+                                           .textSetting = Checked("Config.Snmp.Contact.%s"),
                                            .buffer = &result,
-                                           .table = &kUnitTable,
-                                           .magic = 30};
+                                           .table = &kUnitTable};
 
 constinit const WrittenObject kUnitLocation{.name = "connUnitLocation",
                                             .find = FindWrittenUnit,
                                             .mode = ConfigMode::kSnmpSetup,
                                             .longest = kTextLength,
-                                            .textSetting = "Config.Snmp.Location.%s",
+                                            .textSetting = Checked("Config.Snmp.Location.%s"),
                                             .buffer = &result,
-                                            .table = &kUnitTable,
-                                            .magic = 31};
+                                            .table = &kUnitTable};
 
 constinit const WrittenObject kUnitEventFilter{.name = "connUnitEventFilter",
                                                .find = FindWrittenUnit,
                                                .choices = kEventFilters,
                                                .buffer = &result,
-                                               .table = &kUnitTable,
-                                               .magic = 32};
+                                               .table = &kUnitTable};
 
 constinit const WrittenObject kPortControl{.name = kPortControlName,
                                            .find = FindWrittenPort,
                                            .choices = kPortControls,
                                            .buffer = &result,
-                                           .table = &kPortTable,
-                                           .magic = 72};
+                                           .table = &kPortTable};
 
-// Operators search their logs for the port control's name in both cases.
-constinit const WrittenObject kPortName{.name = "connUnitPortName",
-                                        .find = FindWrittenPort,
-                                        .longest = kNameLength,
-                                        .textSetting = "Config.UserPort.%d.%d.SymPortName.%s",
-                                        .buffer = &result,
-                                        .table = &kPortTable,
-                                        .magic = 73,
-                                        .laterName = kPortControlName};
+// Its later messages name the port control, as they always have.
+constinit const WrittenObject kPortName{
+    .name = "connUnitPortName",
+    .find = FindWrittenPort,
+    .longest = kNameLength,
+    .textSetting = Checked("Config.UserPort.%d.%d.SymPortName.%s"),
+    .buffer = &result,
+    .table = &kPortTable,
+    .laterName = kPortControlName};
 
 constinit const WrittenObject kSystemUrl{.name = kSystemUrlName,
                                          .find = FindWrittenLocalSwitch,
                                          .longest = kNameLength,
-                                         .textSetting = kAddressSetting,
+                                         .textSetting = Checked(kAddressSetting),
                                          .sendFailure = kUrlFailure};
 
 constinit const WrittenObject kUnitUrl{.name = "connUnitUrl",
                                        .find = FindWrittenLocalSwitch,
                                        .longest = kNameLength,
-                                       .textSetting = kAddressSetting,
+                                       .textSetting = Checked(kAddressSetting),
                                        .laterName = kSystemUrlName,
                                        .sendFailure = kUrlFailure};
 

@@ -28,8 +28,8 @@ constexpr WriteMethod* write_connUnitEventFilter = Write<fcmgmt::kUnitEventFilte
 constexpr WriteMethod* write_connUnitPortControl = Write<fcmgmt::kPortControl>;
 constexpr WriteMethod* write_connUnitPortName = Write<fcmgmt::kPortName>;
 
-// Both would change the address of the local switch's management. No handler installs them: a
-// manager that mistyped it would lock everybody out.
+// Both would change the address of the local switch's management. No handler installs them, so that
+// managers cannot.
 constexpr WriteMethod* write_systemUrl = Write<fcmgmt::kSystemUrl>;
 constexpr WriteMethod* write_connUnitUrl = Write<fcmgmt::kUnitUrl>;
 

@@ -1,0 +1,34 @@
+#include "src/mibs/registration.h"
+
+namespace snmpmain {
+
+bool FitValueLength(std::uint8_t type, std::size_t& length) {
+    constexpr std::size_t kCell = sizeof(std::uint32_t);
+    switch (type) {
+        case ASN_INTEGER:
+        case ASN_COUNTER:
+        case ASN_GAUGE:
+        case ASN_TIMETICKS:
+            length = kCell;
+            return true;
+        case ASN_IPADDRESS:
+            return length == kCell;
+        case ASN_OBJECT_ID:
+            return length % sizeof(oid) == 0 && length <= MAX_OID_LEN * sizeof(oid);
+        case ASN_OCTET_STR:
+            return true;
+        default:
+            return false;
+    }
+}
+
+void RegisterVariables(const char* module, variable* records, std::size_t recordSize,
+                       std::size_t count, std::span<const oid> prefix) {
+    if (register_mib(module, records, recordSize, count, prefix.data(), prefix.size()) !=
+        MIB_REGISTERED_OK) {
+        DEBUGTRACE;
+        DEBUGMSGTL(("register_mib", "%s registration failed\n", module));
+    }
+}
+
+}  // namespace snmpmain
