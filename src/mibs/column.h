@@ -78,7 +78,8 @@ struct ValueSource {
     const WordTable* words = nullptr;
     std::uint32_t number = 0;
     const char* text = nullptr;
-    std::size_t place = 0;  // among the instance's texts
+    std::size_t place = 0;         // among the instance's texts
+    const char* origin = nullptr;  // in words, where no single command tells
 };
 
 enum class Access : std::uint8_t { kReadOnly, kReadWrite };
@@ -175,6 +176,11 @@ consteval ValueSource LastIndex() {
 // record.
 consteval ValueSource Computed(ValueReader read, const char* command = nullptr) {
     return {.read = read, .command = Checked(command)};
+}
+// The same for a value of several commands, or of what the agent keeps: in words for those who want
+// to know.
+consteval ValueSource Derived(ValueReader read, const char* origin) {
+    return {.read = read, .origin = origin};
 }
 consteval ValueSource NeverAnswers() {
     return {};

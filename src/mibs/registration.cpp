@@ -22,12 +22,12 @@ bool FitValueLength(std::uint8_t type, std::size_t& length) {
     }
 }
 
-void RegisterVariables(const char* module, variable* records, std::size_t recordSize,
-                       std::size_t count, std::span<const oid> prefix) {
-    if (register_mib(module, records, recordSize, count, prefix.data(), prefix.size()) !=
-        MIB_REGISTERED_OK) {
+void RegisterRecords(const MibModule& module, variable* records, std::size_t recordSize,
+                     std::size_t count) {
+    if (register_mib(module.name, records, recordSize, count, module.prefix.data(),
+                     module.prefix.size()) != MIB_REGISTERED_OK) {
         DEBUGTRACE;
-        DEBUGMSGTL(("register_mib", "%s registration failed\n", module));
+        DEBUGMSGTL(("register_mib", "%s registration failed\n", module.name));
     }
 }
 

@@ -49,19 +49,23 @@ std::size_t MakeVariables(std::span<const ColumnGroup> groups, std::span<Record>
     return count;
 }
 
-// Registers records below a prefix. A failure is reported to the library's debug output; the agent
-// runs on without the module.
-void RegisterVariables(const char* module, variable* records, std::size_t recordSize,
-                       std::size_t count, std::span<const oid> prefix);
+struct MibModule {
+    const char* name;             // under which it is registered
+    std::span<const oid> prefix;  // of all its objects
+    std::span<const ColumnGroup> groups;
+};
+
+// Registers a module's records. A failure is reported to the library's debug output; the agent runs
+// on without the module.
+void RegisterRecords(const MibModule& module, variable* records, std::size_t recordSize,
+                     std::size_t count);
 
 // Makes and registers the records of a module. They stay where they are for the process's life.
 template <class Record, std::size_t kCount>
-void RegisterModule(const char* module, std::span<const ColumnGroup> groups,
-                    std::array<Record, kCount>& records, std::span<const oid> prefix) {
+void RegisterModule(const MibModule& module, std::array<Record, kCount>& records) {
     const std::size_t count =
-        std::min(MakeVariables(groups, std::span<Record>(records)), records.size());
-    RegisterVariables(module, reinterpret_cast<variable*>(records.data()), sizeof(Record), count,
-                      prefix);
+        std::min(MakeVariables(module.groups, std::span<Record>(records)), records.size());
+    RegisterRecords(module, reinterpret_cast<variable*>(records.data()), sizeof(Record), count);
 }
 
 }  // namespace snmpmain

@@ -8,17 +8,19 @@
 #include <string>
 #include <vector>
 
+#include "src/mibs/NorbexMIB/NorbexMIB.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/femgmt/tables.h"
 
 namespace snmpmain {
 namespace {
 
 using Oid = std::vector<oid>;
 
-std::vector<variable7> FcmgmtVariables() {
+std::vector<variable7> VariablesOf(const MibModule& module) {
     std::vector<variable7> variables(300);
-    variables.resize(fcmgmt::MakeFcmgmtVariables(variables));
+    variables.resize(MakeVariables(module.groups, std::span(variables)));
     return variables;
 }
 
@@ -36,25 +38,14 @@ struct ColumnRun {
     std::string types;
 };
 
-TEST(FcmgmtVariables, HaveTheirNumbersTypesAndAccess) {
-    const ColumnRun runs[] = {
-        {"1", 1, 1, "isttt"},
-        {"2", 1, 129, "ii"},
-        {"", 3, 137, "s"},
-        {"1.6.1", 1, 8, "ssiiiisstssiiittiisSSISSIiiisis"},
-        {"1.7.1", 1, 41, "siss"},
-        {"1.8.1", 1, 47, "sisissii"},
-        {"1.10.1", 1, 57, "siissiiiisssssiISiosssi"},
-        {"1.11.1", 1, 82, "siistiios"},
-        {"1.12.1", 1, 93, "sisississiiisi"},
-        {"1.13.1", 1, 109, "iisissssiis"},
-        {"1.14.1", 1, 122, "iiisiis"},
-        {"2.3.1", 1, 133, "aiII"},
-        {"4.5.1", 1, 140, "sissssssssssssssssssssssssssssssssssssssssssssssss"},
-        {"5.1", 1, 190, "ii"},
-        {"5.2.1.1", 1, 194, "sisssssssssssss"},
-        {"5.2.2.1", 1, 211, "iiss-issssis"},
-    };
+struct ModuleLayout {
+    const MibModule& module;
+    std::size_t count;
+    std::vector<ColumnRun> runs;
+};
+
+// One line per object: "1.6.1.20 27 S".
+std::vector<std::string> ExpectedObjects(const std::vector<ColumnRun>& runs) {
     std::vector<std::string> expected;
     for (const ColumnRun& run : runs) {
         int magic = run.magic;
@@ -66,17 +57,19 @@ TEST(FcmgmtVariables, HaveTheirNumbersTypesAndAccess) {
             }
         }
     }
+    return expected;
+}
+
+std::vector<std::string> RegisteredObjects(const MibModule& module) {
+    const std::map<int, char> letters = {
+        {ASN_INTEGER, 'i'},   {ASN_OCTET_STR, 's'}, {ASN_OBJECT_ID, 'o'}, {ASN_IPADDRESS, 'a'},
+        {ASN_TIMETICKS, 't'}, {ASN_GAUGE, 'g'},     {ASN_COUNTER, 'c'}};
     std::vector<std::string> registered;
-    for (const variable7& record : FcmgmtVariables()) {
+    for (const variable7& record : VariablesOf(module)) {
         std::string text;
         for (const oid number : SuffixOf(record)) {
             text += (text.empty() ? "" : ".") + std::to_string(number);
         }
-        const std::map<int, char> letters = {{ASN_INTEGER, 'i'},
-                                             {ASN_OCTET_STR, 's'},
-                                             {ASN_OBJECT_ID, 'o'},
-                                             {ASN_IPADDRESS, 'a'},
-                                             {ASN_TIMETICKS, 't'}};
         char letter = letters.at(record.type);
         if (record.acl == NETSNMP_OLDAPI_RWRITE) {
             letter = static_cast<char>(letter - 'a' + 'A');
@@ -84,8 +77,66 @@ TEST(FcmgmtVariables, HaveTheirNumbersTypesAndAccess) {
         registered.push_back(text + " " + std::to_string(record.magic) + " " + letter);
         EXPECT_NE(record.findVar, nullptr) << text;
     }
-    EXPECT_EQ(registered.size(), 197u);
-    EXPECT_EQ(registered, expected);
+    return registered;
+}
+
+TEST(Modules, HaveTheirObjectsNumbersTypesAndAccess) {
+    const ModuleLayout layouts[] = {
+        {fcmgmt::GetModule(),
+         197,
+         {{"1", 1, 1, "isttt"},
+          {"2", 1, 129, "ii"},
+          {"", 3, 137, "s"},
+          {"1.6.1", 1, 8, "ssiiiisstssiiittiisSSISSIiiisis"},
+          {"1.7.1", 1, 41, "siss"},
+          {"1.8.1", 1, 47, "sisissii"},
+          {"1.10.1", 1, 57, "siissiiiisssssiISiosssi"},
+          {"1.11.1", 1, 82, "siistiios"},
+          {"1.12.1", 1, 93, "sisississiiisi"},
+          {"1.13.1", 1, 109, "iisissssiis"},
+          {"1.14.1", 1, 122, "iiisiis"},
+          {"2.3.1", 1, 133, "aiII"},
+          {"4.5.1", 1, 140, "sissssssssssssssssssssssssssssssssssssssssssssssss"},
+          {"5.1", 1, 190, "ii"},
+          {"5.2.1.1", 1, 194, "sisssssssssssss"},
+          {"5.2.2.1", 1, 211, "iiss-issssis"}}},
+        {femgmt::GetModule(),
+         88,
+         {{"1", 1, 1, "ssg"},
+          {"1.4.1", 2, 7, "soitgs"},
+          {"1.5.1", 2, 16, "siiiiggsiiiig"},
+          {"2.1.1", 1, 31, "sgiI"},
+          {"2.2.1", 1, 37, "IitG"},
+          {"2.3.1", 2, 44, "iiisiiiissi"},
+          {"3.1.1", 1, 57, "cccccccccccc"},
+          {"4.1.1", 1, 71, "cccccccccg"},
+          {"4.2.1", 1, 83, "ccccccc"},
+          {"4.3.1", 1, 92, "ccccc"},
+          {"5.1.1", 1, 99, "iiiiiisiiiigg"}}},
+        {norbex::GetModule(), 2, {{"10.1.1", 3, 5, "Ii"}}},
+    };
+    for (const auto& [module, count, runs] : layouts) {
+        EXPECT_EQ(RegisteredObjects(module), ExpectedObjects(runs)) << module.name;
+        EXPECT_EQ(VariablesOf(module).size(), count);
+    }
+}
+
+// A value of another length would make the library read through a null pointer.
+TEST(Guard, LetsThroughOnlyWhatTheLibraryTakes) {
+    const struct {
+        std::uint8_t type;
+        std::size_t length, fitted;  // 0: not let through
+    } cases[] = {{ASN_GAUGE, 66, 4},      {ASN_INTEGER, 8, 4},
+                 {ASN_COUNTER, 0, 4},     {ASN_TIMETICKS, 4, 4},
+                 {ASN_IPADDRESS, 4, 4},   {ASN_IPADDRESS, 16, 0},
+                 {ASN_OCTET_STR, 66, 66}, {ASN_OBJECT_ID, 2 * sizeof(oid), 2 * sizeof(oid)},
+                 {ASN_OBJECT_ID, 3, 0},   {ASN_OBJECT_ID, 129 * sizeof(oid), 0},
+                 {ASN_COUNTER64, 8, 0}};
+    for (const auto& [type, length, fitted] : cases) {
+        std::size_t given = length;
+        EXPECT_EQ(FitValueLength(type, given), fitted != 0) << int{type};
+        EXPECT_TRUE(fitted == 0 || given == fitted) << int{type};
+    }
 }
 
 TEST(Words, FirstWordOfTheTableThatIsContainedDecides) {

@@ -52,7 +52,7 @@ class MibTest : public SwitchTest {
   private:
     static variable7 Find(const Oid& suffix) {
         std::vector<variable7> variables(300);
-        variables.resize(fcmgmt::MakeFcmgmtVariables(variables));
+        variables.resize(MakeVariables(fcmgmt::GetModule().groups, std::span(variables)));
         const auto record = std::ranges::find_if(variables, [&](const variable7& v) {
             return Oid(v.name, v.name + v.namelen) == suffix;
         });

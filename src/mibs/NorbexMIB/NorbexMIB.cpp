@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "src/mibs/registration.h"
 #include "src/mibs/shared_values.h"
 
 namespace snmpmain {
@@ -54,14 +53,15 @@ constinit const WrittenObject norbex::kPortPhysAdminStatus{.name = "nxFxPortPhys
 
 constinit FindVarMethod* const var_NorbexMIB = Handle;
 
-std::size_t norbex::MakeNorbexVariables(std::span<variable4> variables) {
-    return MakeVariables(std::span<const ColumnGroup>(kGroups), variables);
+const MibModule& norbex::GetModule() {
+    static constexpr oid kPrefix[] = {1, 3, 6, 1, 4, 1, VENDOR_ENTERPRISE_NUMBER, 1, 3};
+    static const MibModule module{"NorbexMIB", kPrefix, kGroups};
+    return module;
 }
 
 void init_NorbexMIB() {
-    static constexpr oid kPrefix[] = {1, 3, 6, 1, 4, 1, VENDOR_ENTERPRISE_NUMBER, 1, 3};
     static std::array<variable4, 2> NorbexMIB_variables{};
-    RegisterModule("NorbexMIB", kGroups, NorbexMIB_variables, kPrefix);
+    RegisterModule(norbex::GetModule(), NorbexMIB_variables);
 }
 
 }  // namespace snmpmain

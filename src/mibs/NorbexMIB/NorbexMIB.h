@@ -2,7 +2,7 @@
 // 1.3.6.1.4.1.VENDOR_ENTERPRISE_NUMBER.1.3. Main thread only.
 #pragma once
 
-#include "src/mibs/column.h"
+#include "src/mibs/registration.h"
 #include "src/mibs/write.h"
 
 namespace snmpmain {
@@ -18,8 +18,8 @@ namespace norbex {
 extern const ServedTable kPortTable;  // 10.1.1.c
 extern const WrittenObject kPortPhysAdminStatus;
 
-// Writes the records of the whole MIB in the order of registration and returns their number.
-std::size_t MakeNorbexVariables(std::span<variable4> variables);
+// All objects, in the order of registration.
+const MibModule& GetModule();
 
 }  // namespace norbex
 

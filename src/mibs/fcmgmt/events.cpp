@@ -27,7 +27,8 @@ int ReadEventTime(const Column& column, const Instance& instance, MibValue& valu
 }
 
 constexpr Column kEvents[] = {
-    {1, 82, ASN_OCTET_STR, Access::kReadOnly, "connUnitEventUnitId", Computed(ReadUnitId)},
+    {1, 82, ASN_OCTET_STR, Access::kReadOnly, "connUnitEventUnitId",
+     Derived(ReadUnitId, "the unit's WWN")},
     {2, 83, ASN_INTEGER, Access::kReadOnly, "connUnitEventIndex", LastIndex()},
     {3, 84, ASN_INTEGER, Access::kReadOnly, "connUnitEventId", NeverAnswers()},
     {4, 85, ASN_OCTET_STR, Access::kReadOnly, "connUnitREventTime",

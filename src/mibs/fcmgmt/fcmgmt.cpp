@@ -3,7 +3,6 @@
 #include <array>
 
 #include "src/mibs/fcmgmt/tables.h"
-#include "src/mibs/registration.h"
 
 namespace snmpmain {
 
@@ -69,13 +68,14 @@ const std::array kGroups = {
 
 }  // namespace
 
-std::size_t fcmgmt::MakeFcmgmtVariables(std::span<variable7> variables) {
-    return MakeVariables(std::span<const ColumnGroup>(kGroups), variables);
+const MibModule& fcmgmt::GetModule() {
+    static const MibModule module{"fcmgmt", fcmgmt_variables_oid, kGroups};
+    return module;
 }
 
 void init_fcmgmt() {
     static std::array<variable7, kVariableCount> fcmgmt_variables{};
-    RegisterModule("fcmgmt", kGroups, fcmgmt_variables, fcmgmt_variables_oid);
+    RegisterModule(fcmgmt::GetModule(), fcmgmt_variables);
 }
 
 }  // namespace snmpmain

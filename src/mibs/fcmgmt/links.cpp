@@ -36,7 +36,8 @@ int ReadAgentAddress(const Column& column, const Instance& instance, MibValue& v
 }
 
 constexpr Column kLinks[] = {
-    {1, 93, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkUnitId", Computed(ReadUnitId)},
+    {1, 93, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkUnitId",
+     Derived(ReadUnitId, "the unit's WWN")},
     {2, 94, ASN_INTEGER, Access::kReadOnly, "connUnitLinkIndex", LastIndex()},
     {3, 95, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkNodeIdX",
      HexOctetsOf("Get.Oper.Link.Entry.%i.LocalNodeWwn", kUnitIdSize)},

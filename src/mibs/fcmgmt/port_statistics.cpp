@@ -34,7 +34,8 @@ consteval ValueSource NotCounted() {
 }
 
 constexpr Column kPortStatistics[] = {
-    {1, 140, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortStatUnitId", Computed(ReadUnitId)},
+    {1, 140, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortStatUnitId",
+     Derived(ReadUnitId, "the unit's WWN")},
     {2, 141, ASN_INTEGER, Access::kReadOnly, "connUnitPortStatIndex", LastIndex()},
     {3, 142, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortStatCountError",
      CounterOf("Get.Oper.UserPort.%d.%d.C64.TotalErrors")},

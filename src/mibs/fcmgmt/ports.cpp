@@ -95,7 +95,8 @@ int ReadNodeWwn(const Column&, const Instance& instance, MibValue& value) {
 }
 
 constexpr Column kPorts[] = {
-    {1, 57, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortUnitId", Computed(ReadUnitId)},
+    {1, 57, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortUnitId",
+     Derived(ReadUnitId, "the unit's WWN")},
     {2, 58, ASN_INTEGER, Access::kReadOnly, "connUnitPortIndex", LastIndex()},
     {3, 59, ASN_INTEGER, Access::kReadOnly, "connUnitPortType",
      Computed(ReadType, "Get.Oper.UserPort.%d.%d.RunningType")},
@@ -123,13 +124,16 @@ constexpr Column kPorts[] = {
     {17, 73, ASN_OCTET_STR, Access::kReadWrite, "connUnitPortName",
      TextOf("Get.Oper.UserPort.%d.%d.SymPortName"), write_connUnitPortName},
     {18, 74, ASN_INTEGER, Access::kReadOnly, "connUnitPortPhysicalNumber",
-     Computed(ReadPhysicalNumber)},
-    {19, 75, ASN_OBJECT_ID, Access::kReadOnly, "connUnitPortStatObject", Computed(ReadStatObject)},
+     Derived(ReadPhysicalNumber, "index")},
+    {19, 75, ASN_OBJECT_ID, Access::kReadOnly, "connUnitPortStatObject",
+     Derived(ReadStatObject, "always 1.3.6.1.3.94.4.5.1.1")},
     {20, 76, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortProtocolCap",
      ConstantOctets("\x00\x03")},
     {21, 77, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortProtocolOp", NeverAnswers()},
-    {22, 78, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortNodeWwn", Computed(ReadNodeWwn)},
-    {23, 79, ASN_INTEGER, Access::kReadOnly, "connUnitPortHWState", Computed(ReadHwState)},
+    {22, 78, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortNodeWwn",
+     Derived(ReadNodeWwn, "the unit's WWN")},
+    {23, 79, ASN_INTEGER, Access::kReadOnly, "connUnitPortHWState",
+     Derived(ReadHwState, "`Get.Oper.UserPort.%d.%d.DiagStatus`, `.GBICType`, `.SyncStatus`")},
 };
 
 constexpr std::span<const Column> kPortColumns = kPorts;

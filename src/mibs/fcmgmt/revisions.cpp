@@ -51,10 +51,15 @@ int ReadDescription(const Column&, const Instance& instance, MibValue& value) {
 }
 
 constexpr Column kRevisions[] = {
-    {1, 41, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsUnitId", Computed(ReadUnitId)},
+    {1, 41, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsUnitId",
+     Derived(ReadUnitId, "the unit's WWN")},
     {2, 42, ASN_INTEGER, Access::kReadOnly, "connUnitRevsIndex", LastIndex()},
-    {3, 43, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsRevId", Computed(ReadRevision)},
-    {4, 44, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsDescription", Computed(ReadDescription)},
+    {3, 43, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsRevId",
+     Derived(ReadRevision,
+             "`Get.Oper.Switch.ActiveVer` or `.ActiveVersion` and `.SwVersion.%s`; "
+             "`.FlasherVersion`; `Get.Oper.Blade.%d.AsicVersion`")},
+    {4, 44, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsDescription",
+     Derived(ReadDescription, "kind of the revision; `Get.Oper.Blade.%d.Type`, `.Instance`")},
 };
 
 int ResolveRevision(const HandlerCall& call, Instance& instance) {

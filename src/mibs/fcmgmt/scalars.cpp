@@ -21,7 +21,7 @@ int ReadTrapClientCount(const Column&, const Instance&, MibValue& value) {
 }
 
 constexpr Column kConnSet[] = {
-    {1, 1, ASN_INTEGER, Access::kReadOnly, "uNumber", Computed(ReadUnitCount)},
+    {1, 1, ASN_INTEGER, Access::kReadOnly, "uNumber", Derived(ReadUnitCount, "number of units")},
     {2, 2, ASN_OCTET_STR, Access::kReadOnly, "systemURL", UrlOf()},
     {3, 3, ASN_TIMETICKS, Access::kReadOnly, "statusChangeTime", NeverAnswers()},
     {4, 4, ASN_TIMETICKS, Access::kReadOnly, "configurationChangeTime", NeverAnswers()},
@@ -30,7 +30,8 @@ constexpr Column kConnSet[] = {
 
 constexpr Column kTrapReg[] = {
     {1, 129, ASN_INTEGER, Access::kReadOnly, "trapMaxClients", Constant(kTrapDestinations)},
-    {2, 130, ASN_INTEGER, Access::kReadOnly, "trapClientCount", Computed(ReadTrapClientCount)},
+    {2, 130, ASN_INTEGER, Access::kReadOnly, "trapClientCount",
+     Derived(ReadTrapClientCount, "rows of the trap table")},
 };
 
 constexpr Column kRevision[] = {
@@ -38,7 +39,8 @@ constexpr Column kRevision[] = {
 };
 
 constexpr Column kService[] = {
-    {1, 190, ASN_INTEGER, Access::kReadOnly, "connUnitSnsMaxRows", Computed(ReadNameServerTotal)},
+    {1, 190, ASN_INTEGER, Access::kReadOnly, "connUnitSnsMaxRows",
+     Derived(ReadNameServerTotal, "entries of all name servers")},
     {2, 191, ASN_INTEGER, Access::kReadOnly, nullptr, NeverAnswers()},
 };
 

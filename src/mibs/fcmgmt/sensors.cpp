@@ -68,15 +68,22 @@ int ReadCharacteristic(const Column&, const Instance& instance, MibValue& value)
 }
 
 constexpr Column kSensors[] = {
-    {1, 47, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorUnitId", Computed(ReadUnitId)},
+    {1, 47, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorUnitId",
+     Derived(ReadUnitId, "the unit's WWN")},
     {2, 48, ASN_INTEGER, Access::kReadOnly, "connUnitSensorIndex", LastIndex()},
-    {3, 49, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorName", Computed(ReadName)},
-    {4, 50, ASN_INTEGER, Access::kReadOnly, "connUnitSensorStatus", Computed(ReadStatus)},
+    {3, 49, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorName",
+     Derived(ReadName, "number of the sensor; `Get.Oper.Blade.%d.Type`, `.Instance`")},
+    {4, 50, ASN_INTEGER, Access::kReadOnly, "connUnitSensorStatus",
+     Derived(ReadStatus,
+             "`Get.Oper.Chassis.%d.PowerSupply.%d`, `Get.Oper.Chassis.%d.Fan.%d`, "
+             "`Get.Oper.Blade.%d.TempStatus`, `.VoltageStatus`")},
     {5, 51, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorInfo", NeverAnswers()},
-    {6, 52, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorMessage", Computed(ReadMessage)},
-    {7, 53, ASN_INTEGER, Access::kReadOnly, "connUnitSensorType", Computed(ReadType)},
+    {6, 52, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorMessage",
+     Derived(ReadMessage, "as connUnitSensorStatus, and `Get.Oper.Blade.%d.BoardTemp.%d`")},
+    {7, 53, ASN_INTEGER, Access::kReadOnly, "connUnitSensorType",
+     Derived(ReadType, "kind of the sensor")},
     {8, 54, ASN_INTEGER, Access::kReadOnly, "connUnitSensorCharacteristic",
-     Computed(ReadCharacteristic)},
+     Derived(ReadCharacteristic, "kind of the sensor")},
 };
 
 int ResolveSensor(const HandlerCall& call, Instance& instance) {

@@ -5,7 +5,7 @@
 #include <array>
 #include <span>
 
-#include "src/mibs/column.h"
+#include "src/mibs/registration.h"
 #include "src/snmpoid/index_codec.h"
 
 namespace snmpmain::fcmgmt {
@@ -37,7 +37,7 @@ int NextPort(const HandlerCall& call, Instance& instance);
 // A row of the trap registration table as an index. Returns 0, or -1 for one that is not in use.
 int TrapRowAt(std::uint16_t row, TrapRowIndex& found);
 
-// Writes the records of the whole MIB in the order of registration and returns their number.
-std::size_t MakeFcmgmtVariables(std::span<variable7> variables);
+// All objects, in the order of registration.
+const MibModule& GetModule();
 
 }  // namespace snmpmain::fcmgmt

@@ -32,12 +32,14 @@ int ReadAddress(const Column&, const Instance&, MibValue& value) {
 }
 
 constexpr Column kTrapRegistrations[] = {
-    {1, 133, ASN_IPADDRESS, Access::kReadOnly, "trapRegIpAddress", Computed(ReadAddress)},
-    {2, 134, ASN_INTEGER, Access::kReadOnly, "trapRegPort", Computed(ReadMember<&TrapRow::port>)},
+    {1, 133, ASN_IPADDRESS, Access::kReadOnly, "trapRegIpAddress",
+     Derived(ReadAddress, "a row of the trap table")},
+    {2, 134, ASN_INTEGER, Access::kReadOnly, "trapRegPort",
+     Derived(ReadMember<&TrapRow::port>, "a row of the trap table")},
     {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter",
-     Computed(ReadMember<&TrapRow::filter>), write_trapRegFilter},
+     Derived(ReadMember<&TrapRow::filter>, "a row of the trap table"), write_trapRegFilter},
     {4, 136, ASN_INTEGER, Access::kReadWrite, "trapRegRowState",
-     Computed(ReadMember<&TrapRow::state>), write_trapRegRowState, true},
+     Derived(ReadMember<&TrapRow::state>, "a row of the trap table"), write_trapRegRowState, true},
 };
 
 int ResolveRegistration(const HandlerCall& call, Instance&) {

@@ -29,7 +29,7 @@ int ReportUnknown(const Column&, const Instance&, MibValue&) {
 }
 
 constexpr Column kZoneMembers[] = {
-    {1, 109, ASN_INTEGER, Access::kReadOnly, nullptr, Computed(ReadGroupNumber)},
+    {1, 109, ASN_INTEGER, Access::kReadOnly, nullptr, Derived(ReadGroupNumber, "index")},
     {2, 110, ASN_INTEGER, Access::kReadOnly, nullptr, LastIndex()},
     {3, 111, ASN_OCTET_STR, Access::kReadOnly, nullptr,
      ShortTextOf("Get.Oper.Zoning.ActiveZoneSet")},
@@ -39,7 +39,8 @@ constexpr Column kZoneMembers[] = {
     {6, 114, ASN_OCTET_STR, Access::kReadOnly, nullptr, ConstantOctets("\xC0")},
     {7, 115, ASN_OCTET_STR, Access::kReadOnly, nullptr,
      WordOf("Get.Oper.Zoning.Zone.%s.ZoneType", kZoneTypes)},
-    {8, 116, ASN_OCTET_STR, Access::kReadOnly, nullptr, Computed(ReportUnknown)},
+    {8, 116, ASN_OCTET_STR, Access::kReadOnly, nullptr,
+     Derived(ReportUnknown, "never answers, logged")},
     {9, 117, ASN_INTEGER, Access::kReadOnly, nullptr,
      NumberOf("Get.Oper.Zoning.ActiveZone.%s.MemberEntries")},
     {10, 118, ASN_INTEGER, Access::kReadOnly, nullptr,
@@ -48,7 +49,7 @@ constexpr Column kZoneMembers[] = {
 };
 
 constexpr Column kAliasMembers[] = {
-    {1, 122, ASN_INTEGER, Access::kReadOnly, nullptr, Computed(ReadGroupNumber)},
+    {1, 122, ASN_INTEGER, Access::kReadOnly, nullptr, Derived(ReadGroupNumber, "index")},
     {2, 123, ASN_INTEGER, Access::kReadOnly, nullptr, LastIndex()},
     {3, 124, ASN_INTEGER, Access::kReadOnly, nullptr, NumberOf("Get.Oper.Zoning.AliasEntries")},
     {4, 125, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexText(kNamePlace)},

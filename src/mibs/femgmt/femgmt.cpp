@@ -3,7 +3,6 @@
 #include <array>
 
 #include "src/mibs/femgmt/tables.h"
-#include "src/mibs/registration.h"
 
 namespace snmpmain {
 
@@ -57,13 +56,14 @@ constinit FindVarMethod* const var_fcFxPortC2AccountingTable = Handle<femgmt::kC
 constinit FindVarMethod* const var_fcFxPortC3AccountingTable = Handle<femgmt::kClass3Table>;
 constinit FindVarMethod* const var_fcFxPortCapTable = Handle<femgmt::kCapabilityTable>;
 
-std::size_t femgmt::MakeFemgmtVariables(std::span<variable4> variables) {
-    return MakeVariables(std::span<const ColumnGroup>(kGroups), variables);
+const MibModule& femgmt::GetModule() {
+    static const MibModule module{"femgmt", femgmt_variables_oid, kGroups};
+    return module;
 }
 
 void init_femgmt() {
     static std::array<variable4, kVariableCount> femgmt_variables{};
-    RegisterModule("femgmt", kGroups, femgmt_variables, femgmt_variables_oid);
+    RegisterModule(femgmt::GetModule(), femgmt_variables);
 }
 
 }  // namespace snmpmain

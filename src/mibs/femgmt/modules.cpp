@@ -50,8 +50,10 @@ int QueryObjectId(const Column& column, const Instance& instance, MibValue& valu
 constexpr Column kElement[] = {
     {1, 1, ASN_OCTET_STR, Access::kReadOnly, "fcFeFabricName",
      HexOctetsOf("Get.Oper.Switch.WhoIsPrincipal", kWwnSize)},
-    {2, 2, ASN_OCTET_STR, Access::kReadOnly, "fcFeElementName", Computed(ReadLocalWwn)},
-    {3, 3, ASN_GAUGE, Access::kReadOnly, "fcFeModuleCapacity", Computed(ReadModuleCount)},
+    {2, 2, ASN_OCTET_STR, Access::kReadOnly, "fcFeElementName",
+     Derived(ReadLocalWwn, "the local switch's WWN")},
+    {3, 3, ASN_GAUGE, Access::kReadOnly, "fcFeModuleCapacity",
+     Derived(ReadModuleCount, "number of units")},
 };
 
 constexpr Column kModules[] = {
@@ -61,8 +63,9 @@ constexpr Column kModules[] = {
     {4, 9, ASN_INTEGER, Access::kReadOnly, "fcFeModuleOperStatus",
      WordOf("Get.Oper.Switch.OperState", kOperStates)},
     {5, 10, ASN_TIMETICKS, Access::kReadOnly, "fcFeModuleLastChange", NeverAnswers()},
-    {6, 11, ASN_GAUGE, Access::kReadOnly, "fcFeModuleFxPortCapacity", Computed(ReadPortCount)},
-    {7, 12, ASN_OCTET_STR, Access::kReadOnly, "fcFeModuleName", Computed(ReadWwn)},
+    {6, 11, ASN_GAUGE, Access::kReadOnly, "fcFeModuleFxPortCapacity",
+     Derived(ReadPortCount, "`Get.Oper.Switch.MaxPorts`")},
+    {7, 12, ASN_OCTET_STR, Access::kReadOnly, "fcFeModuleName", Derived(ReadWwn, "the unit's WWN")},
 };
 
 // Index: unit + 1. The library's own resolution serves GET and GETNEXT.

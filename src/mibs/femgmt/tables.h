@@ -3,7 +3,7 @@
 // its index is the row of connUnitTbl + 1.
 #pragma once
 
-#include "src/mibs/column.h"
+#include "src/mibs/registration.h"
 
 namespace snmpmain::femgmt {
 
@@ -22,7 +22,7 @@ extern const ServedTable kCapabilityTable;  // 5.1.1.c
 // What the handlers return points into this.
 extern MibValue result;
 
-// Writes the records of the whole MIB in the order of registration and returns their number.
-std::size_t MakeFemgmtVariables(std::span<variable4> variables);
+// All objects, in the order of registration.
+const MibModule& GetModule();
 
 }  // namespace snmpmain::femgmt
