@@ -183,6 +183,10 @@ const std::string& Stack::Address() const {
     return address_;
 }
 
+std::string Stack::SnmpAddress() const {
+    return address_ + ":" + kSnmpPort;
+}
+
 void Stack::Start(const std::string& name, const Words& command, const Words& environment) {
     const int output =
         ::open(Path(name + ".log").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);

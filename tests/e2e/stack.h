@@ -102,6 +102,7 @@ class Stack {
 
     std::string Path(const std::string& name) const;
     const std::string& Address() const;
+    std::string SnmpAddress() const;  // of the daemon, for other managers
 
   private:
     void Start(const std::string& name, const Words& command, const Words& environment = {});
