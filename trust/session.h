@@ -1,0 +1,30 @@
+// A manager that asks without a pause: one SNMPv2c session in this process.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace trust {
+
+class Session {
+  public:
+    // To "ADDRESS:PORT", without repetitions. Throws std::runtime_error when it cannot be opened.
+    explicit Session(const std::string& peer, double timeoutSeconds = 25);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // A value as a text: digits of a number, octets as they are. "none" for no such instance or
+    // object; nothing for an error or no answer.
+    std::optional<std::string> Get(const std::string& oid);
+
+    // Walks what is below an OID, request by request. Returns the number of values, or -1 when the
+    // walk broke off or did not ascend.
+    long Walk(const std::string& oid);
+
+  private:
+    void* session_;  // of the single-session interface, which threads may use side by side
+};
+
+}  // namespace trust
