@@ -35,6 +35,9 @@ inline const std::string kAliases = kFcmgmt + ".1.14.1";
 inline const std::string kStatistics = kFcmgmt + ".4.5.1";
 inline const std::string kNameServer = kFcmgmt + ".5.2.1.1";
 inline const std::string kTraps = kFcmgmt + ".2.3.1";
+inline const std::string kFe = ".1.3.6.1.2.1.75.1";
+inline const std::string kLogins = kFe + ".2.3.1";
+inline const std::string kVendorMib = ".1.3.6.1.4.1." VENDOR_ENTERPRISE_NUMBER ".1.3";
 inline const std::string kTrapCommunity = "watchers";
 inline const std::string kNoInstance = "No Such Instance currently exists at this OID";
 
@@ -122,5 +125,7 @@ sim::Fabric StillFabric();
 Values Expected(const sim::Fabric& fabric, const std::string& below = kFcmgmt);
 Values ExpectedUnits(const sim::Fabric& fabric);
 Values ExpectedRevisions(const sim::Fabric& fabric);
+// The same of FIBRE-CHANNEL-FE-MIB and the vendor's MIB, below an OID of either.
+Values ExpectedFe(const sim::Fabric& fabric, const std::string& below);
 
 }  // namespace e2e
