@@ -46,8 +46,7 @@ TEST(Load, NotificationsWhileTheDaemonStandsStill) {
         "descriptors",
         count, seconds, SecondsSince(continued), after.memory - before.memory,
         after.descriptors - before.descriptors);
-    EXPECT_LE(after.memory - before.memory, 1024);
-    EXPECT_LE(after.descriptors, before.descriptors);
+    ExpectNoGrowth(before, after, 1024);
 }
 
 // Requests and notifications at once, for long: nothing grows.
@@ -92,8 +91,7 @@ TEST(Load, RequestsAndNotificationsForLong) {
             static_cast<double>(values - warmValues),
         after.descriptors - warm.descriptors);
     EXPECT_EQ(broken, 0);
-    EXPECT_LE(after.memory - warm.memory, 256);
-    EXPECT_LE(after.descriptors, warm.descriptors);
+    ExpectNoGrowth(warm, after, 256);
 }
 
 }  // namespace

@@ -42,6 +42,12 @@ Holdings HoldingsOf(int pid) {
     return holdings;
 }
 
+void ExpectNoGrowth(const Holdings& before, const Holdings& after, long kilobytes) {
+    EXPECT_LE(after.descriptors, before.descriptors);
+    EXPECT_TRUE(e2e::kIsSanitized || after.memory - before.memory <= kilobytes)
+        << after.memory - before.memory << " kB more";
+}
+
 std::string PortName(int domain, int port) {
     const int unit = domain == 2 ? 1 : domain == 7 ? 2 : 3;  // last octet but one of the WWN
     return ".1.3.6.1.3.94.1.10.1.17.16.0.2.0.0.0." + std::to_string(unit) + ".0.0.0.0.0.0.0.0.0." +

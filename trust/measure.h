@@ -25,6 +25,9 @@ struct Holdings {
 };
 Holdings HoldingsOf(int pid);
 
+// Whether a process holds no more than it did, but for some kB and for what a sanitizer keeps.
+void ExpectNoGrowth(const Holdings& before, const Holdings& after, long kilobytes);
+
 // The OID of a port's name by its unit's domain, in the built-in fabric: 2 has 16 ports, 7 has 24.
 std::string PortName(int domain, int port);
 

@@ -41,6 +41,12 @@ inline const std::string kVendorMib = ".1.3.6.1.4.1." VENDOR_ENTERPRISE_NUMBER "
 inline const std::string kTrapCommunity = "watchers";
 inline const std::string kNoInstance = "No Such Instance currently exists at this OID";
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool kIsSanitized = true;  // is slow, and keeps what is freed
+#else
+inline constexpr bool kIsSanitized = false;
+#endif
+
 // Polls until `condition` holds; false when it does not within the time.
 bool Within(double seconds, const std::function<bool()>& condition);
 

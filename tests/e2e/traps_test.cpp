@@ -581,12 +581,6 @@ class TrapsAtOnePort : public testing::Test {
     snmpmain::TrapSink sink_{stack_.Address()};
 };
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kIsSanitized = true;  // is slow, and keeps what is freed
-#else
-constexpr bool kIsSanitized = false;
-#endif
-
 TEST_F(TrapsAtOnePort, ArriveSoon) {
     std::vector<double> times;
     for (int round = 0; round < 20; ++round) {
