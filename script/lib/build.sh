@@ -8,21 +8,24 @@ say() {
 # Passes on what a compiler has to say and shows progress: in place on a terminal, else a line for
 # every tenth.
 show_progress() {
-    local terminal=0
+    local terminal=0 line tenth last=''
     [[ -t 1 ]] && terminal=1
-    awk -v terminal=$terminal '
-        match($0, /^\[[0-9]+\/[0-9]+\]/) {
-            split(substr($0, 2, RLENGTH - 2), step, "/")
-            tenth = int(10 * step[1] / step[2])
-            if (terminal) printf "\r   %d of %d ", step[1], step[2]
-            else if (tenth != last) printf "   %d of %d\n", step[1], step[2]
-            last = tenth
-            fflush()
-            next
-        }
-        /^ninja: (no work|Entering)/ { next }
-        { print; fflush() }
-        END { if (terminal && last != "") printf "\r              \r" }'
+    while IFS= read -r line; do
+        if [[ $line =~ ^\[([0-9]+)/([0-9]+)\] ]]; then
+            tenth=$((10 * BASH_REMATCH[1] / BASH_REMATCH[2]))
+            if ((terminal)); then
+                printf '\r   %d of %d ' "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
+            elif [[ $tenth != "$last" ]]; then
+                printf '   %d of %d\n' "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
+            fi
+            last=$tenth
+        elif [[ $line != "ninja: no work"* && $line != "ninja: Entering"* ]]; then
+            printf '%s\n' "$line"
+        fi
+    done
+    if ((terminal)) && [[ -n $last ]]; then
+        printf '\r              \r'
+    fi
 }
 
 # build PRESET [TARGET...]: configures and builds everything or some targets, in build/PRESET.
