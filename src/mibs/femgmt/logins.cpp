@@ -1,4 +1,5 @@
 // The devices that have logged in at the switches' F ports.
+#include "src/mibs/femgmt/codes.h"
 #include "src/mibs/femgmt/tables.h"
 #include "src/mibs/shared_values.h"
 #include "src/snmpoid/walkers.h"
@@ -6,11 +7,7 @@
 namespace snmpmain::femgmt {
 namespace {
 
-// Codes that hold for every login.
-constexpr std::uint32_t kNoIntermix = 2;
-constexpr std::uint32_t kTransparent = 1;
-constexpr std::uint32_t kInOrder = 1;
-constexpr std::uint32_t kAlternateCredit = 2;
+constexpr std::uint32_t kAlternateCredit = 2;  // buffer credit model of every login
 
 constexpr Column kLogins[] = {
     {2, 44, ASN_INTEGER, Access::kReadOnly, "fcFxPortFcphVersionAgreed", NeverAnswers()},

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "src/link/switch_info.h"
+#include "src/mibs/femgmt/codes.h"
 #include "src/mibs/femgmt/tables.h"
 #include "src/mibs/shared_values.h"
 #include "src/snmpoid/index_codec.h"
@@ -12,9 +13,6 @@
 
 namespace snmpmain::femgmt {
 namespace {
-
-constexpr Word kOperWords[] = {{"Online", 1}, {"Offline", 2}, {"Diagnostics", 3}};
-constexpr WordTable kOperStates{kOperWords, 4};
 
 int ReadModuleCount(const Column&, const Instance&, MibValue& value) {
     return SetNumber(value, GetUnitCount());

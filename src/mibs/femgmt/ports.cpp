@@ -1,4 +1,5 @@
 // What the ports of the switches are, can do and have agreed on.
+#include "src/mibs/femgmt/codes.h"
 #include "src/mibs/femgmt/tables.h"
 #include "src/mibs/femgmt/writes.h"
 #include "src/mibs/shared_values.h"
@@ -6,23 +7,17 @@
 namespace snmpmain::femgmt {
 namespace {
 
-// Versions of FC-PH, octets of a frame's data field, and codes that hold for every port.
+// Versions of FC-PH, and octets of a frame's data field.
 constexpr std::uint32_t kFcphVersionHigh = 32;
 constexpr std::uint32_t kFcphVersionLow = 9;
 constexpr std::uint32_t kLargestDataField = 2112;
 constexpr std::uint32_t kSmallestDataField = 128;
-constexpr std::uint32_t kNoIntermix = 2;
-constexpr std::uint32_t kTransparent = 1;
-constexpr std::uint32_t kInOrder = 1;
 
 constexpr Word kOperModeWords[] = {{"FL", 3}, {"F", 2}};
 constexpr WordTable kOperModes{kOperModeWords, 1};
 
 constexpr Word kAdminWords[] = {{"Online", 1}, {"Diagnostics", 3}};
 constexpr WordTable kAdminStates{kAdminWords, 2};
-
-constexpr Word kOperWords[] = {{"Online", 1}, {"Offline", 2}, {"Diagnostics", 3}};
-constexpr WordTable kOperStates{kOperWords, 4};
 
 // This agent has always reported the type's code, 66, as the length of this value, and goes on
 // doing so. Guarded puts it right on the way to the library, which could not take it.
