@@ -59,12 +59,6 @@ TEST(RequestFrame, EveryTextLengthFitsTheLengthFormula) {
     EXPECT_EQ(BuildRequestFrame(("Get." + std::string(9000, 'a')).c_str(), 0, 0x10005, frame), -1);
 }
 
-TEST(Sequence, WrapsBehindItsLastNumber) {
-    EXPECT_EQ(NextSequence(0x10001), 0x10002u);
-    EXPECT_EQ(NextSequence(0x20001), 0x20002u);
-    EXPECT_EQ(NextSequence(0x20002), 0x10001u);
-}
-
 TEST(ReplyFrame, TextIsWhatThePayloadLengthSaysAndNoMore) {
     ReplyFrame reply;
     reply.fill('x');

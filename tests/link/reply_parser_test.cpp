@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 
 namespace snmpmain {
 namespace {
@@ -59,20 +60,15 @@ TEST(ParseReturnValue, ConvertsOrFailsByType) {
 TEST(FieldExtraction, ReadsTheNumbersBehindTheFirstField) {
     std::uint16_t a = 0, b = 0, c = 0;
     EXPECT_EQ(ExtractTwoNumbers("[name][kind 27][65537]", a, b), 0);
-    EXPECT_EQ(a, 27);
-    EXPECT_EQ(b, 1);  // 16 bits
+    EXPECT_EQ(std::tie(a, b), std::tuple(27, 1));  // 16 bits
     EXPECT_EQ(ExtractThreeNumbers("x[1][2][3][", a, b, c), 0);
-    EXPECT_EQ(a, 2);
-    EXPECT_EQ(b, 3);
-    EXPECT_EQ(c, 0);  // the text ends first
+    EXPECT_EQ(std::tie(a, b, c), std::tuple(2, 3, 0));  // the text ends first
 }
 
 TEST(FieldExtraction, MissingFieldFailsAfterStoringThoseBefore) {
     std::uint16_t a = 7, b = 7, c = 7;
     EXPECT_EQ(ExtractThreeNumbers("[n][1][2", a, b, c), -1);
-    EXPECT_EQ(a, 1);
-    EXPECT_EQ(b, 2);
-    EXPECT_EQ(c, 7);
+    EXPECT_EQ(std::tie(a, b, c), std::tuple(1, 2, 7));
     for (const char* text : {"", "no brackets", "[only"}) {
         EXPECT_EQ(ExtractTwoNumbers(text, a, b), -1) << text;
     }
@@ -88,9 +84,7 @@ TEST(FieldExtraction, TextFieldReplacesTheInputUnescaped) {
     char event[96] = "[Port HW state change][29][5][3][";
     std::strcat(event, carried);
     EXPECT_EQ(ExtractThreeNumbersAndText(event, a, b, c), 0);
-    EXPECT_EQ(a, 29);
-    EXPECT_EQ(b, 5);
-    EXPECT_EQ(c, 3);
+    EXPECT_EQ(std::tie(a, b, c), std::tuple(29, 5, 3));
     EXPECT_STREQ(event, "[Port 3] is ]down[");
     char cut[] = "[a][1][2]";
     EXPECT_EQ(ExtractTwoNumbersAndText(cut, a, b), -1);

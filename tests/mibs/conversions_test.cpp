@@ -20,12 +20,8 @@ std::string Hex(const std::array<std::uint8_t, kSize>& octets) {
 }
 
 TEST(Conversions, CountersAreTwoHalvesOf32Bits) {
-    struct Case {
-        const char* reply;
-        const char* plain;
-        const char* times4;
-    };
-    const Case cases[] = {
+    // A reply, its number, and four times that.
+    const char* cases[][3] = {
         {"00000001FFFFFFFF", "00000001ffffffff", "00000007fffffffc"},
         {"0000000040000000", "0000000040000000", "0000000100000000"},
         {"3fffffffffffffff", "3fffffffffffffff", "fffffffffffffffc"},
@@ -38,9 +34,9 @@ TEST(Conversions, CountersAreTwoHalvesOf32Bits) {
         {"000000010123456789", "00000001ffffffff", "00000007fffffffc"},
         {"00000001000000000001", "0000000100000001", "0000000400000004"},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(Hex(ReadCounter64(c.reply)), c.plain) << c.reply;
-        EXPECT_EQ(Hex(ReadCounter64Times4(c.reply)), c.times4) << c.reply;
+    for (const auto& [reply, plain, times4] : cases) {
+        EXPECT_EQ(Hex(ReadCounter64(reply)), plain) << reply;
+        EXPECT_EQ(Hex(ReadCounter64Times4(reply)), times4) << reply;
     }
 }
 
@@ -61,12 +57,6 @@ TEST(Conversions, Fc4TypesCountFromTheDigitZero) {
     EXPECT_EQ(Hex(ReadFc4Types("A00A")), "1011" + std::string(60, '0'));  // letters spill over
     EXPECT_EQ(Hex(ReadFc4Types("123")), "1230" + std::string(60, '0'));
     EXPECT_EQ(Hex(ReadFc4Types(std::string(80, '1').c_str())), std::string(64, '1'));
-}
-
-TEST(Conversions, AddressesAreWidened) {
-    EXPECT_EQ(Hex(WidenAddress("10.1.2.255")), "0000000a0000000100000002000000ff");
-    EXPECT_EQ(Hex(WidenAddress("0")), std::string(32, '0'));
-    EXPECT_EQ(Hex(WidenAddress("")), std::string(32, '0'));
 }
 
 TEST(Conversions, EventTimesOfAnyShape) {

@@ -54,24 +54,15 @@ TEST_F(NameServerTest, EntriesAreOrderedWhateverOrderAndCaseTheSwitchUses) {
     EXPECT_EQ(GetNextNameServer("1000020000000300", "ff", entry), -1);
     EXPECT_EQ(GetNextNameServer("1000020000000101", "ff", entry), 0);  // between two switches
     EXPECT_EQ(entry.domainId, 7);
-    const auto find = [&](const char* switchWwn, const char* portWwn, bool wanted) {
-        return GetNameServerEntry(
-            switchWwn, portWwn, [&](const NameServerMatch&) { return wanted; }, entry);
-    };
-    EXPECT_EQ(find("1000020000000100", "210000000000000c", true), 0);
-    EXPECT_STREQ(entry.portWwn, kC.c_str());
-    EXPECT_EQ(find("1000020000000100", "210000000000000c", false), -1);
-    EXPECT_EQ(find("1000020000000200", kA.c_str(), true), -1);
-}
-
-TEST_F(NameServerTest, SwitchesWithoutEntriesLeaveNoGap) {
-    Give({{}, {}, {kA}});
-    EXPECT_EQ(BuildNameServerTable(), 0);
-    EXPECT_EQ(Walk(), std::vector<std::string>{"7 " + kA + " 070000"});
-    Give({{}, {}, {}});
-    EXPECT_EQ(BuildNameServerTable(), 0);
-    EXPECT_EQ(Walk(), std::vector<std::string>{});
-    EXPECT_EQ(GetNameServerTotal(), 0u);
+    for (const bool wanted : {true, false}) {
+        const auto isWanted = [&](const NameServerMatch& match) {
+            EXPECT_STREQ(match.portWwn, kC.c_str());
+            return wanted;
+        };
+        EXPECT_EQ(GetNameServerEntry("1000020000000100", "210000000000000c", isWanted, entry),
+                  wanted ? 0 : -1);
+        EXPECT_EQ(GetNameServerEntry("1000020000000200", kA.c_str(), isWanted, entry), -1);
+    }
 }
 
 TEST_F(NameServerTest, ListsThatBreakOffKeepWhatWasRead) {
@@ -112,18 +103,16 @@ TEST_F(NameServerTest, EndlessListsEnd) {
 }
 
 TEST_F(NameServerTest, StaleTableIsBuiltOnceEvenWhenThatFails) {
-    server.SetValue(0, "Oper.Fabric.FirstDomainID", std::nullopt);
-    RefreshNameServerTable();
-    EXPECT_EQ(CountTexts("FirstDomainID"), 1);
-    RefreshNameServerTable();
-    EXPECT_EQ(CountTexts(""), 0);
-    server.SetValue(0, "Oper.Fabric.FirstDomainID", "1");
-    nameServerStale = 1;
-    RefreshNameServerTable();
-    EXPECT_EQ(CountTexts("FirstDomainID"), 1);
-    RefreshNameServerTable();
-    EXPECT_EQ(CountTexts(""), 0);
-    EXPECT_EQ(Walk().size(), 18u);
+    for (const auto& [reply, entries] : {std::pair(std::optional<std::string>(), 0u),
+                                         std::pair(std::optional<std::string>("1"), 18u)}) {
+        server.SetValue(0, "Oper.Fabric.FirstDomainID", reply);
+        nameServerStale = 1;
+        RefreshNameServerTable();
+        EXPECT_EQ(CountTexts("FirstDomainID"), 1);
+        RefreshNameServerTable();
+        EXPECT_EQ(CountTexts(""), 0);
+        EXPECT_EQ(Walk().size(), entries);
+    }
 }
 
 TEST_F(NameServerTest, OwnNameServerIsCountedFromItsStart) {

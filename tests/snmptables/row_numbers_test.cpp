@@ -71,6 +71,10 @@ TEST_F(RowNumbersTest, EveryChassisRepeatsTheRows) {
     EXPECT_EQ(ref.chassis, 1);
     EXPECT_EQ(ref.kind, kBladeRevision);
     EXPECT_EQ(GetRevisionFromIndex(kRemote, 6, ref), -1);
+    server.WithFabric([](sim::Fabric& fabric) { fabric.Find(kRemote)->chassis = 0; });
+    EXPECT_EQ(GetSensorCount(kRemote), 0);
+    EXPECT_EQ(GetSensorFromIndex(kRemote, 0, ref), -1);
+    EXPECT_EQ(GetRevisionFromIndex(kRemote, 0, ref), -1);
 }
 
 TEST_F(RowNumbersTest, RevisionsAreFirmwareFlasherAndBlades) {
@@ -86,57 +90,33 @@ TEST_F(RowNumbersTest, RevisionsAreFirmwareFlasherAndBlades) {
     }
 }
 
-TEST_F(RowNumbersTest, NoChassisNoRows) {
-    server.WithFabric([](sim::Fabric& fabric) { fabric.Find(kRemote)->chassis = 0; });
-    SensorRef ref{};
-    EXPECT_EQ(GetSensorCount(kRemote), 0);
-    EXPECT_EQ(GetRevisionCount(kRemote), 0);
-    EXPECT_EQ(GetSensorFromIndex(kRemote, 0, ref), -1);
-    EXPECT_EQ(GetRevisionFromIndex(kRemote, 0, ref), -1);
-}
-
 TEST_F(RowNumbersTest, LogRangeEndsWithTheNewestEntries) {
-    struct Case {
+    using Results = std::pair<int, std::uint32_t>;
+    const struct {
         std::optional<std::string> firstReply, lastReply;
-        int firstResult;
-        std::uint32_t first;
-        int lastResult;
-        std::uint32_t last;
+        Results first, last;
+    } cases[] = {
+        {"[5][...]", "[31][...]", {0, 2}, {0, 31}},
+        {"[5][...]", "[30][...]", {0, 5}, {0, 30}},
+        {"x[5]", "y[12abc]", {0, 5}, {0, 12}},
+        {"no entry", "no entry", {-1, 0}, {0, 0}},
+        {"[x]", "[x]", {-1, 0}, {-1, 0}},
+        {"[5]", "[x]", {-1, 5}, {-1, 0}},
+        {std::nullopt, std::nullopt, {0, 0}, {0, 0}},
     };
-    const Case cases[] = {
-        {"[5][...]", "[100][...]", 0, 71, 0, 100},
-        {"[5][...]", "[31][...]", 0, 2, 0, 31},
-        {"[5][...]", "[30][...]", 0, 5, 0, 30},
-        {"x[5]", "y[12abc]", 0, 5, 0, 12},
-        {"no entry", "no entry", -1, 0, 0, 0},
-        {"[x]", "[x]", -1, 0, -1, 0},
-        {"[5]", "[x]", -1, 5, -1, 0},
-        {std::nullopt, std::nullopt, 0, 0, 0, 0},
-    };
-    for (const Case& c : cases) {
-        server.SetValue(0, "Oper.Switch.FirstLogEntry", c.firstReply);
-        server.SetValue(0, "Oper.Switch.LastLogEntry", c.lastReply);
-        const std::string name = c.firstReply.value_or("none") + c.lastReply.value_or("none");
-        std::uint32_t first = 9, last = 9;
-        EXPECT_EQ(GetFirstLogEntryId(0, first), c.firstResult) << name;
-        EXPECT_EQ(GetLastLogEntryId(0, last), c.lastResult) << name;
-        EXPECT_EQ(first, c.first) << name;
-        EXPECT_EQ(last, c.last) << name;
+    for (const auto& [firstReply, lastReply, expectedFirst, expectedLast] : cases) {
+        server.SetValue(0, "Oper.Switch.FirstLogEntry", firstReply);
+        server.SetValue(0, "Oper.Switch.LastLogEntry", lastReply);
+        std::uint32_t id = 9;
+        const int first = GetFirstLogEntryId(0, id);
+        EXPECT_EQ(Results(first, id), expectedFirst) << firstReply.value_or("none");
+        const int last = GetLastLogEntryId(0, id);
+        EXPECT_EQ(Results(last, id), expectedLast) << lastReply.value_or("none");
     }
     server.SetValue(0, "Oper.Switch.LogEntries", "500");
     EXPECT_EQ(GetLogEntryCount(0), 30);
     server.SetValue(0, "Oper.Switch.LogEntries", std::nullopt);
     EXPECT_EQ(GetLogEntryCount(0), 0);
-}
-
-TEST_F(RowNumbersTest, PortsLieInModuleZero) {
-    std::uint32_t module = 9, port = 9;
-    EXPECT_EQ(GetModuleAndPort(0, 15, module, port), 0);
-    EXPECT_EQ(module, 0u);
-    EXPECT_EQ(port, 15u);
-    EXPECT_EQ(GetModuleAndPort(0, 16, module, port), -1);
-    EXPECT_EQ(GetModuleAndPort(kRemote, 23, module, port), 0);
-    EXPECT_EQ(GetModuleAndPort(kRemote, 0xFFFFFFFF, module, port), -1);
 }
 
 }  // namespace

