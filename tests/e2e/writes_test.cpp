@@ -241,11 +241,12 @@ class TrapRegistrations : public Writes {
         Words rows;
         const auto isSame = [&] {
             rows.clear();
-            for (const auto& [address, port, severity, on, version] : Now().Find(0)->traps) {
+            const sim::Fabric now = Now();
+            for (const auto& [address, port, severity, on, version] : now.Find(0)->traps) {
                 const std::string row = std::to_string(port) + " " + severity;
                 rows.push_back(address == "0.0.0.0" ? "" : row + (on ? " on" : " off"));
             }
-            return rows == expected && stack_.Walk(kTraps) == Expected(Now(), kTraps);
+            return rows == expected && stack_.Walk(kTraps) == Expected(now, kTraps);
         };
         Within(5, isSame);
         EXPECT_EQ(rows, expected);
