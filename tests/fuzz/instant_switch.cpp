@@ -136,16 +136,17 @@ void InstantSwitch::Answer() {
         }
         agentHost_ = from.sin_addr.s_addr;
         agentPort_ = from.sin_port;
-        const std::vector<std::uint8_t> reply =
-            Reply(std::span(buffer).first(static_cast<std::size_t>(size)));
-        ::sendto(socket_, reply.data(), reply.size(), 0, reinterpret_cast<const sockaddr*>(&from),
-                 sizeof(from));
+        for (const Datagram& reply :
+             Replies(std::span(buffer).first(static_cast<std::size_t>(size)))) {
+            ::sendto(socket_, reply.data(), reply.size(), 0,
+                     reinterpret_cast<const sockaddr*>(&from), sizeof(from));
+        }
     }
 }
 
-std::vector<std::uint8_t> InstantSwitch::Reply(std::span<const std::uint8_t> datagram) {
+std::vector<Datagram> InstantSwitch::Replies(std::span<const std::uint8_t> datagram) {
     const unsigned scene = scene_;
-    std::vector<std::uint8_t> frame(datagram.begin(), datagram.end());
+    Datagram frame(datagram.begin(), datagram.end());
     const std::uint32_t target = TakeTarget(frame);
     sim::Request request;
     if (const std::string complaint = sim::CheckRequest(frame, false, request);
@@ -155,7 +156,10 @@ std::vector<std::uint8_t> InstantSwitch::Reply(std::span<const std::uint8_t> dat
     }
     const bool offset = (scene & kInterop) != 0 && target >= sim::kInteropOffset;
     const std::uint32_t domain = (target - (offset ? sim::kInteropOffset : 0)) >> 16;
-    return sim::BuildFrame(target, request.type, request.sequence, TextFor(domain, request, scene));
+    const Datagram proper =
+        sim::BuildFrame(target, request.type, request.sequence, TextFor(domain, request, scene));
+    const std::lock_guard lock(replierMutex_);
+    return replier_ ? replier_(request, proper) : std::vector<Datagram>{proper};
 }
 
 std::string InstantSwitch::TextFor(std::uint32_t domain, const sim::Request& request,

@@ -8,7 +8,9 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <string>
 #include <vector>
@@ -33,6 +35,12 @@ enum Scene : unsigned {
 // Switches of the fabric: the local one, another, and the one that departs.
 constexpr std::uint16_t kLocalDomain = 2;
 
+using Datagram = std::vector<std::uint8_t>;
+
+// Makes what is sent in answer to a request, in this order, of its proper reply.
+using Replier =
+    std::function<std::vector<Datagram>(const sim::Request& request, const Datagram& proper)>;
+
 class InstantSwitch {
   public:
     // Listens on port 5001 of a loopback address. Traps go to `sink` in both versions.
@@ -43,6 +51,13 @@ class InstantSwitch {
 
     void SetScene(unsigned scene) {
         scene_ = scene;
+    }
+
+    // Has a replier answer, on the switch's thread but never after the next call of this. Without
+    // one the proper replies go out.
+    void SetReplier(Replier replier) {
+        const std::lock_guard lock(replierMutex_);
+        replier_ = std::move(replier);
     }
 
     // Sends a datagram to the last requester, who receives it before any later reply.
@@ -56,12 +71,14 @@ class InstantSwitch {
     };
 
     [[noreturn]] void Answer();
-    std::vector<std::uint8_t> Reply(std::span<const std::uint8_t> datagram);
+    std::vector<Datagram> Replies(std::span<const std::uint8_t> datagram);
     std::string TextFor(std::uint32_t domain, const sim::Request& request, unsigned scene);
 
     int socket_ = -1;
     std::atomic<unsigned> scene_{kNormal};
     std::array<std::unique_ptr<Model>, kScenes> models_;
+    std::mutex replierMutex_;
+    Replier replier_;
     std::atomic<std::uint32_t> agentHost_{0};  // both in network order
     std::atomic<std::uint16_t> agentPort_{0};
 };

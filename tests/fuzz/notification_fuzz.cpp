@@ -13,12 +13,8 @@
 //
 // Bit 6 means nothing: with it, inputs begin with printable characters, as "@229;[Port 3]".
 
-#include <syslog.h>
-
 #include <algorithm>
 #include <array>
-#include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
 #include <span>
 #include <string_view>
@@ -35,28 +31,13 @@
 #include "src/traps/notifications.h"
 #include "src/traps/registration.h"
 #include "tests/fuzz/instant_switch.h"
+#include "tests/fuzz/surroundings.h"
 #include "tests/support/loopback.h"
-
-// In place of the C library's: whoever waits before it tries again shall not do so here, and the
-// machine's log shall see none of this.
-extern "C" unsigned int sleep(unsigned int) {
-    return 0;
-}
-
-extern "C" void vsyslog(int, const char* format, va_list arguments) {
-    std::array<char, 2048> text;
-    std::vsnprintf(text.data(), text.size(), format, arguments);
-}
-
-extern "C" void syslog(int priority, const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    vsyslog(priority, format, arguments);
-    va_end(arguments);
-}
 
 namespace snmpmain {
 namespace {
+
+using fuzz::Require;
 
 enum InputBit : std::uint8_t {
     kRaw = 1 << 0,
@@ -69,13 +50,6 @@ enum InputBit : std::uint8_t {
 };
 
 constexpr std::size_t kMostFrame = 600;
-
-void Require(bool holds, const char* what) {
-    if (!holds) {
-        std::fprintf(stderr, "violated: %s\n", what);
-        std::abort();
-    }
-}
 
 // The agent with its switch, started once; every input finds both alike.
 class Agent {

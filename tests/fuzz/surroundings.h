@@ -1,0 +1,54 @@
+// What fuzz targets have in common: a way to complain, a reader of inputs, and (in the source file)
+// replacements for what must not happen while fuzzing, sleeping and writing to the system's log.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace fuzz {
+
+// Ends the process where a property does not hold.
+void Require(bool holds, const char* what);
+
+// Takes an input apart from the front. Behind its end there are zeros, so that every input means
+// something.
+class Reader {
+  public:
+    explicit Reader(std::span<const std::uint8_t> input) : rest_(input) {}
+
+    bool AtEnd() const {
+        return rest_.empty();
+    }
+    std::uint8_t Byte() {
+        const auto byte = Bytes(1);
+        return byte.empty() ? std::uint8_t{0} : byte[0];
+    }
+    // Big-endian.
+    std::uint32_t Number(int bytes) {
+        std::uint32_t number = 0;
+        while (bytes-- > 0) {
+            number = number << 8 | Byte();
+        }
+        return number;
+    }
+    // As many as there are.
+    std::span<const std::uint8_t> Bytes(std::size_t count) {
+        const auto bytes = rest_.first(std::min(count, rest_.size()));
+        rest_ = rest_.subspan(bytes.size());
+        return bytes;
+    }
+    // Up to the mark, which is passed over, or to the end.
+    std::span<const std::uint8_t> UpTo(std::uint8_t mark) {
+        const auto end = std::find(rest_.begin(), rest_.end(), mark);
+        const auto bytes = Bytes(static_cast<std::size_t>(end - rest_.begin()));
+        Bytes(1);
+        return bytes;
+    }
+
+  private:
+    std::span<const std::uint8_t> rest_;
+};
+
+}  // namespace fuzz
