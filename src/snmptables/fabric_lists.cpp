@@ -23,18 +23,20 @@ int KeyWalk::Next() {
         return -1;
     }
     // A list that leads back to its middle is noticed only when it has come round again.
+    // What counts are the replies: a caller may have rewritten the keys.
     if (asked_ == 1) {
-        firstKey_ = key_;
+        firstReply_ = lastReply_;
     }
     if (std::has_single_bit(asked_)) {
-        earlierKey_ = key_;
+        earlierReply_ = lastReply_;
     }
-    if (asked_ > 0 && (std::strcmp(reply.data(), firstKey_.data()) == 0 ||
-                       std::strcmp(reply.data(), earlierKey_.data()) == 0)) {
+    if (asked_ > 0 && (std::strcmp(reply.data(), firstReply_.data()) == 0 ||
+                       std::strcmp(reply.data(), earlierReply_.data()) == 0)) {
         TraceLog(kError, "%s leads back to %s", list_.next, reply.data());
         return -1;
     }
     key_ = reply;
+    lastReply_ = reply;
     ++asked_;
     return 0;
 }

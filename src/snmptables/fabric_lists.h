@@ -42,8 +42,9 @@ class KeyWalk {
   private:
     KeyList list_;
     ReplyText key_{};
-    ReplyText firstKey_{};
-    ReplyText earlierKey_{};  // that of the last position that is a power of two
+    ReplyText lastReply_{};  // the key as it was given
+    ReplyText firstReply_{};
+    ReplyText earlierReply_{};  // that of the last position that is a power of two
     std::size_t asked_ = 0;
 };
 

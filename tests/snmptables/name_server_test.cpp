@@ -100,6 +100,13 @@ TEST_F(NameServerTest, EndlessListsEnd) {
     TakeTexts();
     BuildNameServerTable();
     EXPECT_LT(TakeTexts().size(), 3000u);
+    // Also one whose keys are longer than a port id, so that they are asked for cut.
+    Give({{kA, kB}, {}, {}});
+    server.SetValue(0, "Oper.NameServerAll.1.Entries", "4294967295");
+    server.SetValue(0, "Oper.NameServerAll.1.NextNsEntry.010000", "01000077");
+    TakeTexts();
+    EXPECT_EQ(BuildNameServerTable(), 0);
+    EXPECT_LT(TakeTexts().size(), 50u);
 }
 
 TEST_F(NameServerTest, StaleTableIsBuiltOnceEvenWhenThatFails) {
