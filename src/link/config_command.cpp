@@ -2,6 +2,7 @@
 
 #include <array>
 #include <chrono>
+#include <thread>
 
 #include "src/base/text.h"
 #include "src/link/link.h"
@@ -25,11 +26,24 @@ constexpr std::array<Area, 3> kAreas = {
 // A manager waits; a longer change than this is at a switch that does not answer.
 constexpr std::chrono::seconds kPatience{5};
 
-std::timed_mutex localConfiguration;
+std::mutex localConfiguration;
+
+// Looks again and again: of a lock with a time-out the thread sanitizer would learn only the end.
+bool LockInTime(std::unique_lock<std::mutex>& lock) {
+    constexpr std::chrono::milliseconds kPause{5};
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    while (!lock.try_lock()) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(kPause);
+    }
+    return true;
+}
 
 }  // namespace
 
-std::unique_lock<std::timed_mutex> LockLocalConfiguration() {
+std::unique_lock<std::mutex> LockLocalConfiguration() {
     return std::unique_lock(localConfiguration);
 }
 
@@ -46,7 +60,7 @@ int SendConfigCommand(std::uint32_t domain, const char* setting, ConfigMode mode
 
 int SendAdminCommand(std::uint32_t domain, const char* action) {
     std::unique_lock lock(localConfiguration, std::defer_lock);
-    if (IsLocalDomain(domain) && !lock.try_lock_for(kPatience)) {
+    if (IsLocalDomain(domain) && !LockInTime(lock)) {
         return -1;
     }
     ReplyText reply;

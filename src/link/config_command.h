@@ -28,6 +28,6 @@ int SendAdminCommand(std::uint32_t domain, const char* action);
 // To be held for a change at the local switch that takes several commands: admin rights belong to
 // the whole agent, and the end of another change would take them away. The two above wait for it,
 // up to 5 seconds, and fail then. Not for changes of other switches.
-[[nodiscard]] std::unique_lock<std::timed_mutex> LockLocalConfiguration();
+[[nodiscard]] std::unique_lock<std::mutex> LockLocalConfiguration();
 
 }  // namespace snmpmain
