@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 
+#include "sim/frame.h"
 #include "tests/support/switch_test.h"
 
 namespace snmpmain {
@@ -85,8 +86,18 @@ TEST_F(UnitTableTest, ListThatNeverEndsIsBounded) {
     server.SetValue(0, "Oper.Fabric.NextDomainID.7", "1");
     EXPECT_EQ(UpdateConnUnitTable(), 0);
     EXPECT_EQ(GetUnitCount(), 3);
-    server.SetValue(0, "Oper.Fabric.NextDomainID.7", "07");  // never the same text twice running
+    server.SetValue(0, "Oper.Fabric.NextDomainID.7", "07");  // not the text that led there
     EXPECT_EQ(UpdateConnUnitTable(), 0);
+    EXPECT_EQ(GetUnitCount(), 4);
+    std::size_t asked = 0;  // each time another text
+    ChangeReplies([&](const sim::ReceivedCommand& command, auto& reply) {
+        if (command.text.starts_with("Get.Oper.Fabric.NextDomainID")) {
+            reply = sim::BuildFrame(0, sim::kGetType, command.sequence,
+                                    std::string(++asked, '0') + "7");
+        }
+    });
+    EXPECT_EQ(UpdateConnUnitTable(), 0);
+    server.SetReplyOverride({});
     EXPECT_EQ(GetUnitCount(), MAX_CONN_UNITS);
     EXPECT_EQ(GetWWNfromIndex(MAX_CONN_UNITS), nullptr);
     FlatPort found;
