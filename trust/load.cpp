@@ -40,7 +40,7 @@ TEST(Load, NotificationsWhileTheDaemonStandsStill) {
     stack.Signal("snmpd", SIGCONT);
     const Clock::time_point continued = Clock::now();
     EXPECT_TRUE(e2e::Within(25, [&] { return stack.GetOne(kUnitCount) == "INTEGER: 3"; }));
-    const Holdings after = HoldingsOf(agent);
+    const Holdings after = SettledHoldingsOf(agent, before);
     Figure(
         "%ld notifications in %.1f s; tables %.1f s after the daemon goes on; %+ld kB, %+ld "
         "descriptors",
@@ -82,7 +82,7 @@ TEST(Load, RequestsAndNotificationsForLong) {
     }
     asking = false;
     notices.join();
-    const Holdings after = HoldingsOf(agent);
+    const Holdings after = SettledHoldingsOf(agent, warm);
     Figure(
         "%ld requests in %.0f s, %ld walks broken off; from %ld kB %+ld kB, %.1f B per 1000 "
         "requests; %+ld descriptors",

@@ -42,6 +42,15 @@ Holdings HoldingsOf(int pid) {
     return holdings;
 }
 
+Holdings SettledHoldingsOf(int pid, const Holdings& before) {
+    Holdings after{};
+    e2e::Within(5, [&] {
+        after = HoldingsOf(pid);
+        return after.descriptors <= before.descriptors;
+    });
+    return after;
+}
+
 void ExpectNoGrowth(const Holdings& before, const Holdings& after, long kilobytes) {
     EXPECT_LE(after.descriptors, before.descriptors);
     EXPECT_TRUE(e2e::kIsSanitized || after.memory - before.memory <= kilobytes)

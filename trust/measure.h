@@ -25,6 +25,10 @@ struct Holdings {
 };
 Holdings HoldingsOf(int pid);
 
+// The same once the process has let go of what it had opened for the moment, such as a trap's
+// socket.
+Holdings SettledHoldingsOf(int pid, const Holdings& before);
+
 // Whether a process holds no more than it did, but for some kB and for what a sanitizer keeps.
 void ExpectNoGrowth(const Holdings& before, const Holdings& after, long kilobytes);
 

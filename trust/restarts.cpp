@@ -95,7 +95,7 @@ TEST(Restarts, OfTheDaemonUnderLoad) {
     }
     asking = false;
     load.join();
-    const Holdings after = HoldingsOf(agent);
+    const Holdings after = SettledHoldingsOf(agent, before);
     Figure(
         "%d restarts, %ld values meanwhile; tables back within %.1f s; %+ld descriptors, %+ld kB",
         restarts, values.load(), longest, after.descriptors - before.descriptors,
