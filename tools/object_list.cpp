@@ -63,6 +63,9 @@ const char* NameOfAccess(const Column& column) {
     if (column.access == Access::kReadOnly) {
         return "read-only";
     }
+    if (column.access == Access::kReadCreate) {
+        return "read-create";
+    }
     return column.write != nullptr ? "read-write" : "read-write, refused";
 }
 

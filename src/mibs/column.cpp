@@ -231,7 +231,7 @@ u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value
         return nullptr;
     }
     value.answers.length = 0;
-    if (column->isCreatedByWrite) {
+    if (column->access == Access::kReadCreate) {
         *call.writeMethod = column->write;
     }
     Instance instance;

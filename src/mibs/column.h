@@ -82,7 +82,8 @@ struct ValueSource {
     const char* origin = nullptr;  // in words, where no single command tells
 };
 
-enum class Access : std::uint8_t { kReadOnly, kReadWrite };
+// A SET of what is read-create may make the instance: nothing need be there before.
+enum class Access : std::uint8_t { kReadOnly, kReadWrite, kReadCreate };
 
 struct Column {
     std::uint8_t suffix;  // last sub-identifier of the object
@@ -91,8 +92,7 @@ struct Column {
     Access access;
     const char* object;  // name in the MIB; null where it has none
     ValueSource source = {};
-    WriteMethod* write = nullptr;   // what handlers hand to the library; null: nothing
-    bool isCreatedByWrite = false;  // a SET may make the instance, so that nothing need be there
+    WriteMethod* write = nullptr;  // what handlers hand to the library; null: nothing
 };
 
 // Strings that managers show in one line are cut at this length.

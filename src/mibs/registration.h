@@ -22,7 +22,9 @@ template <FindVarMethod* kHandler>
 u_char* Guarded(variable* vp, oid* name, std::size_t* length, int exact, std::size_t* valueLength,
                 WriteMethod** writeMethod) {
     u_char* value = kHandler(vp, name, length, exact, valueLength, writeMethod);
-    return value != nullptr && FitValueLength(vp->type, *valueLength) ? value : nullptr;
+    return value != nullptr && FitValueLength(static_cast<std::uint8_t>(vp->type), *valueLength)
+               ? value
+               : nullptr;
 }
 
 // Writes the library's records of a module's groups, of the form that has room for the module's
@@ -36,8 +38,8 @@ std::size_t MakeVariables(std::span<const ColumnGroup> groups, std::span<Record>
                 Record& record = records[count];
                 record.magic = column.magic;
                 record.type = column.type;
-                record.acl = column.access == Access::kReadWrite ? NETSNMP_OLDAPI_RWRITE
-                                                                 : NETSNMP_OLDAPI_RONLY;
+                record.acl = column.access == Access::kReadOnly ? NETSNMP_OLDAPI_RONLY
+                                                                : NETSNMP_OLDAPI_RWRITE;
                 record.findVar = group.handler;
                 record.namelen = static_cast<u_char>(group.prefixLength + 1);
                 std::copy_n(group.prefix.begin(), group.prefixLength, record.name);

@@ -38,8 +38,8 @@ constexpr Column kTrapRegistrations[] = {
      Derived(ReadMember<&TrapRow::port>, "a row of the trap table")},
     {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter",
      Derived(ReadMember<&TrapRow::filter>, "a row of the trap table"), write_trapRegFilter},
-    {4, 136, ASN_INTEGER, Access::kReadWrite, "trapRegRowState",
-     Derived(ReadMember<&TrapRow::state>, "a row of the trap table"), write_trapRegRowState, true},
+    {4, 136, ASN_INTEGER, Access::kReadCreate, "trapRegRowState",
+     Derived(ReadMember<&TrapRow::state>, "a row of the trap table"), write_trapRegRowState},
 };
 
 int ResolveRegistration(const HandlerCall& call, Instance&) {
