@@ -65,7 +65,6 @@ TEST(FaultyReplies, UnaskedOnesKeepNoNotificationOut) {
     e2e::Stack stack;
     stack.StartSwitch();
     stack.StartAll();
-    stack.Switch().WithFabric([](sim::Fabric& fabric) { fabric.Find(2)->symbolicName = "before"; });
     const std::string walked = ".1.3.6.1.3.94.1.13";
     const std::size_t zones = stack.Walk(walked).size();
     const int rounds = Scaled(200, 20);

@@ -8,14 +8,6 @@
 namespace e2e {
 namespace {
 
-Words OidsOf(const Values& values) {
-    Words oids;
-    for (const auto& [name, value] : values) {
-        oids.push_back(name);
-    }
-    return oids;
-}
-
 // All tables, in the order of the subtree.
 const Words kTables = {kUnits, kRevisions, kTraps,   kSensors,    kPorts,     kEvents,
                        kLinks, kZones,     kAliases, kStatistics, kNameServer};

@@ -10,14 +10,6 @@
 namespace e2e {
 namespace {
 
-Words OidsOf(const Values& values) {
-    Words oids;
-    for (const auto& [name, value] : values) {
-        oids.push_back(name);
-    }
-    return oids;
-}
-
 // "A.2.5 i 3" as snmpset takes it: A and R are columns of fcFxPortPhysTable, F and V the subtrees.
 Words Assignments(const std::string& text) {
     const std::map<char, std::string> places = {{'A', kFe + ".2.2.1.1"},

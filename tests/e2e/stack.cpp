@@ -89,6 +89,14 @@ std::vector<unsigned long> SubIds(const std::string& oid) {
     return numbers;
 }
 
+Words OidsOf(const Values& values) {
+    Words oids;
+    for (const auto& [name, value] : values) {
+        oids.push_back(name);
+    }
+    return oids;
+}
+
 testing::AssertionResult Same(const Values& actual, const Values& expected) {
     const std::map<std::string, std::string> got(actual.begin(), actual.end());
     const std::map<std::string, std::string> wanted(expected.begin(), expected.end());

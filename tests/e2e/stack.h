@@ -53,6 +53,9 @@ bool Within(double seconds, const std::function<bool()>& condition);
 // The OID's numbers, which compare as OIDs do.
 std::vector<unsigned long> SubIds(const std::string& oid);
 
+// The names of values, in their order.
+Words OidsOf(const Values& values);
+
 // Failure tells the first values that are missing, wrong or too many.
 testing::AssertionResult Same(const Values& actual, const Values& expected);
 
