@@ -13,12 +13,12 @@ int Scaled(int full, int inShort) {
 }
 
 void Figure(const char* format, ...) {
-    std::fputs("   figure: ", stdout);
+    char text[512];
     va_list arguments;
     va_start(arguments, format);
-    std::vprintf(format, arguments);
+    std::vsnprintf(text, sizeof(text), format, arguments);
     va_end(arguments);
-    std::fputs("\n", stdout);
+    std::printf("   figure: %s\n", text);
     std::fflush(stdout);
 }
 

@@ -1,6 +1,7 @@
 // Switches that answer late, or not at all.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <thread>
 
 #include "trust/measure.h"
@@ -16,13 +17,13 @@ class SlowSwitch : public testing::Test {
         stack_.StartSnmpd({"agentXTimeout 30", "agentXRetries 0"});
         stack_.StartAgent();
         ASSERT_TRUE(stack_.AwaitAgent());
-        manager_.emplace(stack_.SnmpAddress(), 60);
+        manager_ = std::make_unique<Session>(stack_.SnmpAddress(), 60);
     }
 
     // What a manager gets for the name of a port, and after how many seconds.
     std::optional<std::string> Ask(int domain, double& seconds) {
         const Clock::time_point start = Clock::now();
-        const std::optional<std::string> name = manager_->Get(PortName(domain, 3));
+        std::optional<std::string> name = manager_->Get(PortName(domain, 3));
         seconds = SecondsSince(start);
         return name;
     }
@@ -50,7 +51,7 @@ class SlowSwitch : public testing::Test {
     }
 
     e2e::Stack stack_;
-    std::optional<Session> manager_;
+    std::unique_ptr<Session> manager_;
 };
 
 TEST_F(SlowSwitch, AnswersLate) {
