@@ -1,5 +1,7 @@
 #include "src/agent/idle_step.h"
 
+#include <chrono>
+
 #include "src/base/trace_log.h"
 #include "src/conf/snmpd_conf.h"
 #include "src/link/link.h"
@@ -9,6 +11,23 @@
 #include "src/traps/trap_table_update.h"
 
 namespace snmpmain {
+namespace {
+
+// The library's event loop comes round three times for each value that is served: too often to
+// look at a file each time.
+constexpr std::chrono::milliseconds kLookInterval{100};
+
+bool SnmpdHasSaved() {
+    static std::chrono::steady_clock::time_point nextLook;
+    const auto now = std::chrono::steady_clock::now();
+    if (now < nextLook) {
+        return false;
+    }
+    nextLook = now + kLookInterval;
+    return SnmpdConfChanged();
+}
+
+}  // namespace
 
 bool AgentIdleStep() {
     if (NotifyQueue::Pending()) {
@@ -22,7 +41,7 @@ bool AgentIdleStep() {
         if (RefreshConnUnitTable() == 0) {
             fabricUpdatePending = 0;
         }
-    } else if (SnmpdConfChanged()) {
+    } else if (SnmpdHasSaved()) {
         SyncSnmpdPersistent();
     } else if (unitStatusRefreshPending != 0) {
         RefreshNextUnitStatus();

@@ -18,7 +18,7 @@ enum class ConfigMode : std::uint32_t {
 // one. Returns 0, or -1 when the mode is none of the three (nothing is sent), when the line does
 // not fit a request, and when the switch refuses it or does not answer. What the switch has done by
 // then stays as it is; there is nothing to give back. Takes 20 seconds when the switch does not
-// answer. Any thread but the ListenThread.
+// answer. Any thread that may query.
 int SendConfigCommand(std::uint32_t domain, const char* setting, ConfigMode mode);
 
 // Sends an action that needs admin rights but changes no configuration: taken, carried out and

@@ -3,13 +3,13 @@
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <pthread.h>
-#include <semaphore.h>
 #include <sys/select.h>
 #include <sys/socket.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <condition_variable>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -37,35 +37,34 @@ constexpr std::chrono::seconds kTickLength{1};
 constexpr int kGetTicks = 2;
 constexpr int kOtherTicks = 10;
 
-// Hand-over of replies. The ListenThread delivers a reply and posts the tick semaphore; the
-// requester counts ticks, takes the reply and posts the release semaphore. The ListenThread waits
-// for the release before it overwrites a reply that is not taken yet: not before it receives on, so
-// that notifications get through and a thread less is woken for each reply. The mutex makes each
-// delivery and each taking one step, so that the requester copies either a whole reply or none.
-struct HandOver {
-    std::mutex mutex;
+// After a request another one usually follows at once, so the ListenThread lets this long pass
+// before it takes up receiving again.
+constexpr std::chrono::milliseconds kStandBack{10};
+
+// Who receives: the requester while its request is open, else the ListenThread. So a reply reaches
+// its requester without waking another thread first, which would cost more than all else that the
+// agent does for a value.
+struct Reception {
+    std::mutex mutex;                 // the ListenThread holds it while it handles a datagram
+    std::condition_variable resumed;  // the ListenThread may receive again
+    bool requestOpen = false;
+    bool listenerWaits = false;  // for `resumed`
+    Clock::time_point lastRequest{};
     sockaddr_in peer{};  // whoever sent the last datagram
-    ReplyFrame receiveBuffer{};
-    std::size_t receiveLength = 0;
-    std::uint32_t receivedSequence = 0;
-    bool replyReady = false;
-    bool requestOpen = false;  // a requester waits: only then is a reply worth delivering
 };
 
 struct Link {
     int socket = -1;
     std::uint32_t sequence = kFirstSequence;
-    int waitTicks = 0;  // one-second ticks that the requester may still wait
     pthread_mutex_t requestMutex = PTHREAD_MUTEX_INITIALIZER;
-    sem_t tick;     // posted every second and on every reply
-    sem_t release;  // posted by the requester when the ListenThread may go on
-    HandOver handOver;
+    Reception reception;
     std::atomic<NotificationReceiver> receiver{nullptr};
 };
 
 Link link;
 
-thread_local bool onListenThread = false;
+// Set while a receiver of notifications runs: it holds up all requests, so it cannot make one.
+thread_local bool inReceiver = false;
 
 class RequestLock {
   public:
@@ -78,18 +77,6 @@ class RequestLock {
     RequestLock(const RequestLock&) = delete;
     RequestLock& operator=(const RequestLock&) = delete;
 };
-
-void PostIfZero(sem_t& semaphore) {
-    int value = 0;
-    if (::sem_getvalue(&semaphore, &value) == 0 && value == 0) {
-        ::sem_post(&semaphore);
-    }
-}
-
-void Wait(sem_t& semaphore) {
-    while (::sem_wait(&semaphore) != 0 && errno == EINTR) {
-    }
-}
 
 enum class Readiness { kReady, kTimeout, kFailed };
 
@@ -110,76 +97,75 @@ Readiness WaitForSocket(bool forWriting, std::chrono::microseconds time) {
     return count == 0 ? Readiness::kTimeout : Readiness::kReady;
 }
 
-// ---- ListenThread ----
+// ---- receiving ----
 
-// Waits until the reply delivered last is taken or nobody waits for it any more.
-void AwaitRelease(std::unique_lock<std::mutex>& lock) {
-    while (link.handOver.replyReady) {
-        lock.unlock();
-        Wait(link.release);
-        lock.lock();
-    }
-}
+enum class Received { kNothing, kReply, kOther };
 
-void DeliverReply(std::span<const std::uint8_t> datagram, std::uint32_t sequence) {
-    HandOver& handOver = link.handOver;
-    std::unique_lock lock(handOver.mutex);
-    AwaitRelease(lock);
-    if (!handOver.requestOpen) {
-        return;  // a late reply to a request that was given up
-    }
-    std::copy(datagram.begin(), datagram.end(), handOver.receiveBuffer.begin());
-    handOver.receiveLength = datagram.size();
-    handOver.receivedSequence = sequence;
-    handOver.replyReady = true;
-    PostIfZero(link.tick);
-}
-
-void ReceiveDatagram() {
-    std::array<std::uint8_t, kMaxReplySize> buffer;
+// Receives one datagram, notes its sender as the peer and hands a notification to its receiver;
+// `sequence` is that of a reply. Waits for it at most a tick, or not at all with MSG_DONTWAIT.
+Received ReceiveDatagram(ReplyFrame& buffer, int flags, std::uint32_t& sequence) {
     sockaddr_in sender{};
     socklen_t senderLength = sizeof(sender);
     static_assert(sizeof(sockaddr_in) == 16);
-    const ssize_t received = ::recvfrom(link.socket, buffer.data(), buffer.size(), 0,
+    const ssize_t received = ::recvfrom(link.socket, buffer.data(), buffer.size(), flags,
                                         reinterpret_cast<sockaddr*>(&sender), &senderLength);
     if (received < 0) {
-        TraceLog(kSevere, "Error on read from socket");
-        return;
+        if (errno == EAGAIN || errno == EWOULDBLOCK) {
+            return Received::kNothing;
+        }
+        if (errno != EINTR) {
+            TraceLog(kSevere, "Error on read from socket");
+        }
+        return Received::kOther;
     }
-    {
-        const std::lock_guard lock(link.handOver.mutex);
-        link.handOver.peer = sender;
-    }
-    const std::span datagram(buffer.data(), static_cast<std::size_t>(received));
-    if (datagram.size() < kHeaderSize) {
+    link.reception.peer = sender;
+    const auto length = static_cast<std::size_t>(received);
+    if (length < kHeaderSize) {
         TraceLog(kSevere, "Sequence error on read from socket");
-        return;
+        return Received::kOther;
     }
-    const std::uint32_t sequence = LoadBig32(&datagram[kSequenceOffset]);
+    sequence = LoadBig32(&buffer[kSequenceOffset]);
     if (sequence > kLastNotificationSequence) {
-        DeliverReply(datagram, sequence);
-    } else if (const NotificationReceiver receiver = link.receiver; receiver != nullptr) {
-        receiver(datagram);
+        std::fill(buffer.begin() + received, buffer.end(), std::uint8_t{0});
+        return Received::kReply;
+    }
+    if (const NotificationReceiver receiver = link.receiver; receiver != nullptr) {
+        inReceiver = true;
+        receiver(std::span(buffer).first(length));
+        inReceiver = false;
+    }
+    return Received::kOther;
+}
+
+// Waits until the requesters leave the receiving to the ListenThread.
+void AwaitTurn(std::unique_lock<std::mutex>& lock) {
+    Reception& reception = link.reception;
+    for (;;) {
+        if (reception.requestOpen) {
+            reception.listenerWaits = true;
+            reception.resumed.wait(lock, [&] { return !reception.requestOpen; });
+            reception.listenerWaits = false;
+        }
+        const auto left = reception.lastRequest + kStandBack - Clock::now();
+        if (left <= left.zero()) {
+            return;
+        }
+        reception.resumed.wait_for(lock, left);
     }
 }
 
 void* ListenThread(void*) {
-    {
-        // InitLink holds the mutex until the semaphores exist.
-        const std::lock_guard lock(link.handOver.mutex);
-    }
-    onListenThread = true;
-    // Ticks come by the clock, also while datagrams keep the thread busy: a requester counts on
-    // them to end its waiting.
-    Clock::time_point nextTick = Clock::now() + kTickLength;
+    ReplyFrame buffer;
+    // InitLink holds the mutex until all is set up.
+    std::unique_lock lock(link.reception.mutex);
     for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::microseconds>(nextTick - Clock::now());
-        if (left > left.zero() && WaitForSocket(false, left) == Readiness::kReady) {
-            ReceiveDatagram();
-        }
-        if (Clock::now() >= nextTick) {
-            PostIfZero(link.tick);
-            nextTick = Clock::now() + kTickLength;
+        AwaitTurn(lock);
+        lock.unlock();
+        const Readiness readiness = WaitForSocket(false, kTickLength);
+        lock.lock();
+        if (readiness == Readiness::kReady && !link.reception.requestOpen) {
+            std::uint32_t unasked = 0;
+            ReceiveDatagram(buffer, MSG_DONTWAIT, unasked);
         }
     }
     return nullptr;
@@ -187,15 +173,25 @@ void* ListenThread(void*) {
 
 // ---- requester ----
 
-// Gives up the request and lets the ListenThread go on, should it have delivered something already.
-void CloseRequest() {
-    {
-        const std::lock_guard lock(link.handOver.mutex);
-        link.handOver.requestOpen = false;
-        link.handOver.replyReady = false;
+// While it exists, the thread that made it receives.
+class OpenRequest {
+  public:
+    OpenRequest() {
+        const std::lock_guard lock(link.reception.mutex);
+        link.reception.requestOpen = true;
     }
-    PostIfZero(link.release);
-}
+    ~OpenRequest() {
+        Reception& reception = link.reception;
+        const std::lock_guard lock(reception.mutex);
+        reception.requestOpen = false;
+        reception.lastRequest = Clock::now();
+        if (reception.listenerWaits) {
+            reception.resumed.notify_one();
+        }
+    }
+    OpenRequest(const OpenRequest&) = delete;
+    OpenRequest& operator=(const OpenRequest&) = delete;
+};
 
 // Hands the frame to the socket, waiting at most two seconds for room in its buffer. Returns 0 or
 // -1 (logged).
@@ -224,80 +220,39 @@ int SendDatagram(const RequestFrame& frame, const sockaddr_in& peer) {
     return 0;
 }
 
-int SendFrame(const RequestFrame& frame) {
-    // A second that passed before this request is no part of its waiting time.
-    while (::sem_trywait(&link.tick) == 0) {
-    }
-    link.waitTicks = RequestMessageType(frame) == kGetMessage ? kGetTicks : kOtherTicks;
-    sockaddr_in peer;
-    {
-        const std::lock_guard lock(link.handOver.mutex);
-        link.handOver.replyReady = false;
-        link.handOver.requestOpen = true;
-        peer = link.handOver.peer;
-    }
-    if (SendDatagram(frame, peer) != 0) {
-        CloseRequest();
-        return -1;
-    }
-    return 0;
-}
-
-bool ReplyReady() {
-    const std::lock_guard lock(link.handOver.mutex);
-    return link.handOver.replyReady;
-}
-
-enum class Taken { kNothing, kStray, kReply };
-
-// Takes what the ListenThread has delivered. Only a stray reply leaves the request open.
-Taken TakeReply(ReplyFrame& reply, std::uint32_t expected, std::uint32_t& received) {
-    HandOver& handOver = link.handOver;
-    const std::lock_guard lock(handOver.mutex);
-    if (!handOver.replyReady) {
-        handOver.requestOpen = false;
-        return Taken::kNothing;
-    }
-    std::copy_n(handOver.receiveBuffer.begin(), handOver.receiveLength, reply.begin());
-    handOver.replyReady = false;
-    received = handOver.receivedSequence;
-    handOver.requestOpen = received != expected;
-    return handOver.requestOpen ? Taken::kStray : Taken::kReply;
-}
-
-int WaitForReply(ReplyFrame& reply, std::uint32_t expected) {
-    for (;;) {
-        reply.fill(0);
-        while (link.waitTicks > 0 && !ReplyReady()) {
-            Wait(link.tick);
-            --link.waitTicks;
-            PostIfZero(link.release);
-        }
-        std::uint32_t received = 0;
-        const Taken taken = TakeReply(reply, expected, received);
-        PostIfZero(link.release);
-        switch (taken) {
-            case Taken::kReply:
+// Waits for the reply with the sequence `expected`. Returns 0 or -1 (logged).
+int WaitForReply(ReplyFrame& reply, std::uint32_t expected, int ticks) {
+    Clock::time_point nextTick = Clock::now() + kTickLength;
+    while (ticks > 0) {
+        std::uint32_t sequence = 0;
+        const Received received = ReceiveDatagram(reply, 0, sequence);
+        if (received == Received::kReply) {
+            if (sequence == expected) {
                 return 0;
-            case Taken::kNothing:
-                TraceLog(kSevere, "No value returned from switch management");
-                return -1;
-            case Taken::kStray:
-                TraceLog(kSevere, "Msg sequencing error:");
-                TraceLog(kSevere, "Msg sent:0x%x", expected);
-                TraceLog(kSevere, "Msg received:0x%x", received);
-                link.waitTicks = kGetTicks;
-                break;
+            }
+            TraceLog(kSevere, "Msg sequencing error:");
+            TraceLog(kSevere, "Msg sent:0x%x", expected);
+            TraceLog(kSevere, "Msg received:0x%x", sequence);
+            ticks = kGetTicks;
+            nextTick = Clock::now() + kTickLength;
+        } else if (received == Received::kNothing || Clock::now() >= nextTick) {
+            // The clock counts as well, since other datagrams may keep coming.
+            --ticks;
+            nextTick = Clock::now() + kTickLength;
         }
     }
+    TraceLog(kSevere, "No value returned from switch management");
+    return -1;
 }
 
 int SendWithRetry(const RequestFrame& frame, ReplyFrame& reply) {
+    const int ticks = RequestMessageType(frame) == kGetMessage ? kGetTicks : kOtherTicks;
+    const OpenRequest request;
     for (int attempt = 0; attempt < 2; ++attempt) {
-        if (SendFrame(frame) != 0) {
+        if (SendDatagram(frame, link.reception.peer) != 0) {
             return -1;
         }
-        if (WaitForReply(reply, link.sequence) == 0) {
+        if (WaitForReply(reply, link.sequence, ticks) == 0) {
             return 0;
         }
     }
@@ -340,16 +295,6 @@ int StartListenThread() {
     return result;
 }
 
-int InitSemaphores() {
-    if (::sem_init(&link.tick, 0, 0) != 0) {
-        return ReportSetUpError("SNMP:Error initializing Listen semaphore 1.", errno);
-    }
-    if (::sem_init(&link.release, 0, 0) != 0) {
-        return ReportSetUpError("SNMP:Error initializing Listen semaphore 2.", errno);
-    }
-    return 0;
-}
-
 }  // namespace
 
 void SetNotificationReceiver(NotificationReceiver receiver) {
@@ -363,12 +308,19 @@ int InitLink(const char* remoteAddress) {
         std::fputs("SNMP:Socket initialization failure\n", stderr);
         return -1;
     }
-    const std::lock_guard lock(link.handOver.mutex);
-    link.handOver.peer.sin_family = AF_INET;
-    link.handOver.peer.sin_port = htons(SWITCH_MGMT_PORT);
-    link.handOver.peer.sin_addr.s_addr =
-        ::inet_addr(remoteAddress != nullptr ? remoteAddress : kDefaultAddress);
-    if (StartListenThread() != 0 || InitSemaphores() != 0) {
+    // A requester's waiting wakes once a tick.
+    timeval tick{};
+    tick.tv_sec = kTickLength.count();
+    if (::setsockopt(link.socket, SOL_SOCKET, SO_RCVTIMEO, &tick, sizeof(tick)) != 0) {
+        std::fputs("SNMP:Socket initialization failure\n", stderr);
+        return -1;
+    }
+    const std::lock_guard lock(link.reception.mutex);
+    sockaddr_in& peer = link.reception.peer;
+    peer.sin_family = AF_INET;
+    peer.sin_port = htons(SWITCH_MGMT_PORT);
+    peer.sin_addr.s_addr = ::inet_addr(remoteAddress != nullptr ? remoteAddress : kDefaultAddress);
+    if (StartListenThread() != 0) {
         return -1;
     }
     std::fputs("SNMP:UPD Sockets Initialized\n", stderr);
@@ -396,7 +348,7 @@ std::uint32_t MakeTargetWord(std::uint32_t domain) {
 
 int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
                        ReplyFrame& reply, std::size_t& requestSize) {
-    if (onListenThread) {
+    if (inReceiver) {
         return -1;
     }
     const RequestLock lock;

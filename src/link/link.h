@@ -1,5 +1,5 @@
 // The link to switch management: one UDP socket, one request at a time, replies matched to requests
-// by sequence number, and a thread that receives every datagram.
+// by sequence number, and a thread that receives notifications while nothing is asked.
 #pragma once
 
 #include <atomic>
@@ -23,8 +23,9 @@ constexpr std::size_t kCommandSize = 520;
 // refreshes the unit table. Set on any thread, cleared by the main loop.
 extern std::atomic<std::uint16_t> fabricUpdatePending;
 
-// Takes a frame that is not a reply; called on the ListenThread, whose stack has 64 KiB. Returns 0,
-// or -1 for a dropped frame.
+// Takes a frame that is not a reply; called on the ListenThread, whose stack has 64 KiB, or on a
+// thread that waits for a reply. One call at a time; it cannot query. Returns 0, or -1 for a
+// dropped frame.
 using NotificationReceiver = int (*)(std::span<const std::uint8_t> frame);
 
 // Names the receiver of notifications; without one they are dropped. Call before InitLink.
@@ -44,8 +45,8 @@ std::uint16_t InitSendRecvLock();
 // `type` says; `value` the number of an integer reply (may be null). A "Get." request waits two
 // one-second ticks for its reply, any other ten, and is sent once more after that.
 // Returns 0, kQueryFailed, or the error number (low 16 bits) that the switch replied. Requests of
-// several threads follow one another. Any thread but the ListenThread, which would wait for itself:
-// there it fails at once.
+// several threads follow one another. Any thread; within a receiver of notifications, which holds
+// up all requests, it fails at once.
 std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyText& result,
                               ConversionType type, std::uint32_t* value = nullptr);
 
@@ -56,7 +57,7 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
     __attribute__((format(printf, 5, 6)));
 
 // Sends a command and hands out the reply frame unchecked. The message log shows `loggedText` for
-// the request. Returns 0, or -1 when there is no answer. Any thread but the ListenThread.
+// the request. Returns 0, or -1 when there is no answer. Where SwitchMgmtQuery may be called.
 int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
                        ReplyFrame& reply, std::size_t& requestSize);
 

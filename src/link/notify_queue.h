@@ -1,4 +1,4 @@
-// The queue of received notifications: filled by the ListenThread, emptied by the main loop.
+// The queue of received notifications: filled by whoever receives, emptied by the main loop.
 #pragma once
 
 #include <array>

@@ -31,7 +31,7 @@ constexpr int kFailuresBeforeGivingUp = 2;
 
 struct UnitTableState {
     // Held for every change of a row in use, and for every look at a row's status or reset flag:
-    // the ListenThread reports the local unit's reset.
+    // whoever receives reports the local unit's reset.
     std::mutex rowsMutex;
     ConnUnitTable scratch{};  // the table under construction
     std::uint16_t statusCursor = 0;

@@ -1,4 +1,4 @@
-// Notifications from switch management: what the ListenThread does with a received frame, and what
+// Notifications from switch management: what is done with a frame when it is received, and what
 // the main loop does with a queued record.
 #pragma once
 
@@ -8,7 +8,8 @@
 namespace snmpmain {
 
 // Checks a received frame of 20 to 524 bytes, decorates the texts of change notices with the time
-// and queues the notification. Returns 0, or -1 (logged) for a dropped frame. ListenThread.
+// and queues the notification. Returns 0, or -1 (logged) for a dropped frame. A
+// NotificationReceiver.
 int HandleIncomingNotification(std::span<const std::uint8_t> frame);
 
 // Takes one record from the queue, which must not be empty, and brings up to date what the agent

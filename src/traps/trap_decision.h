@@ -8,7 +8,7 @@ namespace snmpmain {
 // Compares what the notification is about with what was reported last, tells the other agents of
 // the fabric of a change at the local switch, and sends the trap: about other switches only while
 // proxying is enabled. The text may be changed. Always 0. Main thread; for kind 17 of the local
-// switch also the ListenThread, which then needs no query.
+// switch also whoever receives, which then needs no query.
 int ProcessNotificationForTraps(std::uint16_t domain, std::uint16_t kind, char* text);
 
 // The first number behind the fourth ";" of a text, 65535 when there are fewer.

@@ -36,7 +36,7 @@ void ResetTrapTable();
 // Replaces the rows with the switch's destinations, in use from row 0 on, without doubles, sorted
 // by address and port. Rows with changes that the switch has not been told of yet stay as they are;
 // MarkTrapTableTold then asks for another reading. Returns 0, or -1 (and the rows stay) when a
-// query fails. Not on the ListenThread. "Get.Config.Snmp.TrapAddr%d", "TrapPort%d",
+// query fails. Not within a receiver of notifications. "Get.Config.Snmp.TrapAddr%d", "TrapPort%d",
 // "TrapSeverity%d", "TrapEnable%d", "TrapVersion%d"
 int ReadTrapDestinations();
 

@@ -109,6 +109,7 @@ TEST_F(LinkTest, SilentSwitchFailsAfterTwoSendingsAndFourTicks) {
 
 TEST_F(LinkTest, BusyLinkDoesNotKeepARequesterWaiting) {
     EXPECT_EQ(Ask(1), "1");
+    NotifyQueue::Reset();
     server.Pause(true);
     std::atomic<bool> asking{true};
     std::thread chatter([&] {
@@ -120,8 +121,10 @@ TEST_F(LinkTest, BusyLinkDoesNotKeepARequesterWaiting) {
     const auto begin = SteadyClock::now();
     EXPECT_EQ(Ask(6), "failed 65535");
     EXPECT_LE(SteadyClock::now() - begin, std::chrono::milliseconds(4500));
+    EXPECT_TRUE(NotifyQueue::Pending()) << "notifications wait for the end of a request";
     asking = false;
     chatter.join();
+    NotifyQueue::Reset();
 }
 
 std::atomic<int> resultOnListenThread{0};
