@@ -31,7 +31,7 @@ TEST(FaultyReplies, GiveNoValueToTheWrongRequest) {
     }
     e2e::Stack stack;
     stack.StartSwitch(fabric);
-    stack.StartSnmpd({"agentXTimeout 30", "agentXRetries 0"});
+    stack.StartSnmpd({"agentXTimeout 120", "agentXRetries 0"});
     stack.StartAgent();
     ASSERT_TRUE(stack.AwaitAgent());
     std::mt19937 random(1);

@@ -42,6 +42,19 @@ Holdings HoldingsOf(int pid) {
     return holdings;
 }
 
+std::set<std::string> SocketsOf(int pid) {
+    std::set<std::string> sockets;
+    for (const auto& entry :
+         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd")) {
+        std::error_code gone;
+        const std::string target = std::filesystem::read_symlink(entry, gone);
+        if (target.starts_with("socket:")) {
+            sockets.insert(target);
+        }
+    }
+    return sockets;
+}
+
 Holdings SettledHoldingsOf(int pid, const Holdings& before) {
     Holdings after{};
     e2e::Within(5, [&] {

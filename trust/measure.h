@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <set>
 #include <string>
 
 #include "tests/e2e/stack.h"
@@ -28,6 +29,9 @@ Holdings HoldingsOf(int pid);
 // The same once the process has let go of what it had opened for the moment, such as a trap's
 // socket.
 Holdings SettledHoldingsOf(int pid, const Holdings& before);
+
+// A process's sockets, by their inodes.
+std::set<std::string> SocketsOf(int pid);
 
 // Whether a process holds no more than it did, but for some kB and for what a sanitizer keeps.
 void ExpectNoGrowth(const Holdings& before, const Holdings& after, long kilobytes);

@@ -4,6 +4,7 @@
 //
 #include <net-snmp/net-snmp-includes.h>
 
+#include <algorithm>
 #include <mutex>
 #include <stdexcept>
 #include <vector>
@@ -27,10 +28,12 @@ struct Response {
 };
 
 // Returns the first variable of an answer without error, or null.
-const netsnmp_variable_list* Ask(void* session, int command, const std::vector<oid>& name,
-                                 Response& response) {
+const netsnmp_variable_list* Ask(void* session, int command,
+                                 const std::vector<std::vector<oid>>& names, Response& response) {
     netsnmp_pdu* request = snmp_pdu_create(command);
-    snmp_add_null_var(request, name.data(), name.size());
+    for (const std::vector<oid>& name : names) {
+        snmp_add_null_var(request, name.data(), name.size());
+    }
     return snmp_sess_synch_response(session, request, &response.pdu) == STAT_SUCCESS &&
                    response.pdu->errstat == SNMP_ERR_NOERROR
                ? response.pdu->variables
@@ -66,7 +69,7 @@ Session::~Session() {
 
 std::optional<std::string> Session::Get(const std::string& oid) {
     Response response;
-    const netsnmp_variable_list* value = Ask(session_, SNMP_MSG_GET, ReadOid(oid), response);
+    const netsnmp_variable_list* value = Ask(session_, SNMP_MSG_GET, {ReadOid(oid)}, response);
     if (value == nullptr) {
         return std::nullopt;
     }
@@ -81,12 +84,19 @@ std::optional<std::string> Session::Get(const std::string& oid) {
     }
 }
 
+bool Session::GetAll(const std::vector<std::string>& oids) {
+    std::vector<std::vector<oid>> names;
+    std::ranges::transform(oids, std::back_inserter(names), ReadOid);
+    Response response;
+    return Ask(session_, SNMP_MSG_GET, names, response) != nullptr;
+}
+
 long Session::Walk(const std::string& oid) {
     const std::vector<::oid> root = ReadOid(oid);
     std::vector<::oid> at = root;
     for (long values = 0;; ++values) {
         Response response;
-        const netsnmp_variable_list* next = Ask(session_, SNMP_MSG_GETNEXT, at, response);
+        const netsnmp_variable_list* next = Ask(session_, SNMP_MSG_GETNEXT, {at}, response);
         if (next == nullptr) {
             return -1;
         }

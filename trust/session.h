@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace trust {
 
@@ -18,6 +19,9 @@ class Session {
     // A value as a text: digits of a number, octets as they are. "none" for no such instance or
     // object; nothing for an error or no answer.
     std::optional<std::string> Get(const std::string& oid);
+
+    // Asks for many values at once. Whether there was an answer without error.
+    bool GetAll(const std::vector<std::string>& oids);
 
     // Walks what is below an OID, request by request. Returns the number of values, or -1 when the
     // walk broke off or did not ascend.

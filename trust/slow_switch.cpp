@@ -1,7 +1,9 @@
 // Switches that answer late, or not at all.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
+#include <set>
 #include <thread>
 
 #include "trust/measure.h"
@@ -14,7 +16,7 @@ class SlowSwitch : public testing::Test {
   protected:
     void SetUp() override {
         stack_.StartSwitch();
-        stack_.StartSnmpd({"agentXTimeout 30", "agentXRetries 0"});
+        stack_.StartSnmpd({"agentXTimeout 120", "agentXRetries 0"});
         stack_.StartAgent();
         ASSERT_TRUE(stack_.AwaitAgent());
         manager_ = std::make_unique<Session>(stack_.SnmpAddress(), 60);
@@ -97,6 +99,50 @@ TEST_F(SlowSwitch, OneIsSilent) {
     EXPECT_LT(silent, 10);
     EXPECT_LT(other, kAtOnce);
     stack_.Switch().WithFabric([](sim::Fabric& fabric) { fabric.Find(7)->silent = false; });
+    ExpectRecovery();
+}
+
+// The agent tells them of each change, in vain. The daemon must not give the agent up meanwhile.
+TEST_F(SlowSwitch, SomeAreSilentWhileTheFabricChanges) {
+    const int count = Scaled(2, 1);
+    const std::set<std::string> before = SocketsOf(stack_.Pid("snmpmain"));
+    const auto silence = [&](bool silent) {
+        stack_.Switch().WithFabric([&](sim::Fabric& fabric) {
+            fabric.Find(7)->silent = silent;
+            fabric.Find(1)->silent = silent && count > 1;
+        });
+    };
+    silence(true);
+    double many = 0;
+    {
+        std::vector<std::string> ports;
+        for (int i = 0; i < 8; ++i) {
+            ports.push_back(PortName(i < 8 / count ? 7 : 1, i % 4));
+        }
+        const Clock::time_point start = Clock::now();
+        Session(stack_.SnmpAddress(), 100).GetAll(ports);
+        many = SecondsSince(start);
+    }
+    double changed = 0, later = 0;
+    stack_.Switch().SendNotification(0, "5");
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    Session patient(stack_.SnmpAddress(), 100);
+    const Clock::time_point start = Clock::now();
+    EXPECT_EQ(patient.Get(PortName(2, 3)), Name(2));
+    changed = SecondsSince(start);
+    EXPECT_EQ(Ask(2, later), Name(2));
+    Figure(
+        "8 values of %d silent switches in one request: %.1f s; a value of another switch while "
+        "they are told of a change %.1f s, afterwards %.3f s",
+        count, many, changed, later);
+    EXPECT_LT(many, 10);
+    EXPECT_LT(changed, 60);
+    EXPECT_LT(later, kAtOnce);
+    const std::set<std::string> after = SocketsOf(stack_.Pid("snmpmain"));
+    EXPECT_TRUE(std::ranges::includes(after, before)) << "the daemon gave the agent up";
+    silence(false);
+    stack_.Switch().SendNotification(0, "5");
+    ASSERT_TRUE(e2e::Within(15, [&] { return stack_.GetOne(kUnitCount) == "INTEGER: 3"; }));
     ExpectRecovery();
 }
 

@@ -82,7 +82,7 @@ start_snmpd() {
     cat >"$conf/snmpd.local.conf" <<EOF
 master agentx
 agentXSocket $STACK_ROOT/var/agentx/master
-agentXTimeout 30
+agentXTimeout 120
 agentXRetries 0
 EOF
     stack_start snmpd env SNMPCONFPATH="$SNMP_PERSISTENT_DIR:$conf" \

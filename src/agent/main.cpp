@@ -118,6 +118,7 @@ void StartSubAgent(const char* socketPath) {
         std::fprintf(stderr, "%ssnmpd daemon not found.\n", ClockStamp());
         std::exit(-1);
     }
+    AnnouncePatience();  // not before: init_agent sets the library's own, a second
     init_snmp(kAgentName);
     init_fcmgmt();
     init_femgmt();
@@ -127,7 +128,9 @@ void StartSubAgent(const char* socketPath) {
 
 [[noreturn]] void RunMainLoop() {
     for (;;) {
+        WaitOnceForEachSwitch();
         const bool waiting = AgentIdleStep();
+        WaitOnceForEachSwitch();
         agent_check_and_process(waiting ? kPoll : kBlock);
         LogCaughtSignals();
     }

@@ -12,6 +12,10 @@ namespace {
 
 constexpr const char* kNoDirectory = "/dev/null";
 
+// Seconds: five switches at once may each need 20 to be found silent while a change is told to all
+// of them.
+constexpr int kPatience = 120;
+
 void AcknowledgeQueue(int, void*) {
     NotifyQueue::AcknowledgeWake();
 }
@@ -31,6 +35,11 @@ void ConfigureSubAgent(const char* socketPath) {
     ::setenv("MIBS", "", 1);
     ::setenv("MIBDIRS", "", 1);
     ::unsetenv("MIBFILES");
+}
+
+void AnnouncePatience() {
+    netsnmp_ds_set_int(NETSNMP_DS_APPLICATION_ID, NETSNMP_DS_AGENT_AGENTX_TIMEOUT,
+                       kPatience * ONE_SEC);
 }
 
 void WatchNotifyQueue() {

@@ -7,6 +7,11 @@ namespace snmpmain {
 // file, writes no persistent file, and looks for the master's socket at `socketPath`.
 void ConfigureSubAgent(const char* socketPath);
 
+// Has the library tell the master, when it connects, how long an answer may take: 120 seconds.
+// snmpd goes by the "agentXTimeout" of its own configuration all the same. Between init_agent and
+// init_snmp.
+void AnnouncePatience();
+
 // Has the library's event loop wake when a notification is queued.
 void WatchNotifyQueue();
 

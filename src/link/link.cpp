@@ -5,8 +5,10 @@
 #include <pthread.h>
 #include <sys/select.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <bitset>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
@@ -36,6 +38,7 @@ constexpr std::chrono::seconds kWriteTimeout{2};
 constexpr std::chrono::seconds kTickLength{1};
 constexpr int kGetTicks = 2;
 constexpr int kOtherTicks = 10;
+constexpr const char* kNoValue = "No value returned from switch management";
 
 // After a request another one usually follows at once, so the ListenThread lets this long pass
 // before it takes up receiving again.
@@ -65,6 +68,24 @@ Link link;
 
 // Set while a receiver of notifications runs: it holds up all requests, so it cannot make one.
 thread_local bool inReceiver = false;
+
+// Switches that have let this thread wait in vain, where it remembers them.
+struct SilentSwitches {
+    bool remembered = false;
+    std::bitset<256> domains;  // domain ids have 8 bits
+};
+
+thread_local SilentSwitches silent;
+
+bool IsKnownSilent(std::uint32_t domain) {
+    return silent.remembered && domain < silent.domains.size() && silent.domains[domain];
+}
+
+void NoteSilence(std::uint32_t domain) {
+    if (domain < silent.domains.size()) {
+        silent.domains.set(domain);
+    }
+}
 
 class RequestLock {
   public:
@@ -241,7 +262,7 @@ int WaitForReply(ReplyFrame& reply, std::uint32_t expected, int ticks) {
             nextTick = Clock::now() + kTickLength;
         }
     }
-    TraceLog(kSevere, "No value returned from switch management");
+    TraceLog(kSevere, kNoValue);
     return -1;
 }
 
@@ -351,6 +372,10 @@ int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* lo
     if (inReceiver) {
         return -1;
     }
+    if (IsKnownSilent(domain)) {
+        TraceLog(kSevere, kNoValue);
+        return -1;
+    }
     const RequestLock lock;
     RequestFrame frame;
     const std::uint32_t sequence = NextSequence(link.sequence);
@@ -360,7 +385,11 @@ int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* lo
     link.sequence = sequence;
     requestSize = frame.length;
     TraceLog(kTrace, "%-3d>> %s", static_cast<int>(domain), loggedText);
-    return SendWithRetry(frame, reply);
+    if (SendWithRetry(frame, reply) != 0) {
+        NoteSilence(domain);
+        return -1;
+    }
+    return 0;
 }
 
 std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyText& result,
@@ -387,6 +416,16 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
     std::vsnprintf(command.data(), command.size(), format, arguments);
     va_end(arguments);
     return SwitchMgmtQuery(domain, command.data(), result, type, value);
+}
+
+void WaitOnceForEachSwitch() {
+    silent.remembered = true;
+    silent.domains.reset();
+}
+
+void PauseBeforeNextAttempt() {
+    ::sleep(1);
+    silent.domains.reset();
 }
 
 int PingSwitchMgmt(std::uint32_t domain) {

@@ -61,6 +61,16 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
 int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
                        ReplyFrame& reply, std::size_t& requestSize);
 
+// From now on the calling thread waits only once for a switch that does not answer: what it asks
+// that switch afterwards fails at once, unsent. The main loop begins anew with each request of a
+// manager and each piece of deferred work, so that a silent switch costs a request for many of its
+// values 4 seconds, not 4 for each, and snmpd does not lose its patience with the agent.
+void WaitOnceForEachSwitch();
+
+// Sleeps a second and forgets which switches did not answer: between the attempts of a loop that
+// goes on until a switch does.
+void PauseBeforeNextAttempt();
+
 // Asks a switch for nothing but a sign of life. Returns 0 or -1.
 int PingSwitchMgmt(std::uint32_t domain);
 

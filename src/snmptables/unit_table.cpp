@@ -1,6 +1,5 @@
 #include "src/snmptables/unit_table.h"
 
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -207,7 +206,7 @@ int InitConnUnitTable() {
 
 int UpdateConnUnitTable() {
     while (PingSwitchMgmt(0) != 0) {
-        ::sleep(1);
+        PauseBeforeNextAttempt();
     }
     ReadLocalDomainId();
     ReadProxyEnable();
@@ -242,7 +241,7 @@ int RefreshConnUnitTable() {
     }
     int failures = 0;
     while (UpdateConnUnitTable() != 0 && failures++ <= kFailuresBeforeGivingUp) {
-        ::sleep(1);
+        PauseBeforeNextAttempt();
     }
     if (state.registrationHandler != nullptr) {
         state.registrationHandler(true);

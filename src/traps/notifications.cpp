@@ -1,7 +1,5 @@
 #include "src/traps/notifications.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -13,6 +11,7 @@
 #include "src/base/trace_log.h"
 #include "src/conf/snmpd_conf.h"
 #include "src/link/frame.h"
+#include "src/link/link.h"
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
@@ -69,7 +68,7 @@ void RefreshSwitchInfo() {
     int attempts = 1;
     while (InitSwitchInfo() != 0 && attempts < kRefreshAttempts) {
         ++attempts;
-        ::sleep(1);
+        PauseBeforeNextAttempt();
     }
     // Needing the last attempt is reported even when it succeeded.
     if (attempts == kRefreshAttempts) {

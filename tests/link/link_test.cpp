@@ -107,6 +107,25 @@ TEST_F(LinkTest, SilentSwitchFailsAfterTwoSendingsAndFourTicks) {
     EXPECT_EQ(Ask(7), "7");
 }
 
+TEST_F(LinkTest, SwitchIsWaitedForOnceUntilTheNextPieceOfWork) {
+    EXPECT_EQ(Ask(1), "1");
+    // On a thread of its own, since remembering lasts as long as the thread.
+    std::thread([&] {
+        WaitOnceForEachSwitch();
+        server.Pause(true);
+        EXPECT_EQ(Ask(2), "failed 65535");
+        server.TakeCommands();
+        const auto begin = SteadyClock::now();
+        EXPECT_EQ(Ask(3), "failed 65535");
+        EXPECT_LT(SteadyClock::now() - begin, std::chrono::milliseconds(500));
+        EXPECT_TRUE(server.TakeCommands().empty());
+        server.Pause(false);
+        EXPECT_EQ(PingSwitchMgmt(7), 0) << "another switch is asked all the same";
+        WaitOnceForEachSwitch();
+        EXPECT_EQ(Ask(4), "4");
+    }).join();
+}
+
 TEST_F(LinkTest, BusyLinkDoesNotKeepARequesterWaiting) {
     EXPECT_EQ(Ask(1), "1");
     NotifyQueue::Reset();

@@ -1,0 +1,112 @@
+// A fabric that changes while it is walked.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <random>
+#include <thread>
+
+#include "trust/measure.h"
+#include "trust/session.h"
+
+namespace trust {
+namespace {
+
+// One change of another switch or of what all know. The local switch, domain 2, stays.
+void ChangeSomething(sim::Fabric& fabric, const sim::Fabric& whole, std::mt19937& random) {
+    const auto toggle = [&](auto& list, const auto& full) {
+        if (list.size() == full.size()) {
+            list.erase(list.begin() + static_cast<std::ptrdiff_t>(random() % list.size()));
+        } else {
+            list = full;
+        }
+    };
+    switch (random() % 6) {
+        case 0:
+            if (fabric.switches.size() == whole.switches.size()) {
+                std::erase_if(fabric.switches, [&](const sim::Switch& unit) {
+                    return unit.domain == (random() % 2 == 0 ? 1 : 7);
+                });
+            } else {
+                fabric.switches = whole.switches;
+            }
+            break;
+        case 1:
+            toggle(fabric.zones, whole.zones);
+            break;
+        case 2:
+            toggle(fabric.aliases, whole.aliases);
+            break;
+        default: {
+            sim::Switch& unit = fabric.switches[random() % fabric.switches.size()];
+            const sim::Switch& full =
+                *std::ranges::find(whole.switches, unit.domain, &sim::Switch::domain);
+            if (random() % 2 == 0 && full.nameServer.size() > 1) {
+                toggle(unit.nameServer, full.nameServer);
+            } else {
+                toggle(unit.ports, full.ports);
+            }
+        }
+    }
+}
+
+TEST(ChangingFabric, EveryWalkAscendsAndEnds) {
+    const sim::Fabric whole = sim::DefaultFabric();
+    e2e::Stack stack;
+    stack.StartSwitch(whole);
+    stack.Switch().SetRecording(false);
+    stack.StartSnmpd({"agentXTimeout 120", "agentXRetries 0"});
+    stack.StartAgent();
+    ASSERT_TRUE(stack.AwaitAgent());
+    std::map<std::string, e2e::Values> before;
+    for (const std::string& table : {e2e::kPorts, e2e::kZones, e2e::kAliases, e2e::kNameServer}) {
+        before[table] = stack.Walk(table);
+    }
+    std::atomic<bool> changing = true;
+    std::atomic<long> changes = 0;
+    std::thread changer([&] {
+        std::mt19937 random(1);
+        while (changing) {
+            try {
+                stack.Switch().ChangeAndNotify(
+                    [&](sim::Fabric& fabric) { ChangeSomething(fabric, whole, random); });
+                ++changes;
+            } catch (const sim::FabricError&) {
+                // A zone or link would lack what it names; that fabric there cannot be.
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(random() % 40));
+        }
+    });
+    Session manager(stack.SnmpAddress(), 30);
+    long walks = 0, broken = 0, values = 0, most = 0;
+    double longest = 0;
+    const Clock::time_point start = Clock::now();
+    while (SecondsSince(start) < Scaled(300, 10)) {
+        for (const char* table : {".1.3.6.1.3.94", ".1.3.6.1.2.1.75", ".1.3.6.1.4.1.32473"}) {
+            const Clock::time_point begin = Clock::now();
+            const long walked = manager.Walk(table);
+            longest = std::max(longest, SecondsSince(begin));
+            ++walks;
+            broken += walked < 0;
+            values += walked;
+            most = std::max(most, walked);
+        }
+    }
+    changing = false;
+    changer.join();
+    Figure(
+        "%ld changes, %ld walks with %ld values, the longest %ld in %.1f s; %ld broken off or not "
+        "ascending",
+        changes.load(), walks, values, most, longest, broken);
+    EXPECT_EQ(broken, 0);
+    EXPECT_GT(changes, 20);
+    stack.Switch().ChangeAndNotify([&](sim::Fabric& fabric) { fabric = whole; });
+    EXPECT_TRUE(e2e::Within(20, [&] { return stack.GetOne(kUnitCount) == "INTEGER: 3"; }));
+    for (const auto& [table, values] : before) {
+        EXPECT_EQ(stack.Walk(table), values) << table;
+    }
+}
+
+}  // namespace
+}  // namespace trust
