@@ -64,9 +64,13 @@ bool AskSwitch() {
     return ::recv(state.socket, state.reply.data(), state.reply.size(), 0) > 16;
 }
 
-// Rewrites the request to the next row's OID; false at the end of the column.
-bool NextRow(const variable* vp, oid* name, std::size_t* length) {
+// Whether a request names a row; else it is rewritten to the next row's OID, false at the end of
+// the column.
+bool FindRow(const variable* vp, oid* name, std::size_t* length, bool exact) {
     const std::size_t full = vp->namelen + kIndexLength;
+    if (exact) {
+        return *length == full && name[full - 1] >= 1 && name[full - 1] <= state.rows;
+    }
     oid row = 1;
     if (*length >= full && snmp_oid_compare(name, vp->namelen, vp->name, vp->namelen) == 0) {
         row = name[full - 1] + 1;
@@ -83,7 +87,7 @@ bool NextRow(const variable* vp, oid* name, std::size_t* length) {
 
 u_char* ServeColumn(variable* vp, oid* name, std::size_t* length, int exact, std::size_t* size,
                     WriteMethod**) {
-    if (exact != 0 || !NextRow(vp, name, length) || !AskSwitch()) {
+    if (!FindRow(vp, name, length, exact != 0) || !AskSwitch()) {
         return nullptr;
     }
     *size = ::strnlen(state.reply.data() + 16, 80);

@@ -1,12 +1,14 @@
-// Times plain walks as a manager makes them, one GETNEXT per value over one session, without the
+// Times requests as a manager makes them, one after the other over one session, without the
 // start-up of a tool in the figure.
 //
-//   walk_timer RUNS PEER OID... [PEER OID...]...
+//   walk_timer RUNS REQUEST PEER OID... [PEER OID...]...
 //
-// Prints for each OID a line "PEER OID VALUES NANOSECONDS": how many values are below it, and the
-// median over the runs of the mean time per value. All walks of a run go on side by side, some
-// requests of each in turn and a shorter one again and again, so that all meet the same machine.
-// The request that finds the end of a walk is not counted.
+// REQUEST is "next", a walk of one GETNEXT per value; "bulk", a walk of GETBULKs for 10 values
+// each; "get", a GET for each value that a walk has found. Prints for each OID a line "PEER OID
+// VALUES NANOSECONDS": how many values are below it, and the median over the runs of the mean time
+// per value. All walks of a run go on side by side, some requests of each in turn and a shorter one
+// again and again, so that all meet the same machine. The request that finds the end of a walk is
+// not counted.
 
 #include <net-snmp/net-snmp-config.h>
 //
@@ -17,6 +19,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -27,6 +30,7 @@ using Oid = std::vector<oid>;
 
 constexpr int kRequestsPerTurn = 25;
 constexpr long kFewestTimed = 1000;
+constexpr long kRepetitions = 10;  // of a GETBULK
 
 struct Sum {
     long values = 0;
@@ -37,40 +41,73 @@ struct Walked {
     std::string peer, name;
     netsnmp_session* session = nullptr;
     Oid root;
+    std::vector<Oid> found;                 // what GETs ask for
     long values = 0;                        // of one walk
     std::vector<long> nanosecondsPerValue;  // of each run
     // Within a run:
     Oid at;
-    Sum walk, run;  // of the walk under way; of those that are finished
+    std::size_t asked = 0;  // of `found`
+    Sum walk, run;          // of the walk under way; of those that are finished
     bool finished = false;
 };
 
-// The first instance behind `name` and below `root`; empty where there is none.
-Oid Next(netsnmp_session* session, const Oid& name, const Oid& root) {
-    netsnmp_pdu* request = snmp_pdu_create(SNMP_MSG_GETNEXT);
+// The instances below `root` that an answer to a request for `name` gives, in their order.
+std::vector<Oid> Ask(netsnmp_session* session, int command, const Oid& name, const Oid& root) {
+    netsnmp_pdu* request = snmp_pdu_create(command);
+    if (command == SNMP_MSG_GETBULK) {
+        request->non_repeaters = 0;
+        request->max_repetitions = kRepetitions;
+    }
     snmp_add_null_var(request, name.data(), name.size());
     netsnmp_pdu* response = nullptr;
-    Oid next;
+    std::vector<Oid> instances;
     if (snmp_synch_response(session, request, &response) == STAT_SUCCESS &&
         response->errstat == SNMP_ERR_NOERROR) {
-        const netsnmp_variable_list* value = response->variables;
-        if (value->type != SNMP_ENDOFMIBVIEW && value->name_length > root.size() &&
-            std::equal(root.begin(), root.end(), value->name)) {
-            next.assign(value->name, value->name + value->name_length);
+        for (const netsnmp_variable_list* value = response->variables; value != nullptr;
+             value = value->next_variable) {
+            const bool isThere = value->type != SNMP_ENDOFMIBVIEW &&
+                                 value->type != SNMP_NOSUCHINSTANCE &&
+                                 value->type != SNMP_NOSUCHOBJECT;
+            if (isThere && value->name_length > root.size() &&
+                std::equal(root.begin(), root.end(), value->name)) {
+                instances.emplace_back(value->name, value->name + value->name_length);
+            }
         }
     }
     if (response != nullptr) {
         snmp_free_pdu(response);
     }
-    return next;
+    return instances;
 }
 
-void TakeTurn(Walked& walked) {
+// The next request of a walk. Returns the number of its values, 0 at the end.
+long AskOnce(int command, Walked& walked) {
+    if (command == SNMP_MSG_GET) {
+        if (walked.asked == walked.found.size()) {
+            return 0;
+        }
+        return static_cast<long>(
+            Ask(walked.session, command, walked.found[walked.asked++], walked.root).size());
+    }
+    const std::vector<Oid> instances = Ask(walked.session, command, walked.at, walked.root);
+    if (!instances.empty()) {
+        walked.at = instances.back();
+    }
+    return static_cast<long>(instances.size());
+}
+
+void Find(Walked& walked) {
+    std::vector<Oid> next{walked.root};
+    while (next = Ask(walked.session, SNMP_MSG_GETNEXT, next.back(), walked.root), !next.empty()) {
+        walked.found.push_back(next.back());
+    }
+}
+
+void TakeTurn(int command, Walked& walked) {
     for (int request = 0; request < kRequestsPerTurn; ++request) {
         const Clock::time_point begin = Clock::now();
-        walked.at = Next(walked.session, walked.at, walked.root);
-        if (!walked.at.empty()) {
-            ++walked.walk.values;
+        if (const long values = AskOnce(command, walked); values > 0) {
+            walked.walk.values += values;
             walked.walk.time += Clock::now() - begin;
             continue;
         }
@@ -80,12 +117,14 @@ void TakeTurn(Walked& walked) {
         walked.run.time += walked.walk.time;
         walked.walk = {};
         walked.at = walked.root;
+        walked.asked = 0;
     }
 }
 
-void Run(std::vector<Walked>& walks) {
+void Run(int command, std::vector<Walked>& walks) {
     for (Walked& walked : walks) {
         walked.at = walked.root;
+        walked.asked = 0;
         walked.walk = walked.run = {};
         walked.finished = false;
     }
@@ -93,7 +132,9 @@ void Run(std::vector<Walked>& walks) {
         return walked.finished && (walked.values == 0 || walked.run.values >= kFewestTimed);
     };
     while (!std::ranges::all_of(walks, isMeasured)) {
-        std::ranges::for_each(walks, TakeTurn);
+        for (Walked& walked : walks) {
+            TakeTurn(command, walked);
+        }
     }
     for (Walked& walked : walks) {
         walked.nanosecondsPerValue.push_back(
@@ -120,8 +161,11 @@ netsnmp_session* Open(char* peer) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 4 || argv[2][0] == '.') {
-        std::fputs("usage: walk_timer RUNS PEER OID... [PEER OID...]...\n", stderr);
+    static const std::map<std::string, int> kCommands = {
+        {"get", SNMP_MSG_GET}, {"next", SNMP_MSG_GETNEXT}, {"bulk", SNMP_MSG_GETBULK}};
+    const auto command = kCommands.find(argc < 5 ? "" : argv[2]);
+    if (command == kCommands.end() || argv[3][0] == '.') {
+        std::fputs("usage: walk_timer RUNS get|next|bulk PEER OID... [PEER OID...]...\n", stderr);
         return EXIT_FAILURE;
     }
     ::setenv("MIBS", "", 1);
@@ -130,7 +174,7 @@ int main(int argc, char** argv) {
     std::vector<Walked> walks;
     char* peer = nullptr;
     netsnmp_session* session = nullptr;
-    for (int i = 2; i < argc; ++i) {
+    for (int i = 3; i < argc; ++i) {
         if (argv[i][0] != '.') {
             peer = argv[i];
             session = Open(peer);
@@ -148,9 +192,12 @@ int main(int argc, char** argv) {
         walked.name = argv[i];
         walked.session = session;
         walked.root = root;
+        if (command->second == SNMP_MSG_GET) {
+            Find(walked);
+        }
     }
     for (int run = 0; run < std::atoi(argv[1]); ++run) {
-        Run(walks);
+        Run(command->second, walks);
     }
     for (Walked& walked : walks) {
         std::vector<long>& times = walked.nanosecondsPerValue;

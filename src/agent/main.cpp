@@ -128,9 +128,9 @@ void StartSubAgent(const char* socketPath) {
 
 [[noreturn]] void RunMainLoop() {
     for (;;) {
-        WaitOnceForEachSwitch();
+        BeginWork();
         const bool waiting = AgentIdleStep();
-        WaitOnceForEachSwitch();
+        BeginWork();
         agent_check_and_process(waiting ? kPoll : kBlock);
         LogCaughtSignals();
     }

@@ -69,21 +69,20 @@ Link link;
 // Set while a receiver of notifications runs: it holds up all requests, so it cannot make one.
 thread_local bool inReceiver = false;
 
-// Switches that have let this thread wait in vain, where it remembers them.
-struct SilentSwitches {
-    bool remembered = false;
-    std::bitset<256> domains;  // domain ids have 8 bits
+struct Work {
+    std::uint32_t number = 0;
+    std::bitset<256> silent;  // switches that have let it wait in vain, by their 8-bit domain ids
 };
 
-thread_local SilentSwitches silent;
+thread_local Work work;
 
 bool IsKnownSilent(std::uint32_t domain) {
-    return silent.remembered && domain < silent.domains.size() && silent.domains[domain];
+    return domain < work.silent.size() && work.silent[domain];
 }
 
 void NoteSilence(std::uint32_t domain) {
-    if (domain < silent.domains.size()) {
-        silent.domains.set(domain);
+    if (work.number != 0 && domain < work.silent.size()) {
+        work.silent.set(domain);
     }
 }
 
@@ -418,14 +417,20 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
     return SwitchMgmtQuery(domain, command.data(), result, type, value);
 }
 
-void WaitOnceForEachSwitch() {
-    silent.remembered = true;
-    silent.domains.reset();
+void BeginWork() {
+    work.number = work.number == UINT32_MAX ? 1 : work.number + 1;
+    work.silent.reset();
+}
+
+std::uint32_t CurrentWork() {
+    return work.number;
 }
 
 void PauseBeforeNextAttempt() {
     ::sleep(1);
-    silent.domains.reset();
+    if (work.number != 0) {
+        BeginWork();
+    }
 }
 
 int PingSwitchMgmt(std::uint32_t domain) {

@@ -61,14 +61,17 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
 int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
                        ReplyFrame& reply, std::size_t& requestSize);
 
-// From now on the calling thread waits only once for a switch that does not answer: what it asks
-// that switch afterwards fails at once, unsent. The main loop begins anew with each request of a
-// manager and each piece of deferred work, so that a silent switch costs a request for many of its
-// values 4 seconds, not 4 for each, and snmpd does not lose its patience with the agent.
-void WaitOnceForEachSwitch();
+// Begins a piece of work on the calling thread: a manager's request, or what the main loop does
+// between two. Within it the thread waits only once for a switch that does not answer: what it asks
+// that switch afterwards fails at once, unsent. So a request for many values of a silent switch
+// takes 4 seconds, not 4 for each, and snmpd does not lose its patience with the agent.
+void BeginWork();
 
-// Sleeps a second and forgets which switches did not answer: between the attempts of a loop that
-// goes on until a switch does.
+// The number of the thread's piece of work; 0 on a thread that has begun none.
+std::uint32_t CurrentWork();
+
+// Sleeps a second and lets the next attempt be a new piece of work, in a loop that goes on until a
+// switch answers.
 void PauseBeforeNextAttempt();
 
 // Asks a switch for nothing but a sign of life. Returns 0 or -1.

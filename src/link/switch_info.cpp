@@ -61,12 +61,31 @@ int ReadText(std::uint32_t domain, const char* command, std::array<char, N>& kep
     return 0;
 }
 
-// The kept count of a local domain, else what the accessor reads, 0 when it fails.
-std::uint32_t CountOf(std::uint32_t domain, std::uint32_t kept, int (*read)(std::uint32_t)) {
+// What another switch has answered in this piece of work. Each row of its tables asks for the same
+// counts, and one request of a manager may be for many rows.
+struct AnsweredCount {
+    std::uint32_t work = 0;
+    std::uint32_t domain = 0;
+    std::uint32_t count = 0;
+};
+
+// The kept count of a local domain, else what the accessor reads, 0 when it fails. Each fact has an
+// `answered` of its own.
+template <class Read>
+std::uint32_t CountOf(std::uint32_t domain, std::uint32_t kept, AnsweredCount& answered,
+                      const Read& read) {
     if (IsLocalDomain(domain)) {
         return kept;
     }
-    return read(domain) == 0 ? info.value : 0;
+    const std::uint32_t work = CurrentWork();
+    if (work != 0 && answered.work == work && answered.domain == domain) {
+        return answered.count;
+    }
+    if (read(domain) != 0) {
+        return 0;
+    }
+    answered = {work, domain, info.value};
+    return info.value;
 }
 
 const char* TextOf(std::uint32_t domain, const char* kept, int (*read)(std::uint32_t),
@@ -161,30 +180,37 @@ std::uint32_t ReadAllow4GPorts(std::uint32_t domain) {
 }
 
 std::uint32_t GetChassisCount(std::uint32_t domain) {
-    return CountOf(domain, info.chassis, ReadChassisCount);
+    static AnsweredCount answered;
+    return CountOf(domain, info.chassis, answered, ReadChassisCount);
 }
 
 std::uint32_t GetBladeCount(std::uint32_t domain) {
-    return CountOf(domain, info.blades, ReadBladeCount);
+    static AnsweredCount answered;
+    return CountOf(domain, info.blades, answered, ReadBladeCount);
 }
 
 std::uint32_t GetMaxPorts(std::uint32_t domain) {
-    return CountOf(domain, info.maxPorts, ReadMaxPorts);
+    static AnsweredCount answered;
+    return CountOf(domain, info.maxPorts, answered, ReadMaxPorts);
 }
 
 std::uint32_t GetPowerSupplyCount(std::uint32_t domain) {
-    return CountOf(domain, info.powerSupplies, ReadPowerSupplyCount);
+    static AnsweredCount answered;
+    return CountOf(domain, info.powerSupplies, answered, ReadPowerSupplyCount);
 }
 
 std::uint32_t GetFanCount(std::uint32_t domain) {
-    return CountOf(domain, info.fans, ReadFanCount);
+    static AnsweredCount answered;
+    return CountOf(domain, info.fans, answered, ReadFanCount);
 }
 
 std::uint32_t GetTempSensorCount(std::uint32_t domain, std::uint32_t blade) {
-    if (IsLocalDomain(domain)) {
-        return blade < kMaxBlades ? info.tempSensors[blade] : 0;
+    static std::array<AnsweredCount, kMaxBlades> answered;
+    if (blade >= kMaxBlades) {
+        return 0;
     }
-    return ReadTempSensorCount(domain, blade) == 0 ? info.value : 0;
+    return CountOf(domain, info.tempSensors[blade], answered[blade],
+                   [&](std::uint32_t asked) { return ReadTempSensorCount(asked, blade); });
 }
 
 const char* GetSwitchWwn(std::uint32_t domain) {

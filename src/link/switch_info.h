@@ -44,8 +44,9 @@ int ReadSysObjectId(std::uint32_t domain);     // "Get.Config.Snmp.SysObjectID"
 // The flag itself, 1 or 0; a failed query counts as "False". "Get.Config.Mfg.Allow4GPorts"
 std::uint32_t ReadAllow4GPorts(std::uint32_t domain);
 
-// Getters: the kept value for a local domain; a fresh one for any other, or the default where the
-// switch does not answer: 0, kNoWwn, "0.0.0.0". A returned text holds until the next call here.
+// Getters: the kept value for a local domain; for any other a fresh one (a count is asked for once
+// in a piece of work, see BeginWork), or the default where the switch does not answer: 0, kNoWwn,
+// "0.0.0.0". A returned text holds until the next call here.
 std::uint32_t GetChassisCount(std::uint32_t domain);
 std::uint32_t GetBladeCount(std::uint32_t domain);
 std::uint32_t GetMaxPorts(std::uint32_t domain);

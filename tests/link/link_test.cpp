@@ -111,7 +111,7 @@ TEST_F(LinkTest, SwitchIsWaitedForOnceUntilTheNextPieceOfWork) {
     EXPECT_EQ(Ask(1), "1");
     // On a thread of its own, since remembering lasts as long as the thread.
     std::thread([&] {
-        WaitOnceForEachSwitch();
+        BeginWork();
         server.Pause(true);
         EXPECT_EQ(Ask(2), "failed 65535");
         server.TakeCommands();
@@ -121,7 +121,7 @@ TEST_F(LinkTest, SwitchIsWaitedForOnceUntilTheNextPieceOfWork) {
         EXPECT_TRUE(server.TakeCommands().empty());
         server.Pause(false);
         EXPECT_EQ(PingSwitchMgmt(7), 0) << "another switch is asked all the same";
-        WaitOnceForEachSwitch();
+        BeginWork();
         EXPECT_EQ(Ask(4), "4");
     }).join();
 }
