@@ -64,7 +64,8 @@ struct Link {
     std::atomic<NotificationReceiver> receiver{nullptr};
 };
 
-Link link;
+// Never destroyed: the ListenThread uses it until the process is gone.
+Link& link = *new Link;
 
 // Set while a receiver of notifications runs: it holds up all requests, so it cannot make one.
 thread_local bool inReceiver = false;
