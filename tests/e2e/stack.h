@@ -62,6 +62,9 @@ testing::AssertionResult Same(const Values& actual, const Values& expected);
 // The text with every match of an extended POSIX pattern replaced; "$1" in `by` is its group.
 std::string Replaced(const std::string& text, const char* pattern, const std::string& by);
 
+// The agent's program, or the command that the environment variable SNMPMAIN_AGENT names instead.
+Words AgentCommand();
+
 // Runs a program to its end. Its standard output and error are returned.
 struct Finished {
     int status;  // exit status, or 128 + the signal that ended it
