@@ -40,3 +40,10 @@ build() {
     }
     cmake --build --preset "$preset" ${1:+--target "$@"} 2>&1 | show_progress
 }
+
+# prepare_target: what the preset "powerpc" needs. dpkg-dev brings make and what unpacks source packages.
+prepare_target() {
+    script/bootstrap g++-powerpc-linux-gnu qemu-user-static dpkg-dev
+    SNMPMAIN_TARGET_LIBRARIES=$(script/lib/target-libraries)
+    export SNMPMAIN_TARGET_LIBRARIES
+}

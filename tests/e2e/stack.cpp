@@ -10,9 +10,11 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <thread>
 
@@ -131,6 +133,15 @@ std::string Replaced(const std::string& text, const char* pattern, const std::st
     }
     ::regfree(&compiled);
     return result + rest;
+}
+
+Words AgentCommand() {
+    const char* words = std::getenv("SNMPMAIN_AGENT");
+    if (words == nullptr) {
+        return {AGENT_PROGRAM};
+    }
+    std::istringstream command(words);
+    return {std::istream_iterator<std::string>(command), {}};
 }
 
 Finished RunProgram(const Words& command) {
@@ -256,7 +267,8 @@ void Stack::StartSnmpdOfSwitch() {
 void Stack::StartAgent(const Words& environment, const Words& options) {
     Words all = {"SNMPMAIN_ROOT=" + root_};
     all.insert(all.end(), environment.begin(), environment.end());
-    Words command = {AGENT_PROGRAM, "--remote", address_};
+    Words command = AgentCommand();
+    command.insert(command.end(), {"--remote", address_});
     command.insert(command.end(), options.begin(), options.end());
     Start("snmpmain", command, all);
 }

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <memory>
@@ -46,6 +47,8 @@ inline constexpr bool kIsSanitized = true;  // is slow, and keeps what is freed
 #else
 inline constexpr bool kIsSanitized = false;
 #endif
+// An agent that SNMPMAIN_AGENT names is likely to be emulated.
+inline const bool kIsSlow = kIsSanitized || std::getenv("SNMPMAIN_AGENT") != nullptr;
 
 // Polls until `condition` holds; false when it does not within the time.
 bool Within(double seconds, const std::function<bool()>& condition);
@@ -61,6 +64,9 @@ testing::AssertionResult Same(const Values& actual, const Values& expected);
 
 // The text with every match of an extended POSIX pattern replaced; "$1" in `by` is its group.
 std::string Replaced(const std::string& text, const char* pattern, const std::string& by);
+
+// The agent's program, or the command that the environment variable SNMPMAIN_AGENT names instead.
+Words AgentCommand();
 
 // Runs a program to its end. Its standard output and error are returned.
 struct Finished {

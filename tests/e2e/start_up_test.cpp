@@ -91,7 +91,9 @@ TEST(StartUp, CachePassIsRepeatedWithItsMessageUntilItSucceeds) {
 }
 
 TEST(StartUp, UsageEndsTheProgram) {
-    const Finished finished = RunProgram({AGENT_PROGRAM, "--nonsense"});
+    Words command = AgentCommand();
+    command.emplace_back("--nonsense");
+    const Finished finished = RunProgram(command);
     EXPECT_EQ(finished.status, 1);
     EXPECT_NE(finished.output.find("\nUsage: snmpmain [--remote 10.0.0.1] [--notrap]\n\n"),
               std::string::npos);

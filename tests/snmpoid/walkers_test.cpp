@@ -1,5 +1,6 @@
 #include "src/snmpoid/walkers.h"
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <sstream>
@@ -345,7 +346,9 @@ TEST_F(WalkersTest, AnswersAlwaysLieBehindTheRequest) {
             request.resize(random(request.size() + 1));
         }
         const Oid next = Next(request, walker);
-        ASSERT_TRUE(next.empty() || next > request) << "walker " << chosen;
+        // Not by vector's own order: on a big-endian machine GCC 12 compares too few octets for it.
+        ASSERT_TRUE(next.empty() || std::ranges::lexicographical_compare(request, next))
+            << "walker " << chosen;
         if (!next.empty()) {
             ++answered[chosen];
             last = next;
