@@ -9,8 +9,3 @@ set(CMAKE_CROSSCOMPILING_EMULATOR qemu-ppc-static -L /usr/powerpc-linux-gnu)
 set(CMAKE_C_FLAGS_INIT -fno-pie)
 set(CMAKE_CXX_FLAGS_INIT -fno-pie)
 set(CMAKE_EXE_LINKER_FLAGS_INIT -no-pie)
-
-# Libraries are the controller's, below CMAKE_FIND_ROOT_PATH, with their headers; what consists of
-# headers only may be this machine's.
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

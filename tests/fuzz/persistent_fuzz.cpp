@@ -83,7 +83,7 @@ void CheckWritten(const std::string& path) {
             "for its owner only");
     std::ifstream file(path, std::ios::binary);
     for (std::string line; std::getline(file, line);) {
-        Require(std::ranges::none_of(line, [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; }),
+        Require(std::ranges::none_of(line, [](unsigned char c) { return c < 0x20 || c == 0x7F; }),
                 "no control characters");
         const std::size_t end = line.find(' ');
         Require(end != line.npos && std::ranges::count(kDirectives, line.substr(0, end)) == 1,
