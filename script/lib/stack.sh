@@ -91,7 +91,8 @@ EOF
 }
 
 start_agent() {
-    stack_start snmpmain "$BUILD/bin/snmpmain" --remote "$STACK_ADDRESS" --notrap "$@"
+    # shellcheck disable=SC2086 # a program, perhaps behind an emulator
+    stack_start snmpmain ${SNMPMAIN_AGENT:-"$BUILD/bin/snmpmain"} --remote "$STACK_ADDRESS" --notrap "$@"
     wait_until 60 snmpmain agent_answers
 }
 
