@@ -1,6 +1,5 @@
 #include "src/snmptables/unit_table.h"
 
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
