@@ -73,7 +73,7 @@ void RoundTrip(benchmark::State& state) {
     RequestFrame frame;
     BuildRequestFrame(kCommand, 0, kFirstSequence, frame);
     ReplyFrame reply;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         ::sendto(socket, frame.bytes.data(), frame.length, 0,
                  reinterpret_cast<const sockaddr*>(&peer), sizeof(peer));
         if (::recv(socket, reply.data(), reply.size(), 0) < 0) {
@@ -88,7 +88,7 @@ BENCHMARK(RoundTrip)->UseRealTime()->Repetitions(5)->ReportAggregatesOnly();
 void Query(benchmark::State& state) {
     TheSurroundings().Use(3);
     ReplyText text;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         if (SwitchMgmtQuery(0, kCommand, text, kString) != 0) {
             state.SkipWithError("no reply");
             break;
@@ -106,7 +106,7 @@ void Discovery(benchmark::State& state) {
     RegisterNotifications(true);
     const auto commands = static_cast<double>(server.TakeCommands().size());
     server.SetRecording(false);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         if (UpdateConnUnitTable() != 0) {
             state.SkipWithError("no discovery");
             break;
@@ -121,7 +121,7 @@ BENCHMARK(Discovery)->Arg(3)->Arg(50)->Arg(239)->UseRealTime()->Unit(benchmark::
 
 void FrameOfACommand(benchmark::State& state) {
     RequestFrame frame;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         BuildRequestFrame(kCommand, 0, kFirstSequence, frame);
         benchmark::DoNotOptimize(frame);
     }
@@ -130,7 +130,7 @@ BENCHMARK(FrameOfACommand);
 
 void IntegerReply(benchmark::State& state) {
     std::uint32_t value = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         ReplyText text{"4294967295"};
         benchmark::DoNotOptimize(ParseReturnValue(text.data(), text.size(), kInteger, &value));
     }
@@ -143,7 +143,7 @@ void NextUnit(benchmark::State& state) {
     const variable column{1, ASN_INTEGER, NETSNMP_OLDAPI_RONLY, nullptr, 2, {1, 3}};
     oid name[MAX_OID_LEN]{};
     std::size_t length = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         std::uint16_t unit = 0;
         if (GetNextUnit(&column, name, &length, unit) != 0) {
             length = column.namelen;
@@ -167,12 +167,12 @@ void HandlerValue(benchmark::State& state) {
         });
     variable column{};
     column.magic = record->magic;
-    column.type = record->type;
+    column.type = static_cast<char>(record->type);
     column.namelen = record->namelen;
     std::copy_n(record->name, record->namelen, column.name);
     oid name[MAX_OID_LEN]{};
     std::size_t length = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         std::size_t size = 0;
         WriteMethod* write = nullptr;
         if (record->findVar(&column, name, &length, 0, &size, &write) == nullptr) {

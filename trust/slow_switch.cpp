@@ -115,9 +115,9 @@ TEST_F(SlowSwitch, SomeAreSilentWhileTheFabricChanges) {
     silence(true);
     double many = 0;
     {
-        std::vector<std::string> ports;
+        std::vector<std::string> ports(8);
         for (int i = 0; i < 8; ++i) {
-            ports.push_back(PortName(i < 8 / count ? 7 : 1, i % 4));
+            ports[static_cast<std::size_t>(i)] = PortName(i < 8 / count ? 7 : 1, i % 4);
         }
         const Clock::time_point start = Clock::now();
         Session(stack_.SnmpAddress(), 100).GetAll(ports);

@@ -128,9 +128,9 @@ void StartSubAgent(const char* socketPath) {
 
 [[noreturn]] void RunMainLoop() {
     for (;;) {
-        BeginWork();
+        BeginWork(Work::kDeferred);
         const bool waiting = AgentIdleStep();
-        BeginWork();
+        BeginWork(Work::kRequest);
         agent_check_and_process(waiting ? kPoll : kBlock);
         LogCaughtSignals();
     }

@@ -5,7 +5,6 @@
 #include <pthread.h>
 #include <sys/select.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <bitset>
@@ -36,6 +35,7 @@ using Clock = std::chrono::steady_clock;
 constexpr const char* kDefaultAddress = "127.0.0.1";
 constexpr std::chrono::seconds kWriteTimeout{2};
 constexpr std::chrono::seconds kTickLength{1};
+constexpr std::chrono::microseconds kLookInterval{100'000};  // of a requester, at the clock
 constexpr int kGetTicks = 2;
 constexpr int kOtherTicks = 10;
 constexpr const char* kNoValue = "No value returned from switch management";
@@ -70,21 +70,25 @@ Link& link = *new Link;
 // Set while a receiver of notifications runs: it holds up all requests, so it cannot make one.
 thread_local bool inReceiver = false;
 
-struct Work {
-    std::uint32_t number = 0;
-    std::bitset<256> silent;  // switches that have let it wait in vain, by their 8-bit domain ids
+// Domain ids have 8 bits; what a notification brings may be larger.
+constexpr std::size_t kDomainBits = 257;
+
+struct WorkState {
+    Work work = Work::kOther;
+    std::uint32_t requests = 0;
+    std::bitset<kDomainBits> silent;  // switches that have let it wait in vain
 };
 
-thread_local Work work;
+thread_local WorkState current;
 
-bool IsKnownSilent(std::uint32_t domain) {
-    return domain < work.silent.size() && work.silent[domain];
+// The place of a switch among the silent ones.
+std::size_t PlaceOf(std::uint32_t domain) {
+    return IsLocalDomain(domain) ? 0 : std::min<std::size_t>(domain, kDomainBits - 1);
 }
 
-void NoteSilence(std::uint32_t domain) {
-    if (work.number != 0 && domain < work.silent.size()) {
-        work.silent.set(domain);
-    }
+bool IsWorthAsking(std::uint32_t domain, const RequestFrame& frame) {
+    return current.work == Work::kOther || !current.silent[PlaceOf(domain)] ||
+           (current.work == Work::kDeferred && RequestMessageType(frame) == kGetMessage);
 }
 
 class RequestLock {
@@ -120,10 +124,11 @@ Readiness WaitForSocket(bool forWriting, std::chrono::microseconds time) {
 
 // ---- receiving ----
 
-enum class Received { kNothing, kReply, kOther };
+enum class Received { kReply, kOther };
 
 // Receives one datagram, notes its sender as the peer and hands a notification to its receiver;
-// `sequence` is that of a reply. Waits for it at most a tick, or not at all with MSG_DONTWAIT.
+// `sequence` is that of a reply. Waits for it at most kLookInterval, or not at all with
+// MSG_DONTWAIT.
 Received ReceiveDatagram(ReplyFrame& buffer, int flags, std::uint32_t& sequence) {
     sockaddr_in sender{};
     socklen_t senderLength = sizeof(sender);
@@ -131,10 +136,7 @@ Received ReceiveDatagram(ReplyFrame& buffer, int flags, std::uint32_t& sequence)
     const ssize_t received = ::recvfrom(link.socket, buffer.data(), buffer.size(), flags,
                                         reinterpret_cast<sockaddr*>(&sender), &senderLength);
     if (received < 0) {
-        if (errno == EAGAIN || errno == EWOULDBLOCK) {
-            return Received::kNothing;
-        }
-        if (errno != EINTR) {
+        if (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) {
             TraceLog(kSevere, "Error on read from socket");
         }
         return Received::kOther;
@@ -243,30 +245,25 @@ int SendDatagram(const RequestFrame& frame, const sockaddr_in& peer) {
 
 // Waits for the reply with the sequence `expected`. Returns 0 or -1 (logged).
 int WaitForReply(ReplyFrame& reply, std::uint32_t expected, int ticks) {
-    Clock::time_point nextTick = Clock::now() + kTickLength;
-    while (ticks > 0) {
+    Clock::time_point end = Clock::now() + ticks * kTickLength;
+    do {
         std::uint32_t sequence = 0;
-        const Received received = ReceiveDatagram(reply, 0, sequence);
-        if (received == Received::kReply) {
-            if (sequence == expected) {
-                return 0;
-            }
-            TraceLog(kSevere, "Msg sequencing error:");
-            TraceLog(kSevere, "Msg sent:0x%x", expected);
-            TraceLog(kSevere, "Msg received:0x%x", sequence);
-            ticks = kGetTicks;
-            nextTick = Clock::now() + kTickLength;
-        } else if (received == Received::kNothing || Clock::now() >= nextTick) {
-            // The clock counts as well, since other datagrams may keep coming.
-            --ticks;
-            nextTick = Clock::now() + kTickLength;
+        if (ReceiveDatagram(reply, 0, sequence) != Received::kReply) {
+            continue;
         }
-    }
+        if (sequence == expected) {
+            return 0;
+        }
+        TraceLog(kSevere, "Msg sequencing error:");
+        TraceLog(kSevere, "Msg sent:0x%x", expected);
+        TraceLog(kSevere, "Msg received:0x%x", sequence);
+        end = Clock::now() + kGetTicks * kTickLength;
+    } while (Clock::now() < end);
     TraceLog(kSevere, kNoValue);
     return -1;
 }
 
-int SendWithRetry(const RequestFrame& frame, ReplyFrame& reply) {
+int SendWithRetry(const RequestFrame& frame, ReplyFrame& reply, std::size_t place) {
     const int ticks = RequestMessageType(frame) == kGetMessage ? kGetTicks : kOtherTicks;
     const OpenRequest request;
     for (int attempt = 0; attempt < 2; ++attempt) {
@@ -274,8 +271,12 @@ int SendWithRetry(const RequestFrame& frame, ReplyFrame& reply) {
             return -1;
         }
         if (WaitForReply(reply, link.sequence, ticks) == 0) {
+            current.silent.reset(place);
             return 0;
         }
+    }
+    if (current.work != Work::kOther) {
+        current.silent.set(place);
     }
     return -1;
 }
@@ -329,10 +330,9 @@ int InitLink(const char* remoteAddress) {
         std::fputs("SNMP:Socket initialization failure\n", stderr);
         return -1;
     }
-    // A requester's waiting wakes once a tick.
-    timeval tick{};
-    tick.tv_sec = kTickLength.count();
-    if (::setsockopt(link.socket, SOL_SOCKET, SO_RCVTIMEO, &tick, sizeof(tick)) != 0) {
+    timeval look{};
+    look.tv_usec = kLookInterval.count();
+    if (::setsockopt(link.socket, SOL_SOCKET, SO_RCVTIMEO, &look, sizeof(look)) != 0) {
         std::fputs("SNMP:Socket initialization failure\n", stderr);
         return -1;
     }
@@ -372,24 +372,20 @@ int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* lo
     if (inReceiver) {
         return -1;
     }
-    if (IsKnownSilent(domain)) {
-        TraceLog(kSevere, kNoValue);
-        return -1;
-    }
     const RequestLock lock;
     RequestFrame frame;
     const std::uint32_t sequence = NextSequence(link.sequence);
     if (BuildRequestFrame(command, MakeTargetWord(domain), sequence, frame) != 0) {
         return -1;
     }
+    if (!IsWorthAsking(domain, frame)) {
+        TraceLog(kSevere, kNoValue);
+        return -1;
+    }
     link.sequence = sequence;
     requestSize = frame.length;
     TraceLog(kTrace, "%-3d>> %s", static_cast<int>(domain), loggedText);
-    if (SendWithRetry(frame, reply) != 0) {
-        NoteSilence(domain);
-        return -1;
-    }
-    return 0;
+    return SendWithRetry(frame, reply, PlaceOf(domain));
 }
 
 std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyText& result,
@@ -418,20 +414,24 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
     return SwitchMgmtQuery(domain, command.data(), result, type, value);
 }
 
-void BeginWork() {
-    work.number = work.number == UINT32_MAX ? 1 : work.number + 1;
-    work.silent.reset();
-}
-
-std::uint32_t CurrentWork() {
-    return work.number;
-}
-
-void PauseBeforeNextAttempt() {
-    ::sleep(1);
-    if (work.number != 0) {
-        BeginWork();
+void BeginWork(Work work) {
+    current.work = work;
+    current.silent.reset();
+    if (work == Work::kRequest) {
+        current.requests = current.requests == UINT32_MAX ? 1 : current.requests + 1;
     }
+}
+
+void ForgetSilence() {
+    current.silent.reset();
+}
+
+bool WorkMetSilence() {
+    return current.silent.any();
+}
+
+std::uint32_t CurrentRequest() {
+    return current.work == Work::kRequest ? current.requests : 0;
 }
 
 int PingSwitchMgmt(std::uint32_t domain) {

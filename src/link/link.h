@@ -61,18 +61,28 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
 int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
                        ReplyFrame& reply, std::size_t& requestSize);
 
-// Begins a piece of work on the calling thread: a manager's request, or what the main loop does
-// between two. Within it the thread waits only once for a switch that does not answer: what it asks
-// that switch afterwards fails at once, unsent. So a request for many values of a silent switch
-// takes 4 seconds, not 4 for each, and snmpd does not lose its patience with the agent.
-void BeginWork();
+// What a thread does at the moment, which says how patient it is with a switch that has let it wait
+// in vain since it began.
+enum class Work : std::uint8_t {
+    kOther,     // waits each time
+    kRequest,   // a manager's request: what it asks that switch afterwards fails at once, unsent
+    kDeferred,  // what the main loop does between requests: the same for all but "Get." commands
+};
 
-// The number of the thread's piece of work; 0 on a thread that has begun none.
-std::uint32_t CurrentWork();
+// Begins a piece of work on the calling thread. So a request for many values of a silent switch
+// takes 4 seconds, not 4 for each, and snmpd does not lose its patience with the agent. Deferred
+// work keeps what it learns, and so it asks each question; a switch that answers one is told
+// everything again.
+void BeginWork(Work work);
 
-// Sleeps a second and lets the next attempt be a new piece of work, in a loop that goes on until a
-// switch answers.
-void PauseBeforeNextAttempt();
+// Waits for every switch again, in the same piece of work.
+void ForgetSilence();
+
+// Whether a switch has let this piece of work wait in vain.
+bool WorkMetSilence();
+
+// The number of the manager's request that the thread works on, 0 for other work.
+std::uint32_t CurrentRequest();
 
 // Asks a switch for nothing but a sign of life. Returns 0 or -1.
 int PingSwitchMgmt(std::uint32_t domain);

@@ -61,10 +61,10 @@ int ReadText(std::uint32_t domain, const char* command, std::array<char, N>& kep
     return 0;
 }
 
-// What another switch has answered in this piece of work. Each row of its tables asks for the same
-// counts, and one request of a manager may be for many rows.
+// What another switch has answered for this request of a manager. Each row of its tables asks for
+// the same counts, and a request may be for several columns of it.
 struct AnsweredCount {
-    std::uint32_t work = 0;
+    std::uint32_t request = 0;
     std::uint32_t domain = 0;
     std::uint32_t count = 0;
 };
@@ -77,14 +77,14 @@ std::uint32_t CountOf(std::uint32_t domain, std::uint32_t kept, AnsweredCount& a
     if (IsLocalDomain(domain)) {
         return kept;
     }
-    const std::uint32_t work = CurrentWork();
-    if (work != 0 && answered.work == work && answered.domain == domain) {
+    const std::uint32_t request = CurrentRequest();
+    if (request != 0 && answered.request == request && answered.domain == domain) {
         return answered.count;
     }
     if (read(domain) != 0) {
         return 0;
     }
-    answered = {work, domain, info.value};
+    answered = {request, domain, info.value};
     return info.value;
 }
 

@@ -45,8 +45,8 @@ int ReadSysObjectId(std::uint32_t domain);     // "Get.Config.Snmp.SysObjectID"
 std::uint32_t ReadAllow4GPorts(std::uint32_t domain);
 
 // Getters: the kept value for a local domain; for any other a fresh one (a count is asked for once
-// in a piece of work, see BeginWork), or the default where the switch does not answer: 0, kNoWwn,
-// "0.0.0.0". A returned text holds until the next call here.
+// for a manager's request, see BeginWork), or the default where the switch does not answer: 0,
+// kNoWwn, "0.0.0.0". A returned text holds until the next call here.
 std::uint32_t GetChassisCount(std::uint32_t domain);
 std::uint32_t GetBladeCount(std::uint32_t domain);
 std::uint32_t GetMaxPorts(std::uint32_t domain);

@@ -156,7 +156,8 @@ int BuildNameServerTable() {
 }
 
 void RefreshNameServerTable() {
-    if (nameServerStale == 1) {
+    // Not for a request that asks a silent switch nothing more: it would find nothing.
+    if (nameServerStale == 1 && !WorkMetSilence()) {
         BuildNameServerTable();
         nameServerStale = 0;
     }

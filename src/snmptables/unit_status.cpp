@@ -150,6 +150,9 @@ int ReadUnitStatus(std::uint32_t domain, std::uint16_t& status) {
             GetUnitStatus(domain, memo.status);
         } else {
             memo.result = ComputeUnitStatus(domain, memo.status);
+            if (memo.result != 0 && WorkMetSilence()) {
+                memo.time = 0;  // perhaps nothing was even asked: another request has to ask anew
+            }
         }
     }
     status = memo.status;

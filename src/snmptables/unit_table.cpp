@@ -1,5 +1,7 @@
 #include "src/snmptables/unit_table.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -204,8 +206,9 @@ int InitConnUnitTable() {
 }
 
 int UpdateConnUnitTable() {
+    ForgetSilence();  // whoever did not obey before may answer now
     while (PingSwitchMgmt(0) != 0) {
-        PauseBeforeNextAttempt();
+        ::sleep(1);
     }
     ReadLocalDomainId();
     ReadProxyEnable();
@@ -240,8 +243,9 @@ int RefreshConnUnitTable() {
     }
     int failures = 0;
     while (UpdateConnUnitTable() != 0 && failures++ <= kFailuresBeforeGivingUp) {
-        PauseBeforeNextAttempt();
+        ::sleep(1);
     }
+    ForgetSilence();
     if (state.registrationHandler != nullptr) {
         state.registrationHandler(true);
     }

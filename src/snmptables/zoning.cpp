@@ -137,15 +137,16 @@ int BuildAliasTable() {
     return Build(kAliasSource, aliases);
 }
 
+// Neither is read for a request that asks a silent switch nothing more: it would find nothing.
 void RefreshZoningTable() {
-    if (zoningStale == 1) {
+    if (zoningStale == 1 && !WorkMetSilence()) {
         BuildZoningTable();
         zoningStale = 0;
     }
 }
 
 void RefreshAliasTable() {
-    if (aliasStale == 1) {
+    if (aliasStale == 1 && !WorkMetSilence()) {
         BuildAliasTable();
         aliasStale = 0;
     }

@@ -1,5 +1,7 @@
 #include "src/traps/notifications.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -11,7 +13,6 @@
 #include "src/base/trace_log.h"
 #include "src/conf/snmpd_conf.h"
 #include "src/link/frame.h"
-#include "src/link/link.h"
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
@@ -68,7 +69,7 @@ void RefreshSwitchInfo() {
     int attempts = 1;
     while (InitSwitchInfo() != 0 && attempts < kRefreshAttempts) {
         ++attempts;
-        PauseBeforeNextAttempt();
+        ::sleep(1);
     }
     // Needing the last attempt is reported even when it succeeded.
     if (attempts == kRefreshAttempts) {

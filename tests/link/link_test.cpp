@@ -107,22 +107,36 @@ TEST_F(LinkTest, SilentSwitchFailsAfterTwoSendingsAndFourTicks) {
     EXPECT_EQ(Ask(7), "7");
 }
 
-TEST_F(LinkTest, SwitchIsWaitedForOnceUntilTheNextPieceOfWork) {
-    EXPECT_EQ(Ask(1), "1");
-    // On a thread of its own, since remembering lasts as long as the thread.
-    std::thread([&] {
-        BeginWork();
-        server.Pause(true);
-        EXPECT_EQ(Ask(2), "failed 65535");
-        server.TakeCommands();
+TEST_F(LinkTest, RequestWaitsForASwitchOnceAndDeferredWorkGoesOnReading) {
+    ReplyText text;
+    const auto takes = [&](const char* command, std::uint32_t domain = 0) {
         const auto begin = SteadyClock::now();
-        EXPECT_EQ(Ask(3), "failed 65535");
-        EXPECT_LT(SteadyClock::now() - begin, std::chrono::milliseconds(500));
+        SwitchMgmtQuery(domain, command, text, kString);
+        return SteadyClock::now() - begin;
+    };
+    constexpr const char* kGet = "Get.Oper.Switch.Nop";
+    constexpr std::chrono::milliseconds kAtOnce{500};
+    Discover();
+    // On a thread of its own, since what it does lasts as long as the thread.
+    std::thread([&] {
+        BeginWork(Work::kRequest);
+        server.Pause(true);
+        EXPECT_GT(takes(kGet), kAtOnce);
+        EXPECT_TRUE(WorkMetSilence());
+        server.TakeCommands();
+        EXPECT_LT(takes(kGet), kAtOnce);
+        EXPECT_LT(takes(kGet, 2), kAtOnce) << "the local switch by its own domain";
         EXPECT_TRUE(server.TakeCommands().empty());
+        BeginWork(Work::kDeferred);
+        EXPECT_GT(takes(kGet), kAtOnce);
+        EXPECT_GT(takes(kGet), kAtOnce);
+        EXPECT_LT(takes("Set.Cmd.Snmp.PrivateEvent.x"), kAtOnce);
         server.Pause(false);
-        EXPECT_EQ(PingSwitchMgmt(7), 0) << "another switch is asked all the same";
-        BeginWork();
-        EXPECT_EQ(Ask(4), "4");
+        EXPECT_EQ(PingSwitchMgmt(0), 0);
+        server.TakeCommands();
+        takes("Set.Cmd.Snmp.PrivateEvent.x");
+        EXPECT_EQ(server.TakeCommands().size(), 1u) << "it has answered since";
+        EXPECT_FALSE(WorkMetSilence());
     }).join();
 }
 
@@ -134,7 +148,7 @@ TEST_F(LinkTest, BusyLinkDoesNotKeepARequesterWaiting) {
     std::thread chatter([&] {
         while (asking) {
             server.SendNotification(0, "29;[chatter]");
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            std::this_thread::sleep_for(std::chrono::milliseconds(900));
         }
     });
     const auto begin = SteadyClock::now();

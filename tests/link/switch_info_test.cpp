@@ -56,12 +56,12 @@ TEST_F(SwitchInfoTest, FailureEndsTheReadingAndKeepsWhatIsKnown) {
     EXPECT_EQ(GetAllow4GPorts(0), 0u);
 }
 
-TEST_F(SwitchInfoTest, CountOfAnotherSwitchIsAskedOnceInAPieceOfWork) {
+TEST_F(SwitchInfoTest, CountOfAnotherSwitchIsAskedOnceForARequest) {
     ASSERT_EQ(InitSwitchInfo(), 0);
-    std::thread([&] {  // whose work ends with it
+    std::thread([&] {  // whose request ends with it
         for (const std::uint32_t ports : {8u, 16u}) {
             server.SetValue(7, "Oper.Switch.MaxPorts", std::to_string(ports));
-            BeginWork();
+            BeginWork(Work::kRequest);
             TakeTexts();
             EXPECT_EQ(GetMaxPorts(7), ports);
             EXPECT_EQ(GetMaxPorts(7), ports);
@@ -73,7 +73,7 @@ TEST_F(SwitchInfoTest, CountOfAnotherSwitchIsAskedOnceInAPieceOfWork) {
     })
         .join();
     server.SetValue(7, "Oper.Switch.MaxPorts", "4");
-    EXPECT_EQ(GetMaxPorts(7), 4u) << "outside any piece of work";
+    EXPECT_EQ(GetMaxPorts(7), 4u) << "outside any request";
 }
 
 TEST_F(SwitchInfoTest, UnreachableRemoteGivesDefaults) {
