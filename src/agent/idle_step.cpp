@@ -46,7 +46,8 @@ bool AgentIdleStep() {
     } else if (unitStatusRefreshPending != 0) {
         RefreshNextUnitStatus();
     }
-    return NotifyQueue::Pending();
+    // New trap destinations are brought to the switch now, not with the next request.
+    return NotifyQueue::Pending() || trapTableChanged != 0;
 }
 
 }  // namespace snmpmain

@@ -6,7 +6,8 @@ namespace snmpmain {
 // Does at most one piece of deferred work: handles a notification, starts bringing changed trap
 // destinations to the switch, refreshes the unit table after a switch-management error, carries
 // back what snmpd has saved (looked for at most ten times a second), or reads one unit's status, in
-// this order of precedence. Returns whether notifications still wait. Main thread only.
+// this order of precedence. Returns whether notifications or changed trap destinations still wait.
+// Main thread only.
 bool AgentIdleStep();
 
 }  // namespace snmpmain
