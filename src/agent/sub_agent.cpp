@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kNoDirectory = "/dev/null";
 
-// Seconds: five switches at once may each need 20 to be found silent while a change is told to all
+// Seconds: five switches at once may each need 24 to be found silent while a change is told to all
 // of them.
 constexpr int kPatience = 120;
 
