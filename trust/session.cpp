@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "trust/measure.h"
+
 namespace trust {
 namespace {
 
@@ -110,6 +112,11 @@ long Session::Walk(const std::string& oid) {
         }
         at = name;
     }
+}
+
+bool AwaitTables(const e2e::Stack& stack, double seconds) {
+    Session manager(stack.SnmpAddress(), 1);
+    return e2e::Within(seconds, [&] { return manager.Get(kUnitCount) == "3"; });
 }
 
 }  // namespace trust

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/e2e/stack.h"
+
 namespace trust {
 
 class Session {
@@ -30,5 +32,9 @@ class Session {
   private:
     void* session_;  // of the single-session interface, which threads may use side by side
 };
+
+// Waits until the agent's tables are served: a daemon may be up without its settings, and then does
+// not answer.
+bool AwaitTables(const e2e::Stack& stack, double seconds = 20);
 
 }  // namespace trust

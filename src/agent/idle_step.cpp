@@ -45,6 +45,8 @@ bool AgentIdleStep() {
         SyncSnmpdPersistent();
     } else if (unitStatusRefreshPending != 0) {
         RefreshNextUnitStatus();
+    } else {
+        ResumeSnmpdConf();
     }
     // New trap destinations are brought to the switch now, not with the next request.
     return NotifyQueue::Pending() || trapTableChanged != 0;

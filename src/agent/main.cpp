@@ -9,6 +9,7 @@
 #include <string>
 
 #include "src/agent/idle_step.h"
+#include "src/agent/master_session.h"
 #include "src/agent/options.h"
 #include "src/agent/signals.h"
 #include "src/agent/sub_agent.h"
@@ -100,6 +101,7 @@ void ReadSwitch() {
     do {
         ::sleep(1);
     } while (FillCaches() != 0);
+    RecallSnmpdConf();
     while (InitSnmpdConf() != 0) {
         std::fputs("Configuration file initialization failed. Reinitializing.\n", stderr);
         ::sleep(1);
@@ -112,18 +114,20 @@ void ReadSwitch() {
 
 void StartSubAgent(const char* socketPath) {
     WaitForMaster(socketPath);
-    // Today's library connects in init_snmp, and goes on trying there.
     if (init_agent(kAgentName) == -1) {
         snmp_shutdown(kAgentName);
         std::fprintf(stderr, "%ssnmpd daemon not found.\n", ClockStamp());
         std::exit(-1);
     }
     AnnouncePatience();  // not before: init_agent sets the library's own, a second
+    TakeOverConnecting();
     init_snmp(kAgentName);
     init_fcmgmt();
     init_femgmt();
     init_NorbexMIB();
     WatchNotifyQueue();
+    WatchClock();
+    KeepMasterSession(socketPath);
 }
 
 [[noreturn]] void RunMainLoop() {

@@ -46,4 +46,9 @@ void WatchNotifyQueue() {
     register_readfd(NotifyQueue::WakeDescriptor(), AcknowledgeQueue, nullptr);
 }
 
+void WatchClock() {
+    snmp_alarm_register(
+        1, SA_REPEAT, [](unsigned, void*) {}, nullptr);
+}
+
 }  // namespace snmpmain

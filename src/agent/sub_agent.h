@@ -15,4 +15,8 @@ void AnnouncePatience();
 // Has the library's event loop wake when a notification is queued.
 void WatchNotifyQueue();
 
+// Has the library's event loop come round once a second, also when nobody asks anything: what snmpd
+// has saved is found by looking at its file.
+void WatchClock();
+
 }  // namespace snmpmain
