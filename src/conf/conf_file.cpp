@@ -1,15 +1,7 @@
 #include "src/conf/conf_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
-#include <string>
 #include <string_view>
 
-#include "src/base/trace_log.h"
 #include "src/conf/conf_keys.h"
 #include "src/link/switch_info.h"
 
@@ -37,11 +29,8 @@ bool Contains(std::string_view text, const char* word) {
     return text.find(word) != text.npos;
 }
 
-// An address that means "none" gives no line.
 std::string PlainLine(const ConfKey& row) {
-    const bool isNone = Contains(row.value, "0.0.0.0") || Contains(row.value, "255.255.255.255");
-    const std::string written = WrittenValue(row.value);
-    return isNone && written == Printable(row.value) ? "" : Line(row, written);
+    return IsLeftOut(row.value) ? "" : Line(row, WrittenValue(row.value));
 }
 
 std::string InformSinkLine(std::span<const ConfKey> rows, std::string_view community) {
@@ -53,32 +42,6 @@ std::string InformSinkLine(std::span<const ConfKey> rows, std::string_view commu
     }
     return Line(address,
                 std::string(address.value) + " " + std::string(community) + " " + port.value);
-}
-
-std::string V2Text(bool& v3Enabled) {
-    const std::span<const ConfKey> rows = V2Section();
-    std::string text;
-    std::string_view community;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        const ConfKey& row = rows[i];
-        const std::string_view key = row.key;
-        if (key == "V3Enable") {
-            v3Enabled = row.value == kTrue;
-            i += v3Enabled ? 2 : 0;  // without the two communities
-        } else if (key == "engineID") {
-            // A blade is told from its neighbours by its own identifier.
-            text += IsBladeType() ? Line(row, std::string("177 ") + row.value) : "";
-        } else if (key == "informsink") {
-            text += InformSinkLine(rows.subspan(i, 3), community);
-            i += 2;
-        } else if (key == "trapcommunity") {
-            community = row.value;
-            text += Line(row, row.value);
-        } else {
-            text += PlainLine(row);
-        }
-    }
-    return text;
 }
 
 struct V3User {
@@ -110,60 +73,49 @@ std::string V3UserLines(const V3User& user) {
            Printable("createUser " + name + authentication + privacy) + "\n";
 }
 
-enum class Section { kFirst, kAppended };
-
-// Opens the file for its owner alone, whatever its mode was. Returns the descriptor or -1.
-int OpenPrivately(const char* path, Section section) {
-    constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
-    const int file = ::open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, kOwnerOnly);
-    if (file >= 0 && (::fchmod(file, kOwnerOnly) != 0 ||
-                      (section == Section::kFirst && ::ftruncate(file, 0) != 0))) {
-        ::close(file);
-        return -1;
-    }
-    return file;
-}
-
-int WriteAll(int file, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = ::write(file, text.data(), text.size());
-        if (written < 0 && errno != EINTR) {
-            return -1;
-        }
-        text.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
-    }
-    return 0;
-}
-
-// Begins the file or goes on with it. A file that cannot be opened is left as it is.
-int WriteSection(const char* path, Section section, std::string_view text, const char* cannotOpen) {
-    const int file = OpenPrivately(path, section);
-    if (file < 0) {
-        TraceLog(kSevere, "%s", cannotOpen);
-        return 0;
-    }
-    const int written = WriteAll(file, text);
-    return ::close(file) == 0 ? written : -1;
-}
-
 }  // namespace
+
+bool IsLeftOut(const char* value) {
+    const bool isNone = Contains(value, "0.0.0.0") || Contains(value, "255.255.255.255");
+    return isNone && WrittenValue(value) == Printable(value);
+}
 
 std::string WrittenValue(const char* value) {
     return Contains(value, "True") ? "1" : Contains(value, "False") ? "2" : Printable(value);
 }
 
-int WriteV2Section(const char* path, bool& v3Enabled) {
-    return WriteSection(path, Section::kFirst, V2Text(v3Enabled),
-                        "Failed to open 'snmpd.conf' file");
+std::string V2Text(bool& v3Enabled) {
+    const std::span<const ConfKey> rows = V2Section();
+    std::string text;
+    std::string_view community;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const ConfKey& row = rows[i];
+        const std::string_view key = row.key;
+        if (key == "V3Enable") {
+            v3Enabled = row.value == kTrue;
+            i += v3Enabled ? 2 : 0;  // without the two communities
+        } else if (key == "engineID") {
+            // A blade is told from its neighbours by its own identifier.
+            text += IsBladeType() ? Line(row, std::string("177 ") + row.value) : "";
+        } else if (key == "informsink") {
+            text += InformSinkLine(rows.subspan(i, 3), community);
+            i += 2;
+        } else if (key == "trapcommunity") {
+            community = row.value;
+            text += Line(row, row.value);
+        } else {
+            text += PlainLine(row);
+        }
+    }
+    return text;
 }
 
-int AppendV3Section(const char* path) {
+std::string V3Text() {
     std::string text;
     for (const V3User& user : kV3Users) {
         text += V3UserLines(user);
     }
-    return WriteSection(path, Section::kAppended, text,
-                        "Failed to open persistant 'snmpd.conf' file");
+    return text;
 }
 
 }  // namespace snmpmain

@@ -1,5 +1,5 @@
-// snmpd's configuration file, made of ConfKeyTable. It holds community strings and pass phrases:
-// only its owner may read it. Main thread only.
+// The text of snmpd's configuration file, made of ConfKeyTable. It holds community strings and pass
+// phrases. Main thread only.
 #pragma once
 
 #include <string>
@@ -11,10 +11,12 @@ namespace snmpmain {
 // blanks: a line break would make the rest of the setting a directive of its own.
 std::string WrittenValue(const char* value);
 
-// Begin the file with the section for SNMPv1 and v2c, and append that for SNMPv3. Each returns 0,
-// also when the file cannot be opened for its owner alone (traced), or -1 when it cannot be
-// written. `v3Enabled` receives whether the second section is to follow.
-int WriteV2Section(const char* path, bool& v3Enabled);
-int AppendV3Section(const char* path);
+// Whether a plain setting gives no line: one with an address that means "none" in it.
+bool IsLeftOut(const char* value);
+
+// The section for SNMPv1 and v2c, which the file begins with, and that for SNMPv3. `v3Enabled`
+// receives whether the second is to follow.
+std::string V2Text(bool& v3Enabled);
+std::string V3Text();
 
 }  // namespace snmpmain

@@ -1,217 +1,159 @@
 #include "src/conf/snmpd_conf.h"
 
 #include <signal.h>
-#include <sys/stat.h>
 
-#include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iterator>
 #include <memory>
-#include <string_view>
+#include <string>
 
 #include "src/base/paths.h"
-#include "src/base/text.h"
 #include "src/base/trace_log.h"
+#include "src/base/whole_file.h"
 #include "src/conf/conf_file.h"
 #include "src/conf/conf_keys.h"
-#include "src/link/config_command.h"
-#include "src/link/link.h"
 
 namespace snmpmain {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr const char* kConfigurationFile = "/kelmor/conf/etc/snmpd.conf";
-constexpr const char* kPersistentFile = "/var/ucd-snmp/snmpd.conf";
 constexpr const char* kPidFile = "/var/run/snmpd.pid";
-constexpr int kLineSize = 256;  // bytes with the terminator; the rest of a longer line is another
+constexpr int kPidLineSize = 256;
+constexpr std::chrono::seconds kRetryInterval{30};
 
-// Of the daemon's own file, when it was looked at last; with nanoseconds, since the daemon writes
-// it in pieces.
-timespec savedTime{};
+// Managers may set something while the text is made: it is then made anew, this often.
+constexpr int kAttempts = 5;
 
-bool cyclePending = false;  // the last one failed
+enum class Pending {
+    kNothing,
+    kCycle,  // the last one failed
+    kFile    // it could not write its file
+};
+Pending pending = Pending::kNothing;
+Clock::time_point nextRetry;
 
-int GetModificationTime(timespec& time) {
-    struct stat status {};
-    if (::stat(RootedPath(kPersistentFile).c_str(), &status) != 0) {
-        return -1;
-    }
-    time = status.st_mtim;
-    return 0;
+std::string ConfigurationPath() {
+    return RootedPath(kConfigurationFile);
 }
 
-using File = std::unique_ptr<std::FILE, decltype([](std::FILE* file) { std::fclose(file); })>;
-
-File OpenForReading(const char* path) {
-    return File(std::fopen(RootedPath(path).c_str(), "re"));
-}
-
-// Signals the daemon that its pid file names. Returns 0, also when there is none, or -1.
-int ReloadSnmpd() {
-    const File file = OpenForReading(kPidFile);
+// Signals the daemon that its pid file names. Returns 0, also when there is none, or -1; `told`
+// receives whether it was signalled.
+int ReloadSnmpd(bool& told) {
+    told = false;
+    const std::unique_ptr<std::FILE, decltype([](std::FILE* file) { std::fclose(file); })> file(
+        std::fopen(RootedPath(kPidFile).c_str(), "re"));
     if (file == nullptr) {
         return 0;
     }
-    char line[kLineSize] = "";
+    char line[kPidLineSize] = "";
     std::fgets(line, sizeof(line), file.get());
     // 0 and less would address whole groups of processes, this one among them.
     const long pid = std::strtol(line, nullptr, 10);
-    return pid > 0 && pid <= INT_MAX && ::kill(static_cast<pid_t>(pid), SIGHUP) == 0 ? 0 : -1;
+    told = pid > 0 && pid <= INT_MAX && ::kill(static_cast<pid_t>(pid), SIGHUP) == 0;
+    return told ? 0 : -1;
 }
 
-// What managers can set at the daemon itself.
-struct SharedSetting {
-    const char* key;
-    const char* command;
-    ConfigMode mode;
-    char saved[kConfValueSize] = "";  // what the daemon had saved when its file was read last
-};
-SharedSetting sharedSettings[] = {
-    {"psyslocation", "Config.Snmp.Location.", ConfigMode::kSnmpSetup},
-    {"psyscontact", "Config.Snmp.Contact.", ConfigMode::kSnmpSetup},
-    {"psysname", "Config.Switch.SymName.", ConfigMode::kSwitchConfiguration},
-};
+std::string ConfigurationText(bool& v3Enabled) {
+    std::string text = V2Text(v3Enabled);
+    return v3Enabled ? text + V3Text() : text;
+}
 
-// A line of the daemon's file with one of these settings.
-struct SavedLine {
-    ConfKey& row;           // that of the first key found anywhere in the line, also in the text
-    SharedSetting* shared;  // the setting that the row has; null when it is another row
-    std::string_view value;
-};
-
-template <typename Function>
-void TakeLine(std::string_view line, Function take) {
-    const auto isIn = [&](const char* key) { return line.find(key) != line.npos; };
-    if (std::ranges::none_of(sharedSettings, isIn, &SharedSetting::key)) {
-        return;
+// A file that cannot be opened is left as it is, and so is one that cannot be written. Returns 0 or
+// -1 (both logged); `v3Enabled` receives whether the text has a section for SNMPv3.
+int WriteConfiguration(bool& v3Enabled) {
+    const FileResult result = ReplaceFile(ConfigurationPath(), ConfigurationText(v3Enabled));
+    if (result == FileResult::kCannotOpen) {
+        TraceLog(kSevere, "Failed to open 'snmpd.conf' file");
+    } else if (result == FileResult::kCannotWrite) {
+        TraceLog(kSevere, "Failed to write 'snmpd.conf' file: %s", std::strerror(errno));
     }
-    const auto row = std::ranges::find_if(V2Section(), [&](const ConfKey& candidate) {
-        return candidate.key[0] != '\0' && isIn(candidate.key);
-    });
-    const auto shared =
-        std::ranges::find(sharedSettings, std::string_view(row->key), &SharedSetting::key);
-    const std::size_t begin = std::min(std::strlen(row->key) + 1, line.size());
-    take(SavedLine{*row, shared != std::end(sharedSettings) ? shared : nullptr,
-                   line.substr(begin, kConfValueSize - 1)});
+    return result == FileResult::kReplaced ? 0 : -1;
 }
 
-template <typename Function>
-void ReadPersistentFile(Function take) {
-    const File file = OpenForReading(kPersistentFile);
-    char line[kLineSize];
-    // At its end the daemon's file is still being written: a line without an end does not count.
-    while (file != nullptr && std::fgets(line, sizeof(line), file.get()) != nullptr &&
-           std::feof(file.get()) == 0) {
-        line[std::strcspn(line, "\n")] = '\0';
-        TakeLine(line, take);
-    }
-}
-
-void Remember(const SavedLine& line) {
-    if (line.shared != nullptr) {
-        CopyText(line.shared->saved, sizeof(line.shared->saved), line.value.data());
-    }
-}
-
-// Takes over what is new in the daemon's file: neither what was written for it, nor what it had
-// saved before (it keeps a setting that is cleared at the switch). Returns whether there was
-// something.
-bool TakeWhatIsNew() {
-    bool anyNew = false;
-    ReadPersistentFile([&](const SavedLine& line) {
-        const bool isKnown = WrittenValue(line.row.value) == line.value ||
-                             (line.shared != nullptr && line.shared->saved == line.value);
-        Remember(line);
-        if (!isKnown) {
-            CopyText(line.row.value, sizeof(line.row.value), line.value.data());
-            anyNew = true;
-        }
-    });
-    return anyNew;
-}
-
-int SendBack(const SharedSetting& setting) {
-    const auto row = std::ranges::find(V2Section(), std::string_view(setting.key), &ConfKey::key);
-    char command[kCommandSize];
-    FormatText(command, "%s%s", setting.command, row->value);
-    return SendConfigCommand(0, command, setting.mode);
-}
-
-int WriteConfiguration() {
-    const std::string path = RootedPath(kConfigurationFile);
+// What managers set at the daemon from now on until it reads the file would be lost: it is looked
+// for once more when the file is written.
+int WriteBothSides() {
     std::fputs("SNMP:Writing configuration information to file\n", stderr);
     bool v3Enabled = false;
-    if (WriteV2Section(path.c_str(), v3Enabled) != 0) {
-        std::fputs("SNMP:Error writing SNMP configuration data\n", stderr);
-        return -1;
+    int written = -1;
+    for (int i = 0; i < kAttempts && (i == 0 || SnmpdConfChanged()); ++i) {
+        CarryToSwitch();
+        written = WriteConfiguration(v3Enabled);
     }
     if (v3Enabled) {
         std::fputs("SNMP:Writing v3 configuration information to file\n", stderr);
-        if (AppendV3Section(path.c_str()) != 0) {
-            std::fputs("SNMP:Error writing SNMP v3 configuration data\n", stderr);
-            return -1;
-        }
     }
-    return 0;
+    if (written != 0) {
+        std::fputs("SNMP:Error writing SNMP configuration data\n", stderr);
+    }
+    return written;
 }
 
 int RunCycle() {
     // The misspelling is known to those who watch for this line.
     std::fputs("SNMP:Initializing configuration paramenters\n", stderr);
     ReadConfSettings();
-    if (WriteConfiguration() != 0) {
-        return -1;
-    }
+    const int written = WriteBothSides();
     std::fputs("SNMP:Saving configuration file stats\n", stderr);
-    if (GetModificationTime(savedTime) != 0) {
+    if (!SnmpdHasOwnFile()) {
         std::fputs("SNMP:Error saving SNMP configuration file stats\n", stderr);
         return -1;
     }
-    ReadPersistentFile(Remember);
     std::fputs("SNMP:Forcing snmpd configuration update\n", stderr);
-    if (ReloadSnmpd() != 0) {
+    bool told = false;
+    if (ReloadSnmpd(told) != 0) {
         std::fputs("SNMP:Error restarting snmpd with correct configuration data\n", stderr);
     }
+    if (written == 0) {
+        NoteAgreement(ConfigurationPath().c_str(), told);
+    }
     std::fputs("SNMP:Configuration parameters initialized\n", stderr);
+    pending = written == 0 ? Pending::kNothing : Pending::kFile;
     return 0;
 }
 
 }  // namespace
 
+void RecallSnmpdConf() {
+    RecallAgreement(ConfigurationPath().c_str());
+}
+
 int InitSnmpdConf() {
-    cyclePending = RunCycle() != 0;
-    return cyclePending ? -1 : 0;
-}
-
-void RefreshSnmpdConf() {
-    if (SnmpdConfChanged()) {
-        SyncSnmpdPersistent();
-    }
-    InitSnmpdConf();
-}
-
-bool SnmpdConfChanged() {
-    timespec time{};
-    if (GetModificationTime(time) != 0) {
-        TraceLog(kSevere, "stat command failed on snmpd.conf file");
-        return false;
-    }
-    return time.tv_sec != savedTime.tv_sec || time.tv_nsec != savedTime.tv_nsec;
+    pending = Pending::kCycle;
+    nextRetry = Clock::now() + kRetryInterval;
+    return RunCycle();
 }
 
 void SyncSnmpdPersistent() {
-    GetModificationTime(savedTime);  // first: what is written meanwhile is read the next time
-    if (TakeWhatIsNew()) {
-        for (const SharedSetting& setting : sharedSettings) {
-            if (SendBack(setting) != 0) {
-                break;
-            }
+    const bool sent = CarryToSwitch();
+    if (pending == Pending::kCycle) {
+        InitSnmpdConf();
+    } else if (sent) {
+        // The switch will tell of its change, and that leads to another cycle. But a daemon that is
+        // started before has to find what its managers have set.
+        bool ignored = false;
+        if (WriteConfiguration(ignored) == 0) {
+            NoteAgreement(ConfigurationPath().c_str(), false);
         }
     }
-    if (cyclePending) {
+}
+
+void ResumeSnmpdConf() {
+    if ((pending == Pending::kNothing && !HasUnsentSettings()) || Clock::now() < nextRetry) {
+        return;
+    }
+    nextRetry = Clock::now() + kRetryInterval;
+    // The daemon is not made to read a file that is as it was.
+    bool ignored = false;
+    if (pending == Pending::kNothing) {
+        CarryToSwitch();
+    } else if (pending == Pending::kCycle || WriteConfiguration(ignored) == 0) {
         InitSnmpdConf();
     }
 }

@@ -88,14 +88,14 @@ void FollowPortHardware(const NotificationRecord& record) {
 void FollowLocalConfig(std::uint16_t kind) {
     if (kind == kSnmpConfig) {
         RefreshConnUnitTable();
-        RefreshSnmpdConf();
+        InitSnmpdConf();
         ReadTrapDestinations();
         return;
     }
     if (CheckInbandEnableChange() != 0) {
         SendFabricUpdateEvent();
     }
-    RefreshSnmpdConf();
+    InitSnmpdConf();
 }
 
 // Brings up to date what the agent keeps. `fabricUpdated`: a private event says so.

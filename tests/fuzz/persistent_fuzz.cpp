@@ -116,15 +116,15 @@ class Agent {
 
         const Root root;
         ForgetTheLast(root);
-        changes_ = 0;
         switch_.SetReplier([&](const sim::Request& request, const Datagram& proper) {
             return std::vector<Datagram>{Answer(texts, (bits & kRefusing) != 0, request, proper)};
         });
         ReadSwitchType();
+        Require(InitSnmpdConf() == 0, "both sides agree");
+        changes_ = 0;
         root.Save({reinterpret_cast<const char*>(saved.data()), saved.size()});
         SyncSnmpdPersistent();
-        Require(changes_ <= ((bits & kRefusing) != 0 ? 1 : 3),
-                "each setting goes out once at most");
+        Require(changes_ <= 3, "each setting goes out once at most");
         Require(!SnmpdConfChanged(), "the file has been looked at");
         Require(InitSnmpdConf() == 0, "the configuration is written");
         switch_.SetReplier(nullptr);
@@ -135,7 +135,7 @@ class Agent {
     // Has the agent take the daemon for one that has saved nothing, and the settings for unread.
     static void ForgetTheLast(const Root& root) {
         root.Save("psyslocation \npsyscontact \npsysname \n");
-        SyncSnmpdPersistent();
+        ResetSharedSettings();
         ResetConfKeyTable();
     }
 

@@ -1,0 +1,238 @@
+#include "src/conf/shared_settings.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "src/base/paths.h"
+#include "src/base/text.h"
+#include "src/base/trace_log.h"
+#include "src/conf/conf_file.h"
+#include "src/conf/conf_keys.h"
+#include "src/link/config_command.h"
+#include "src/link/link.h"
+
+namespace snmpmain {
+namespace {
+
+constexpr const char* kPersistentFile = "/var/ucd-snmp/snmpd.conf";
+constexpr int kLineSize = 256;  // bytes with the terminator; the rest of a longer line is another
+
+struct SharedSetting {
+    const char* key;  // of the row in ConfKeyTable
+    const char* setting;
+    ConfigMode mode;
+    std::optional<std::string> agreed;  // as it stands in the daemon's file; unknown before
+    std::string saved;                  // what the daemon's file said when it was read last
+    bool unsent = false;                // `saved` is still to go to the switch
+};
+
+struct State {
+    SharedSetting settings[3] = {
+        {"psyslocation", "Config.Snmp.Location.", ConfigMode::kSnmpSetup, {}, {}},
+        {"psyscontact", "Config.Snmp.Contact.", ConfigMode::kSnmpSetup, {}, {}},
+        {"psysname", "Config.Switch.SymName.", ConfigMode::kSwitchConfiguration, {}, {}},
+    };
+    timespec readTime{};  // of the daemon's file when it was read; it is written in pieces
+    // When the rows were written for the daemon; zero when it was not told to read them.
+    timespec writtenTime{};
+};
+
+State state;
+
+using File = std::unique_ptr<std::FILE, decltype([](std::FILE* file) { std::fclose(file); })>;
+
+// Calls `take` for every whole line. At its end the daemon's file may still be being written: a
+// line without an end does not count.
+template <typename Function>
+void ForEachLine(const char* path, Function take) {
+    const File file(std::fopen(path, "re"));
+    char line[kLineSize];
+    while (file != nullptr && std::fgets(line, sizeof(line), file.get()) != nullptr &&
+           std::feof(file.get()) == 0) {
+        line[std::strcspn(line, "\n")] = '\0';
+        take(std::string_view(line));
+    }
+}
+
+int GetModificationTime(const char* path, timespec& time) {
+    struct stat status {};
+    if (::stat(path, &status) != 0) {
+        return -1;
+    }
+    time = status.st_mtim;
+    return 0;
+}
+
+bool IsBefore(const timespec& a, const timespec& b) {
+    return a.tv_sec != b.tv_sec ? a.tv_sec < b.tv_sec : a.tv_nsec < b.tv_nsec;
+}
+
+// snmpd drops the blanks around what it reads.
+std::string_view Trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == text.npos ? "" : text.substr(first, text.find_last_not_of(' ') + 1 - first);
+}
+
+bool IsSame(std::string_view a, std::string_view b) {
+    return Trimmed(a) == Trimmed(b);
+}
+
+ConfKey& RowOf(const SharedSetting& setting) {
+    return *std::ranges::find(V2Section(), std::string_view(setting.key), &ConfKey::key);
+}
+
+// What a line of the daemon's file says, and to which row that belongs: the one of the first key
+// that is found anywhere in the line, also in the text.
+struct SavedLine {
+    ConfKey& row;
+    SharedSetting* setting;  // null when it is another row
+    std::string_view value;
+};
+
+template <typename Function>
+void ForEachSavedLine(const char* path, Function take) {
+    ForEachLine(path, [&](std::string_view line) {
+        const auto isIn = [&](const char* key) { return line.find(key) != line.npos; };
+        if (std::ranges::none_of(state.settings, isIn, &SharedSetting::key)) {
+            return;
+        }
+        const auto row = std::ranges::find_if(
+            V2Section(), [&](const ConfKey& row) { return row.key[0] != '\0' && isIn(row.key); });
+        const auto setting =
+            std::ranges::find(state.settings, std::string_view(row->key), &SharedSetting::key);
+        const std::size_t begin = std::min(std::strlen(row->key) + 1, line.size());
+        take(SavedLine{*row, setting != std::end(state.settings) ? setting : nullptr,
+                       line.substr(begin, kConfValueSize - 1)});
+    });
+}
+
+// Whether the daemon has read what was written for it: it does so at once, and then saves its file.
+bool HasReadWhatWasWritten() {
+    return state.writtenTime.tv_sec != 0 && state.readTime.tv_sec > state.writtenTime.tv_sec + 1;
+}
+
+// Whether the daemon says something that managers have set there. What it said before is not new
+// until it has read what was written for it, nor after the setting was cleared at the switch: it
+// never takes over an empty text.
+bool IsNewAtDaemon(const SharedSetting& setting, std::string_view value) {
+    const bool isOld =
+        IsSame(value, setting.saved) && (setting.agreed == "" || !HasReadWhatWasWritten());
+    return setting.agreed.has_value() && !isOld && !IsSame(value, *setting.agreed);
+}
+
+void TakeLine(const SavedLine& line) {
+    if (line.setting == nullptr) {
+        if (!IsSame(line.value, WrittenValue(line.row.value))) {
+            CopyText(line.row.value, sizeof(line.row.value), std::string(line.value).c_str());
+        }
+        return;
+    }
+    line.setting->unsent = line.setting->unsent || IsNewAtDaemon(*line.setting, line.value);
+    line.setting->saved = line.value;
+}
+
+void ReadDaemonSide() {
+    const std::string path = RootedPath(kPersistentFile);
+    // First: what is written meanwhile is read the next time.
+    if (GetModificationTime(path.c_str(), state.readTime) != 0) {
+        return;
+    }
+    ForEachSavedLine(path.c_str(), TakeLine);
+}
+
+// Brings what the daemon says to the switch, unless that has come to say the same. Returns 0 or -1.
+int Send(SharedSetting& setting) {
+    ConfKey& row = RowOf(setting);
+    CopyText(row.value, sizeof(row.value), setting.saved.c_str());
+    ReplyText reply;
+    const std::uint16_t result = SwitchMgmtQuery(0, row.command, reply, row.type);
+    if (result == kQueryFailed) {
+        return -1;
+    }
+    // There are texts that the switch takes but cannot tell.
+    const std::string before = result == 0 ? WrittenValue(reply.data()) : *setting.agreed;
+    if (IsSame(before, setting.saved)) {
+        return 0;
+    }
+    if (!IsSame(before, *setting.agreed)) {
+        TraceLog(kSevere, "%s was set at snmpd and at the switch: \"%s\" replaces \"%s\"",
+                 setting.key, setting.saved.c_str(), before.c_str());
+    }
+    char command[kCommandSize];
+    FormatText(command, "%s%s", setting.setting, row.value);
+    return SendConfigCommand(0, command, setting.mode);
+}
+
+}  // namespace
+
+void RecallAgreement(const char* path) {
+    if (GetModificationTime(path, state.writtenTime) != 0) {
+        return;
+    }
+    ForEachSavedLine(path, [](const SavedLine& line) {
+        if (line.setting != nullptr) {
+            line.setting->agreed = line.value;
+        }
+    });
+    ForEachSavedLine(RootedPath(kPersistentFile).c_str(), [](const SavedLine& line) {
+        if (line.setting != nullptr) {
+            line.setting->saved = line.value;
+        }
+    });
+}
+
+bool SnmpdConfChanged() {
+    timespec time{};
+    if (GetModificationTime(RootedPath(kPersistentFile).c_str(), time) != 0) {
+        TraceLog(kSevere, "stat command failed on snmpd.conf file");
+        return false;
+    }
+    return IsBefore(time, state.readTime) || IsBefore(state.readTime, time);
+}
+
+bool SnmpdHasOwnFile() {
+    timespec ignored{};
+    return GetModificationTime(RootedPath(kPersistentFile).c_str(), ignored) == 0;
+}
+
+bool CarryToSwitch() {
+    ReadDaemonSide();
+    bool sent = false;
+    for (SharedSetting& setting : state.settings) {
+        if (setting.unsent && Send(setting) == 0) {
+            setting.agreed = setting.saved;
+            setting.unsent = false;
+            sent = true;
+        }
+    }
+    return sent;
+}
+
+bool HasUnsentSettings() {
+    return std::ranges::any_of(state.settings, &SharedSetting::unsent);
+}
+
+void NoteAgreement(const char* path, bool daemonTold) {
+    for (SharedSetting& setting : state.settings) {
+        const char* value = RowOf(setting).value;
+        if (!setting.unsent) {
+            setting.agreed = IsLeftOut(value) ? "" : WrittenValue(value);
+        }
+    }
+    if (!daemonTold || GetModificationTime(path, state.writtenTime) != 0) {
+        state.writtenTime = {};
+    }
+}
+
+void ResetSharedSettings() {
+    state = {};
+}
+
+}  // namespace snmpmain
