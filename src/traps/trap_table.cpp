@@ -22,6 +22,7 @@ struct GuardedTable {
     std::uint32_t changes = 0;  // made to the rows in this process
     std::uint32_t told = 0;     // of these, known to the switch
     bool readingWanted = false;
+    std::array<std::optional<std::uint32_t>, kTrapDestinations> placeVersions;
 };
 
 GuardedTable table;
@@ -38,15 +39,19 @@ int ChangeRow(std::uint16_t index, Change change) {
     return 0;
 }
 
+enum class Replaced { kDone, kLater, kReadAnew };
+
 // Shows what the switch holds, unless a manager had changed that before the reading began and the
-// switch did not know yet, or has changed it since.
-void ReplaceRows(const TrapTable& rows, std::uint32_t toldBefore) {
+// switch did not know yet, or has changed it since. Whoever tells the switch reads later then; when
+// it has been told already, nobody else will.
+Replaced ReplaceRows(const TrapTable& rows, std::uint32_t toldBefore) {
     const std::scoped_lock locks(table.kept, table.mutex);
-    if (table.changes != toldBefore) {
-        table.readingWanted = true;
-        return;
+    if (table.changes == toldBefore) {
+        table.rows = rows;
+        return Replaced::kDone;
     }
-    table.rows = rows;
+    table.readingWanted = table.changes != table.told;
+    return table.readingWanted ? Replaced::kLater : Replaced::kReadAnew;
 }
 
 std::uint32_t CountToldChanges() {
@@ -66,14 +71,11 @@ bool IsSameDestination(const TrapRow& a, const TrapRow& b) {
     return std::strcmp(a.address, b.address) == 0 && a.port == b.port;
 }
 
-// Asks for one setting of a destination; the keys of the first one carry no number.
+// Asks for one setting of a destination.
 int AskSetting(const char* setting, std::uint16_t destination, ReplyText& reply,
                ConversionType type = kString, std::uint32_t* number = nullptr) {
-    char digits[8] = "";
-    if (destination > 0) {
-        FormatText(digits, "%d", destination);
-    }
-    return SwitchMgmtQueryf(0, reply, type, number, "Get.Config.Snmp.%s%s", setting, digits) == 0
+    return SwitchMgmtQueryf(0, reply, type, number, "Get.Config.Snmp.%s%s", setting,
+                            DigitsOfPlace(destination).data()) == 0
                ? 0
                : -1;
 }
@@ -90,10 +92,7 @@ int ReadSettings(std::uint16_t destination, TrapRow& row) {
         return -1;
     }
     row.state = std::strstr(reply.data(), "True") != nullptr ? kTrapRowActive : kTrapRowInactive;
-    // Older switches know no version.
-    const bool version1 = AskSetting("TrapVersion", destination, reply) == 0 &&
-                          std::strchr(reply.data(), '1') != nullptr;
-    row.version = version1 ? kTrapVersion1 : kTrapVersion2c;
+    row.version = AskPlaceVersion(destination);
     return 0;
 }
 
@@ -107,6 +106,7 @@ int ReadRows(TrapTable& rows) {
         }
         if (std::strcmp(address.data(), "0.0.0.0") == 0 ||
             std::strcmp(address.data(), "255.255.255.255") == 0) {
+            NotePlaceVersion(destination, std::nullopt);
             continue;
         }
         TrapRow& row = rows[static_cast<std::size_t>(used)];
@@ -145,19 +145,24 @@ void ResetTrapTable() {
     table.rows = {};
     table.told = table.changes;
     table.readingWanted = false;
+    table.placeVersions = {};
 }
 
 int ReadTrapDestinations() {
-    const std::uint32_t told = CountToldChanges();
-    TrapTable rows;
-    int used = ReadRows(rows);
-    if (used < 0) {
-        return -1;
+    Replaced replaced = Replaced::kReadAnew;
+    while (replaced == Replaced::kReadAnew) {
+        const std::uint32_t told = CountToldChanges();
+        TrapTable rows;
+        int used = ReadRows(rows);
+        if (used < 0) {
+            return -1;
+        }
+        RemoveDoubles(rows, used);
+        std::stable_sort(rows.begin(), rows.begin() + used, [](const TrapRow& a, const TrapRow& b) {
+            return IndexOf(a) < IndexOf(b);
+        });
+        replaced = ReplaceRows(rows, told);
     }
-    RemoveDoubles(rows, used);
-    std::stable_sort(rows.begin(), rows.begin() + used,
-                     [](const TrapRow& a, const TrapRow& b) { return IndexOf(a) < IndexOf(b); });
-    ReplaceRows(rows, told);
     DumpTrapTable();
     return 0;
 }
@@ -170,10 +175,39 @@ TrapTable GetTrapTable() {
 int GetTrapRow(std::uint32_t index, TrapRow& row) {
     const std::lock_guard lock(table.mutex);
     if (index >= table.rows.size() || !IsUsed(table.rows[index])) {
+        TraceLog(kSevere, "Trap table index: %i, out of range\n", static_cast<int>(index));
         return -1;
     }
     row = table.rows[index];
     return 0;
+}
+
+std::optional<std::uint32_t> GetPlaceVersion(std::uint16_t place) {
+    const std::lock_guard lock(table.mutex);
+    return table.placeVersions[place];
+}
+
+void NotePlaceVersion(std::uint16_t place, std::optional<std::uint32_t> version) {
+    const std::lock_guard lock(table.mutex);
+    table.placeVersions[place] = version;
+}
+
+std::uint32_t AskPlaceVersion(std::uint16_t place) {
+    ReplyText reply;
+    // Older switches know no version.
+    const bool version1 =
+        AskSetting("TrapVersion", place, reply) == 0 && std::strchr(reply.data(), '1') != nullptr;
+    const std::uint32_t version = version1 ? kTrapVersion1 : kTrapVersion2c;
+    NotePlaceVersion(place, version);
+    return version;
+}
+
+PlaceDigits DigitsOfPlace(std::uint16_t place) {
+    PlaceDigits digits{};
+    if (place > 0) {
+        FormatText(digits, "%d", place);
+    }
+    return digits;
 }
 
 std::uint16_t GetTrapRowCount() {

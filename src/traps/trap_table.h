@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 
 namespace snmpmain {
 
@@ -35,7 +36,8 @@ void ResetTrapTable();
 
 // Replaces the rows with the switch's destinations, in use from row 0 on, without doubles, sorted
 // by address and port. Rows with changes that the switch has not been told of yet stay as they are;
-// MarkTrapTableTold then asks for another reading. Returns 0, or -1 (and the rows stay) when a
+// MarkTrapTableTold then asks for another reading. One that the switch was told of meanwhile begins
+// anew. Returns 0, or -1 (and the rows stay) when a
 // query fails. Not within a receiver of notifications. "Get.Config.Snmp.TrapAddr%d", "TrapPort%d",
 // "TrapSeverity%d", "TrapEnable%d", "TrapVersion%d"
 int ReadTrapDestinations();
@@ -43,8 +45,22 @@ int ReadTrapDestinations();
 // A copy of all rows.
 TrapTable GetTrapTable();
 
-// A copy of one row. Returns 0, or -1 for one that is not in use.
+// A copy of one row. Returns 0, or -1 (logged) for one that is not in use.
 int GetTrapRow(std::uint32_t index, TrapRow& row);
+
+// What the switch has as a version at the place of a destination (0 to 4), read or set last: it
+// stays there whatever destination is put into that place. Nothing for a place that was empty when
+// the destinations were read.
+std::optional<std::uint32_t> GetPlaceVersion(std::uint16_t place);
+void NotePlaceVersion(std::uint16_t place, std::optional<std::uint32_t> version);
+
+// The version at a place, asked of the switch; SNMPv2c where it knows none. Not within a receiver
+// of notifications. "Get.Config.Snmp.TrapVersion%d"
+std::uint32_t AskPlaceVersion(std::uint16_t place);
+
+// The number of a destination in its commands: the first one's carry none.
+using PlaceDigits = std::array<char, 8>;
+PlaceDigits DigitsOfPlace(std::uint16_t place);
 
 // Rows in use from row 0 on.
 std::uint16_t GetTrapRowCount();

@@ -29,12 +29,30 @@ int Send(const char* command) {
     return SwitchMgmtQuery(0, command, ignored, kString) == 0 ? 0 : -1;
 }
 
-// The row's four settings in one line. The keys of the first destination carry no number.
-int SendRow(std::uint16_t destination, const TrapRow& row) {
-    char digits[8] = "";
-    if (destination > 0) {
-        FormatText(digits, "%d", destination);
+// The rows move from place to place, but versions stay with the places: one that differs there is
+// set for its own.
+int SendVersion(std::uint16_t destination, const TrapRow& row) {
+    if (row.address[0] == '\0') {
+        return 0;
     }
+    const std::optional<std::uint32_t> known = GetPlaceVersion(destination);
+    if ((known ? *known : AskPlaceVersion(destination)) == row.version) {
+        return 0;
+    }
+    char command[kCommandSize];
+    FormatText(command, "Set.Config.Snmp.TrapVersion%s.%s", DigitsOfPlace(destination).data(),
+               row.version == kTrapVersion1 ? "1" : "2");
+    if (Send(command) != 0) {
+        return -1;
+    }
+    NotePlaceVersion(destination, row.version);
+    return 0;
+}
+
+// The row's four settings in one line.
+int SendRow(std::uint16_t destination, const TrapRow& row) {
+    const PlaceDigits place = DigitsOfPlace(destination);
+    const char* digits = place.data();
     in_addr address{};  // 0.0.0.0 for a row that is not in use
     ::inet_pton(AF_INET, row.address, &address);
     char command[kCommandSize];
@@ -53,9 +71,10 @@ int SendRows() {
     }
     std::uint16_t destination = 0;
     for (const TrapRow& row : GetTrapTable()) {
-        if (SendRow(destination++, row) != 0) {
+        if (SendRow(destination, row) != 0 || SendVersion(destination, row) != 0) {
             return -1;
         }
+        ++destination;
     }
     return 0;
 }

@@ -253,9 +253,11 @@ class TrapRegistrations : public Writes {
         EXPECT_TRUE(Same(stack_.Walk(kTraps), Expected(Now(), kTraps)));
     }
 
-    // All rows are brought to the switch.
+    // All rows are brought to the switch. Each destination keeps its version: 1 at port 200,
+    // else 2.
     void ExpectPush(const std::string& changes, const Words& rows) {
         SCOPED_TRACE(changes);
+        const auto before = Now().Find(0)->traps;
         Changes();
         EXPECT_EQ(Set(To(changes)), "");
         ExpectRows(rows);
@@ -270,6 +272,11 @@ class TrapRegistrations : public Writes {
                 "2 Set.Config.Snmp.TrapAddr" + number + (rows[i].empty() ? "00000000" : digits) +
                 ";Config.Snmp.TrapPort" + number + port + ";Config.Snmp.TrapSeverity" + number +
                 severity + ";Config.Snmp.TrapEnable" + number + (state == "on" ? "True" : "False"));
+            const std::string version = port == "200" ? "1" : "2";
+            if (!rows[i].empty() && before[i].version != version) {
+                lines.push_back("2 Set.Config.Snmp.TrapVersion" + number + version);
+            }
+            EXPECT_TRUE(rows[i].empty() || Now().Find(0)->traps[i].version == version);
         }
         lines.push_back("2 Set.Cmd.Snmp.SaveSetup;Cmd.Snmp.ActSetup;Cmd.Switch.RelAdmin");
         EXPECT_EQ(Changes(), lines);

@@ -102,6 +102,15 @@ TEST_F(TrapTableTest, ChangesOutliveReadingsUntilTheSwitchKnowsThem) {
     EXPECT_EQ(RemoveTrapClient(kTrapDestinations), -1);
 }
 
+TEST_F(TrapTableTest, ReadingBegunBeforeTheSwitchWasToldIsNotLost) {
+    Give({{"10.0.0.1", 162, "alert", true, "2"}});
+    ASSERT_EQ(AddTrapClient(0, "10.0.0.2", 163, kTrapRowActive, 6, kTrapVersion2c), 0);
+    server.SetLog([](const std::string&) { MarkTrapTableTold(CountTrapTableChanges()); });
+    EXPECT_EQ(ReadTrapDestinations(), 0);
+    server.SetLog({});
+    EXPECT_EQ(Rows(), Strings{"10.0.0.1:162 3 3 1"});
+}
+
 TEST_F(TrapTableTest, UpdatesDoNotPileUpAtASlowSwitch) {
     Give({});
     ASSERT_EQ(ReadTrapDestinations(), 0);
