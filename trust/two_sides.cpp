@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <array>
+#include <cstdio>
 #include <random>
 #include <thread>
 #include <vector>
@@ -43,6 +44,14 @@ class TwoSides : public testing::Test {
                 [&](sim::Fabric& fabric) { (*fabric.Find(0)).*chosen.member = text; });
         }
         history_[static_cast<std::size_t>(setting)].push_back({text, Clock::now()});
+        Note(std::string(chosen.what) + (atDaemon ? " at snmpd: " : " at the switch: ") + text);
+    }
+
+    // What was done, for the message of a failure.
+    void Note(const std::string& what) {
+        char time[16];
+        std::snprintf(time, sizeof(time), "%.2f ", SecondsSince(start_));
+        notes_.push_back(time + what);
     }
 
     // At rest both sides say what was set last; of what was set within two seconds, any.
@@ -67,6 +76,9 @@ class TwoSides : public testing::Test {
         }
         last_ = std::string(kSettings[setting].what) + ": daemon " + daemon + ", switch " +
                 atSwitch + ", set last " + history.back().text;
+        for (std::size_t i = notes_.size() < 16 ? 0 : notes_.size() - 16; i < notes_.size(); ++i) {
+            last_ += "\n" + notes_[i];
+        }
         return false;
     }
 
@@ -87,6 +99,8 @@ class TwoSides : public testing::Test {
     e2e::Stack stack_;
     std::array<std::vector<Change>, 3> history_;
     std::string last_;
+    const Clock::time_point start_ = Clock::now();
+    std::vector<std::string> notes_;
 };
 
 // A setting of one side, and another one or the same at the other side.
@@ -123,24 +137,30 @@ TEST_F(TwoSides, AgreeAfterAnySequenceOfChanges) {
             switch (under(8)) {
                 case 0:
                     stack_.Stop("snmpmain", SIGKILL);
+                    Note("snmpmain killed");
                     Set(under(3), under(2) == 0, text);
                     Sleep(under(1500));
                     stack_.StartAgent();
+                    Note("snmpmain started");
                     ASSERT_TRUE(AwaitTables(stack_));
+                    Note("serves");
                     break;
                 case 1:
                     Sleep(1500);
                     stack_.Stop("snmpd", under(2) == 0 ? SIGTERM : SIGKILL);
+                    Note("snmpd stopped");
                     Set(under(3), false, text);
                     stack_.StartSnmpdOfSwitch();
+                    Note("snmpd started");
                     ASSERT_TRUE(AwaitTables(stack_));
+                    Note("serves");
                     break;
                 default:
                     Set(under(3), under(2) == 0, text);
             }
             Sleep(under(3000));
         }
-        SCOPED_TRACE(round);
+        Note("rest");
         ExpectAgreement();
     }
     Figure("%d changes, agreed after every six", rounds * 6);

@@ -181,9 +181,15 @@ void RecallAgreement(const char* path) {
             line.setting->agreed = line.value;
         }
     });
-    ForEachSavedLine(RootedPath(kPersistentFile).c_str(), [](const SavedLine& line) {
+    // What the daemon has saved since then is news; what it had before, it may go on saying.
+    const std::string own = RootedPath(kPersistentFile);
+    timespec saved{};
+    const bool isNews =
+        GetModificationTime(own.c_str(), saved) == 0 && IsBefore(state.writtenTime, saved);
+    ForEachSavedLine(own.c_str(), [isNews](const SavedLine& line) {
         if (line.setting != nullptr) {
-            line.setting->saved = line.value;
+            const std::string agreed = line.setting->agreed.value_or("");
+            line.setting->saved = isNews && !agreed.empty() ? agreed : std::string(line.value);
         }
     });
 }
