@@ -133,7 +133,22 @@ TEST_F(TableValuesTest, EventsAndLinks) {
             Octets({0, 0, 0, 10, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, 3})},
            {"1.12.1.9", 1, address, "0", std::string(16, '\0')},
            {"1.12.1.9", 1, address, std::nullopt, "none"}});
-    EXPECT_EQ(Get("1.12.1.10", Unit(7, {1000})), "none");
+}
+
+// The numbers of links have gaps: each row of a walk has a GET all the same, which asks for its
+// value alone.
+TEST_F(TableValuesTest, LinksByTheirNumberAsItStands) {
+    server.SetValue(7, "Oper.Link.NextLinkEntry.1", "900");
+    server.SetValue(7, "Oper.Link.Entry.900.LocalPortNumber", "5");
+    Oid link = Unit(7, {1});
+    EXPECT_EQ(GetNext("1.12.1.4", link), "5");
+    TakeTexts();
+    EXPECT_EQ(Get("1.12.1.4", link), "5");
+    EXPECT_EQ(Get("1.12.1.4", Unit(7, {901})), "none");
+    EXPECT_EQ(TakeTexts(), (std::vector<std::string>{"Get.Oper.Link.Entry.900.LocalPortNumber",
+                                                     "Get.Oper.Link.Entry.901.LocalPortNumber"}));
+    EXPECT_EQ(Get("1.12.1.2", Unit(7, {901})), "901");
+    EXPECT_EQ(CountTexts(""), 0);
 }
 
 TEST_F(TableValuesTest, ZonesAreTheLocalSwitchsToTell) {
