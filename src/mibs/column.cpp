@@ -219,11 +219,11 @@ u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value
     const Column* column = FindColumnIf(
         table, [&](const Column& candidate) { return candidate.magic == call.vp->magic; });
     if (column == nullptr) {
-        if (table.module == nullptr) {
+        if (table.source == nullptr) {
             snmp_set_detail("");
         } else {
-            TraceLog(kSevere, "%s.c %d:Unknown oid sent to %s", table.module, __LINE__,
-                     table.module);
+            TraceLog(kSevere, "%s %d:Unknown oid sent to %.*s", table.source, __LINE__,
+                     static_cast<int>(std::strcspn(table.source, ".")), table.source);
         }
         return nullptr;
     }

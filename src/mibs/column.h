@@ -213,7 +213,9 @@ struct TableShape {
 
 // A table or group of scalars as its handler serves it.
 struct ServedTable {
-    const char* module;  // names the module in messages; null: says nothing of unknown objects
+    // What messages call the module's source; up to its dot it is the module's name. Null: nothing
+    // is said of unknown objects.
+    const char* source;
     std::span<const std::span<const Column>> columns;
     TableShape shape;
 };

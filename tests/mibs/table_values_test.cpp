@@ -2,6 +2,7 @@
 // switches.
 #include <sstream>
 
+#include "src/mibs/femgmt/tables.h"
 #include "tests/support/mib_test.h"
 
 namespace snmpmain {
@@ -168,6 +169,19 @@ TEST_F(TableValuesTest, ZonesAreTheLocalSwitchsToTell) {
     TraceEverything();
     EXPECT_EQ(Get("1.13.1.8", {1, 1}), "none");
     EXPECT_TRUE(Logged("Unknown oid sent to fcmgmt"));
+    // So are objects that no table has, with the name that each module's source has in messages.
+    for (const auto& [table, begin, end] :
+         {std::tuple(&fcmgmt::kLinkTable, ":fcmgmt ", ":Unknown oid sent to fcmgmt"),
+          std::tuple(&femgmt::kLoginTable, ":femgmt.c ", ":Unknown oid sent to femgmt")}) {
+        variable vp{};
+        std::size_t length = 0;
+        MibValue value;
+        EXPECT_EQ(Serve(*table, {&vp, nullptr, nullptr, true, &length, nullptr}, value), nullptr);
+        const std::vector<std::string> logged = TakeLogged();
+        ASSERT_EQ(logged.size(), 1u);
+        EXPECT_NE(logged[0].find(begin), std::string::npos) << logged[0];
+        EXPECT_TRUE(logged[0].ends_with(end)) << logged[0];
+    }
     for (const Oid& index : {Oid{1}, Oid{1, 2}, Oid{2, 1}, Oid{1, 1, 0}, Oid{0, 1}}) {
         EXPECT_EQ(Get("1.13.1.1", index), "none");
         EXPECT_EQ(Get("1.14.1.1", index), "none");

@@ -81,9 +81,9 @@ constexpr std::span<const Column> kClass3Columns = kClass3;
 
 }  // namespace
 
-constinit const ServedTable kErrorTable{"femgmt", {&kErrorColumns, 1}, kModulePortShape};
-constinit const ServedTable kClass1Table{"femgmt", {&kClass1Columns, 1}, kModulePortShape};
-constinit const ServedTable kClass2Table{"femgmt", {&kClass2Columns, 1}, kModulePortShape};
-constinit const ServedTable kClass3Table{"femgmt", {&kClass3Columns, 1}, kModulePortShape};
+constinit const ServedTable kErrorTable{"femgmt.c", {&kErrorColumns, 1}, kModulePortShape};
+constinit const ServedTable kClass1Table{"femgmt.c", {&kClass1Columns, 1}, kModulePortShape};
+constinit const ServedTable kClass2Table{"femgmt.c", {&kClass2Columns, 1}, kModulePortShape};
+constinit const ServedTable kClass3Table{"femgmt.c", {&kClass3Columns, 1}, kModulePortShape};
 
 }  // namespace snmpmain::femgmt

@@ -81,8 +81,8 @@ constexpr std::span<const Column> kModuleColumns = kModules;
 
 }  // namespace
 
-constinit const ServedTable kScalars{"femgmt", {&kElementColumns, 1}, kScalarShape};
+constinit const ServedTable kScalars{"femgmt.c", {&kElementColumns, 1}, kScalarShape};
 constinit const ServedTable kModuleTable{
-    "femgmt", {&kModuleColumns, 1}, {ResolveModule, ResolveModule}};
+    "femgmt.c", {&kModuleColumns, 1}, {ResolveModule, ResolveModule}};
 
 }  // namespace snmpmain::femgmt

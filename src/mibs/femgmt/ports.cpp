@@ -100,9 +100,11 @@ constexpr std::span<const Column> kCapabilityColumns = kCapabilities;
 
 }  // namespace
 
-constinit const ServedTable kPortTable{"femgmt", {&kPortColumns, 1}, kModulePortShape};
-constinit const ServedTable kPortStatusTable{"femgmt", {&kPortStatusColumns, 1}, kModulePortShape};
-constinit const ServedTable kPortPhysTable{"femgmt", {&kPortPhysColumns, 1}, kModulePortShape};
-constinit const ServedTable kCapabilityTable{"femgmt", {&kCapabilityColumns, 1}, kModulePortShape};
+constinit const ServedTable kPortTable{"femgmt.c", {&kPortColumns, 1}, kModulePortShape};
+constinit const ServedTable kPortStatusTable{
+    "femgmt.c", {&kPortStatusColumns, 1}, kModulePortShape};
+constinit const ServedTable kPortPhysTable{"femgmt.c", {&kPortPhysColumns, 1}, kModulePortShape};
+constinit const ServedTable kCapabilityTable{
+    "femgmt.c", {&kCapabilityColumns, 1}, kModulePortShape};
 
 }  // namespace snmpmain::femgmt
