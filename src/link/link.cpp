@@ -388,20 +388,38 @@ int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* lo
     return SendWithRetry(frame, reply, PlaceOf(domain));
 }
 
-std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyText& result,
-                              ConversionType type, std::uint32_t* value) {
+Answer AskSwitch(std::uint32_t domain, const char* command, ReplyText& result, ConversionType type,
+                 std::uint32_t* value) {
     if (value != nullptr) {
         *value = 0;
     }
     ReplyFrame reply;
     std::size_t requestSize = 0;
-    if (SwitchMgmtExchange(domain, command, command, reply, requestSize) != 0 ||
-        CheckReplyFrame(reply, requestSize, result) != 0) {
-        return kQueryFailed;
+    if (SwitchMgmtExchange(domain, command, command, reply, requestSize) != 0) {
+        return {Outcome::kNoAnswer, kQueryFailed};
+    }
+    if (CheckReplyFrame(reply, requestSize, result) != 0) {
+        return {Outcome::kRefused, kQueryFailed};
     }
     TraceLog(kTrace, "%-3d<< %s", static_cast<int>(domain),
              IsSecret(command) ? "(not shown)" : result.data());
-    return static_cast<std::uint16_t>(ParseReturnValue(result.data(), result.size(), type, value));
+    const std::int32_t error = ParseReturnValue(result.data(), result.size(), type, value);
+    return {error == 0 ? Outcome::kAnswered : Outcome::kRefused, static_cast<std::uint16_t>(error)};
+}
+
+Answer AskSwitchf(std::uint32_t domain, ReplyText& result, ConversionType type,
+                  std::uint32_t* value, const char* format, ...) {
+    std::array<char, kCommandSize> command;
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(command.data(), command.size(), format, arguments);
+    va_end(arguments);
+    return AskSwitch(domain, command.data(), result, type, value);
+}
+
+std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyText& result,
+                              ConversionType type, std::uint32_t* value) {
+    return AskSwitch(domain, command, result, type, value).code;
 }
 
 std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, ConversionType type,

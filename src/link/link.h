@@ -40,18 +40,37 @@ int InitLink(const char* remoteAddress);
 // Returns 0 or 0xFFFF.
 std::uint16_t InitSendRecvLock();
 
+// How a question to a switch ended.
+enum class Outcome : std::uint8_t {
+    kAnswered,
+    kRefused,   // an answer that says no: a status byte, an error number, or not of the type asked
+    kNoAnswer,  // the switch was silent, or could not be asked
+};
+
+struct Answer {
+    Outcome outcome;
+    std::uint16_t code;  // what SwitchMgmtQuery returns
+};
+
 // Sends one command to a switch and waits for its answer: the one way to talk to switch management.
 // `domain` is a domain id, 0 for the local switch. `result` receives the reply text, converted as
 // `type` says; `value` the number of an integer reply (may be null). A "Get." request waits two
 // one-second ticks for its reply, any other ten, and is sent once more after that.
-// Returns 0, kQueryFailed, or the error number (low 16 bits) that the switch replied. Requests of
-// several threads follow one another. Any thread; within a receiver of notifications, which holds
-// up all requests, it fails at once.
-std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyText& result,
-                              ConversionType type, std::uint32_t* value = nullptr);
+// Requests of several threads follow one another. Any thread; within a receiver of notifications,
+// which holds up all requests, it fails at once.
+Answer AskSwitch(std::uint32_t domain, const char* command, ReplyText& result, ConversionType type,
+                 std::uint32_t* value = nullptr);
 
 // The same with a command made from a format. Commands of more than 502 characters behind their
 // prefix fail unsent.
+Answer AskSwitchf(std::uint32_t domain, ReplyText& result, ConversionType type,
+                  std::uint32_t* value, const char* format, ...)
+    __attribute__((format(printf, 5, 6)));
+
+// The same for those who do not mind why a query failed. Both return 0, kQueryFailed, or the error
+// number (low 16 bits) that the switch replied.
+std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyText& result,
+                              ConversionType type, std::uint32_t* value = nullptr);
 std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, ConversionType type,
                                std::uint32_t* value, const char* format, ...)
     __attribute__((format(printf, 5, 6)));

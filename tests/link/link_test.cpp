@@ -60,6 +60,17 @@ TEST_F(LinkTest, QueriesConvertAndReportErrorNumbers) {
               kQueryFailed);
     EXPECT_EQ(PingSwitchMgmt(7), 0);
     EXPECT_EQ(server.TakeCommands().back().domain, 7u);
+    // An answer that says no is an answer.
+    EXPECT_EQ(AskSwitch(0, "Get.Test.Error", text, kString).outcome, Outcome::kRefused);
+    EXPECT_EQ(AskSwitch(0, "Get.Oper.Switch.Type", text, kInteger).outcome, Outcome::kRefused);
+    EXPECT_EQ(AskSwitch(0, "Give.Test.Error", text, kString).outcome, Outcome::kNoAnswer);
+    server.SetReplyOverride([](const sim::ReceivedCommand&, std::vector<std::uint8_t> reply) {
+        reply[2] = 1;  // the status byte
+        return std::optional(reply);
+    });
+    const Answer answer = AskSwitch(0, "Get.Oper.Switch.Type", text, kString);
+    EXPECT_EQ(answer.outcome, Outcome::kRefused);
+    EXPECT_EQ(answer.code, kQueryFailed);
 }
 
 TEST_F(LinkTest, SequencesIncreaseByOneAndWrapWithinTheirRange) {
