@@ -24,6 +24,7 @@
 #include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/femgmt/femgmt.h"
 #include "src/snmpoid/snmp_headers.h"
+#include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
@@ -62,6 +63,7 @@ void ResetCaches() {
     ResetZoningTable();
     ResetAliasTable();
     ResetUnitStatusMemo();
+    ResetLogins();
     ResetTrapTable();
     SetDepartureHandler(NotifyQueue::Put);
     SetRegistrationHandler(RegisterNotifications);

@@ -4,13 +4,10 @@
 #include <array>
 #include <cstring>
 #include <span>
-#include <vector>
 
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
-#include "src/link/link.h"
 #include "src/link/switch_info.h"
-#include "src/snmptables/fabric_lists.h"
 #include "src/snmptables/unit_table.h"
 
 namespace snmpmain {
@@ -260,90 +257,6 @@ int GetNextMember(const MemberWalk& walk, const variable* vp, oid* name, std::si
     names[1] = member->member;
     FinishWalk(working, name, length);
     return 0;
-}
-
-// The port ids in one switch's own name server, asked as far as they are needed and no more than
-// once in a request.
-class PortIdsInNameServer {
-  public:
-    explicit PortIdsInNameServer(std::uint32_t domain) : walk_(LocalNameServer(domain)) {}
-
-    // The port id at a position from 0, or null behind the last.
-    const char* At(std::size_t position) {
-        while (!ended_ && position >= ids_.size()) {
-            ended_ = walk_.Next() != 0;
-            if (!ended_) {
-                PortIdText id;
-                CopyText(id.text, sizeof(id.text), walk_.Key().data());
-                ended_ = AppendEntry(ids_, id) != 0;
-            }
-        }
-        return position < ids_.size() ? ids_[position].text : nullptr;
-    }
-
-  private:
-    struct PortIdText {
-        char text[kPortIdTextSize];
-    };
-    KeyWalk walk_;
-    std::vector<PortIdText> ids_;
-    bool ended_ = false;
-};
-
-// Asks for the links at a port, the most logins that are looked for there; 0 when the switch does
-// not tell. Returns -1 when it does not answer at all.
-int AskLinkCount(std::uint32_t domain, std::uint32_t port, std::uint32_t& count) {
-    ReplyText reply;
-    const std::uint16_t result = SwitchMgmtQueryf(domain, reply, kString, nullptr,
-                                                  "Get.Oper.Link.Port.0.%u.LinkEntries", port);
-    count = result == 0 ? ReadDecimal(reply.data()) : 0;
-    return result == kQueryFailed ? -1 : 0;
-}
-
-// Finds the login with the given number at a port with links. Returns its port id, or null.
-const char* FindLogin(std::uint32_t domain, std::uint32_t port, std::uint32_t login,
-                      PortIdsInNameServer& ids) {
-    constexpr std::size_t kDomainAndArea = 4;  // characters of a port id
-    ReplyText type;
-    if (SwitchMgmtQueryf(domain, type, kString, nullptr, "Get.Oper.Topology.0.%u.LocalPortType",
-                         port) != 0 ||
-        std::strchr(type.data(), 'F') == nullptr) {
-        return nullptr;
-    }
-    ReplyText portId;
-    if (SwitchMgmtQueryf(domain, portId, kString, nullptr, "Get.Oper.UserPort.0.%u.PortID", port) !=
-        0) {
-        TraceLog(kError, "%s %d:Get PortID caused NULL return", kSource, __LINE__);
-        return nullptr;
-    }
-    const char* id = ids.At(0);
-    for (std::size_t position = 0; id != nullptr; id = ids.At(++position)) {
-        if (std::strncmp(id, portId.data(), kDomainAndArea) == 0 && login-- == 0) {
-            break;
-        }
-    }
-    return id;
-}
-
-// Moves to the first login from (port, login) on within a unit. False when there is none, or the
-// unit falls silent: waiting for each of its ports would take minutes.
-bool FindLoginOfUnit(std::uint32_t domain, Login& login) {
-    PortIdsInNameServer ids(domain);
-    const std::uint32_t ports = std::min(GetMaxPorts(domain), kMaxPortsAsked);
-    for (; login.port < ports; ++login.port, login.login = 0) {
-        std::uint32_t links = 0;
-        if (AskLinkCount(domain, login.port, links) != 0) {
-            return false;
-        }
-        if (login.login >= links) {
-            continue;
-        }
-        if (const char* id = FindLogin(domain, login.port, login.login, ids)) {
-            CopyText(login.portId, sizeof(login.portId), id);
-            return true;
-        }
-    }
-    return false;
 }
 
 // The numbers of a login walk's request, and where a zero among them sends it.
@@ -666,7 +579,8 @@ int CheckModulePortOID(const variable* vp, const oid* name, std::size_t length, 
     return 0;
 }
 
-int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& found) {
+int GetNextLogin(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
+                 Login& found) {
     const std::span<const oid> request(name, *length);
     WorkingOid working;
     if (BeginWalk(vp, request, kLoginIndexLength, "Oid already has unit and index values attached",
@@ -674,9 +588,9 @@ int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& foun
         return -1;
     }
     const auto names = LastNumbers<kLoginIndexLength>(working);
-    std::uint32_t unit = 0;
-    ReadLoginStart(names, unit, found);
-    TraceNumber("Starting unit index.........", unit);
+    std::uint32_t foundUnit = 0;
+    ReadLoginStart(names, foundUnit, found);
+    TraceNumber("Starting unit index.........", foundUnit);
     TraceNumber("Starting local port index...", found.port);
     TraceNumber("Starting login index........", found.login);
     bool furtherUnit = false;
@@ -684,7 +598,7 @@ int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& foun
         found.port = port;
         found.login = furtherUnit ? 0 : found.login;
         furtherUnit = true;
-        const bool exists = FindLoginOfUnit(domain, found);
+        const bool exists = FindNextLogin(domain, found) == 0;
         port = found.port;
         return exists;
     };
@@ -695,10 +609,10 @@ int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& foun
         names[2] = oid{found.login} + 1;
         return 0;
     };
-    if (FindRowBehind(find, write, request, working, unit, port) != 0) {
+    if (FindRowBehind(find, write, request, working, foundUnit, port) != 0) {
         return -1;
     }
-    found.unit = static_cast<std::uint16_t>(unit);
+    unit = static_cast<std::uint16_t>(foundUnit);
     TraceNumber("Ending unit index...........", unit);
     TraceNumber("Ending local port index.....", found.port);
     TraceNumber("Ending login index..........", found.login);
@@ -706,24 +620,16 @@ int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& foun
     return 0;
 }
 
-int GetLogin(std::span<const oid, kLoginIndexLength> index, Login& found) {
-    const std::uint32_t unit = static_cast<std::uint32_t>(index[0]) - 1;
+int GetLogin(std::span<const oid, kLoginIndexLength> index, std::uint16_t& unit, Login& found) {
+    const std::uint32_t namedUnit = static_cast<std::uint32_t>(index[0]) - 1;
     found.port = static_cast<std::uint32_t>(index[1]) - 1;
     found.login = static_cast<std::uint32_t>(index[2]) - 1;
     std::uint16_t domain = 0;
-    std::uint32_t links = 0;
-    if (std::ranges::count(index, oid{0}) != 0 || GetDomainIdFromIndex(unit, domain) != 0 ||
-        found.port >= std::min(GetMaxPorts(domain), kMaxPortsAsked) ||
-        AskLinkCount(domain, found.port, links) != 0 || found.login >= links) {
+    if (std::ranges::count(index, oid{0}) != 0 || GetDomainIdFromIndex(namedUnit, domain) != 0 ||
+        FindLogin(domain, found) != 0) {
         return -1;
     }
-    PortIdsInNameServer ids(domain);
-    const char* id = FindLogin(domain, found.port, found.login, ids);
-    if (id == nullptr) {
-        return -1;
-    }
-    found.unit = static_cast<std::uint16_t>(unit);
-    CopyText(found.portId, sizeof(found.portId), id);
+    unit = static_cast<std::uint16_t>(namedUnit);
     return 0;
 }
 

@@ -12,6 +12,7 @@
 
 #include "src/snmpoid/index_codec.h"
 #include "src/snmpoid/snmp_headers.h"
+#include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/row_numbers.h"
 #include "src/snmptables/zoning.h"
@@ -77,21 +78,12 @@ int GetNextModulePort(const variable* vp, oid* name, std::size_t* length, std::u
 int CheckModulePortOID(const variable* vp, const oid* name, std::size_t length, std::uint16_t* unit,
                        std::uint16_t* port);
 
-// Index: unit + 1, local port + 1, login + 1. All three count from 0; the port id is that of the
-// device that has logged in. The devices at an F port are the entries of the unit's own name server
-// whose port ids begin with the port's own domain and area, as many as the port has links.
-// "Get.Oper.Link.Port.0.%d.LinkEntries", "Get.Oper.Topology.0.%d.LocalPortType",
-// "Get.Oper.UserPort.0.%d.PortID", "Get.Oper.NameServer.FirstNsEntry", ".NextNsEntry.%s"
-struct Login {
-    std::uint16_t unit;
-    std::uint32_t port;
-    std::uint32_t login;
-    char portId[kPortIdTextSize];
-};
+// Index: unit + 1, local port + 1, login + 1.
 constexpr std::size_t kLoginIndexLength = 3;
-int GetNextLogin(const variable* vp, oid* name, std::size_t* length, Login& found);
+int GetNextLogin(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
+                 Login& found);
 
 // The login with exactly this index. Returns 0, or -1 when there is none.
-int GetLogin(std::span<const oid, kLoginIndexLength> index, Login& found);
+int GetLogin(std::span<const oid, kLoginIndexLength> index, std::uint16_t& unit, Login& found);
 
 }  // namespace snmpmain

@@ -15,11 +15,11 @@ int KeyWalk::Next() {
         return -1;
     }
     ReplyText reply;
-    const std::uint16_t result = asked_ == 0
-                                     ? SwitchMgmtQuery(list_.domain, list_.first, reply, kString)
-                                     : SwitchMgmtQueryf(list_.domain, reply, kString, nullptr,
-                                                        "%s.%s", list_.next, key_.data());
-    if (result != 0 || std::strcmp(reply.data(), kListEnd) == 0) {
+    const Answer answer = asked_ == 0 ? AskSwitch(list_.domain, list_.first, reply, kString)
+                                      : AskSwitchf(list_.domain, reply, kString, nullptr, "%s.%s",
+                                                   list_.next, key_.data());
+    unanswered_ = answer.outcome == Outcome::kNoAnswer;
+    if (answer.outcome != Outcome::kAnswered || std::strcmp(reply.data(), kListEnd) == 0) {
         return -1;
     }
     // A list that leads back to its middle is noticed only when it has come round again.

@@ -31,6 +31,11 @@ class KeyWalk {
     // when the list leads back to a key that was there before.
     int Next();
 
+    // Whether the walk has broken off: its last question was not answered, and the list may go on.
+    bool Unanswered() const {
+        return unanswered_;
+    }
+
     // The present key, which the caller may cut, and its position from 0.
     ReplyText& Key() {
         return key_;
@@ -46,6 +51,7 @@ class KeyWalk {
     ReplyText firstReply_{};
     ReplyText earlierReply_{};  // that of the last position that is a power of two
     std::size_t asked_ = 0;
+    bool unanswered_ = false;
 };
 
 // No fabric has more domains.

@@ -16,6 +16,7 @@
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
+#include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_table.h"
 #include "src/snmptables/zoning.h"
@@ -128,6 +129,7 @@ void Follow(const NotificationRecord& record, bool fabricUpdated) {
             break;
         case kNameServerOper:
             nameServerStale = 1;
+            ForgetLogins(record.domainId);
             break;
         case kSwitchOper:
             InitLogLevel();

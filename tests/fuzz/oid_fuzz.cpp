@@ -29,6 +29,7 @@
 #include "src/mibs/NorbexMIB/NorbexMIB.h"
 #include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/femgmt/tables.h"
+#include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
@@ -266,6 +267,7 @@ class Agent {
         switch_.SetReplier(nullptr);
         switch_.SetScene(fuzz::kNormal);
         ResetUnitStatusMemo();
+        ResetLogins();
         for (std::uint16_t unit = 0; unit < GetUnitCount(); ++unit) {
             SetUnitReset(connUnitTbl[unit].domainId, 0);
         }

@@ -100,7 +100,7 @@ class WalkersTest : public SwitchTest {
                  revisions = Of(GetNextUnitRevision, unit, row),
                  events = Of(GetNextUnitEvent, unit, row), links = Of(GetNextUnitLink, unit, row),
                  zones = Of(GetNextZoneMember, member), aliases = Of(GetNextAliasMember, member),
-                 names = Of(GetNextNameServerEntry, entry), logins = Of(GetNextLogin, login),
+                 names = Of(GetNextNameServerEntry, entry), logins = Of(GetNextLogin, unit, login),
                  modulePorts = Of(GetNextModulePort, unit, row);
     const Walker values = [this](oid* name, std::size_t* length) {
         return GetNextUnitValue(&vp, name, length, 2, unit, row);
@@ -286,17 +286,67 @@ TEST_F(WalkersTest, LoginsAreDevicesAtFabricPorts) {
     ExpectWalk(logins, "1.2.1 1.2.2 3.1.1 3.2.1");
     Expect(logins, "1.2.1>1.2.2");
     EXPECT_STREQ(login.portId, "0201e1");
-    // From the local switch's last login on: its name server is not read twice for port 4.
-    TakeTexts();
     Expect(logins, "1.2.2>3.1.1");
-    EXPECT_EQ(login.unit, 2);
-    EXPECT_EQ(CountTexts("Get.Oper.NameServer.FirstNsEntry"), 2);
+    EXPECT_EQ(unit, 2);
     // A zero begins anew what lies below it; a start beyond the ports does not skip a login.
     Expect(logins, "0.9.9>1.2.1 1.0.1>1.2.1 1.2.0>1.2.1 2.99.7>3.1.1 3.0.7>3.1.1");
-    server.SetValue(1, "Oper.UserPort.0.0.PortID", std::nullopt);
-    ExpectWalk(logins, "1.2.1 1.2.2 3.2.1");
-    server.SetValue(1, "Oper.Link.Port.0.0.LinkEntries", "many");
-    ExpectWalk(logins, "1.2.1 1.2.2 3.2.1");
+    for (const auto& [path, reply] :
+         {std::pair("Oper.UserPort.0.0.PortID", std::optional<std::string>()),
+          std::pair("Oper.Link.Port.0.0.LinkEntries", std::optional<std::string>("many"))}) {
+        server.WithFabric([](sim::Fabric& fabric) { fabric.Find(1)->values.clear(); });
+        server.SetValue(1, path, reply);
+        ResetLogins();
+        ExpectWalk(logins, "1.2.1 1.2.2 3.2.1");
+    }
+}
+
+// What one port refuses hides no other port. Silence ends the switch and is not remembered; what
+// another has answered is, for three seconds.
+TEST_F(WalkersTest, LoginsGoOnAfterARefusalAndComeBackAfterSilence) {
+    const std::string refused = "Get.Oper.Link.Port.0.0.LinkEntries";
+    std::string silent;
+    server.SetReplyOverride(
+        [&](const sim::ReceivedCommand& command,
+            std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
+            if (command.text == silent && command.domain == 2) {
+                return std::nullopt;
+            }
+            reply[2] = command.text == refused ? 1 : 0;  // the status byte
+            return reply;
+        });
+    for (const char* text :
+         {"Get.Oper.NameServer.NextNsEntry.020900", "Get.Oper.Link.Port.0.1.LinkEntries"}) {
+        ResetLogins();
+        Expect(logins, "2.2.2>2.5.1 2.1.1>2.2.1");
+        EXPECT_EQ(CountTexts("FirstNsEntry"), 1);
+        silent = text;
+        Expect(logins, "1.1.1>2.2.1");
+        EXPECT_EQ(CountTexts("FirstNsEntry"), 2) << "longer than three seconds";
+        silent.clear();
+        Expect(logins, "1.1.1>1.2.1");
+        EXPECT_GT(CountTexts(text), 0);
+    }
+}
+
+// Rows cost commands by their number, not by its square, and a GET finds what a walk shows.
+TEST_F(WalkersTest, LoginsCostNoMoreEachWhereThereAreMore) {
+    double commandsPerRow[2];
+    for (const unsigned few : {1u, 0u}) {
+        const unsigned names = few == 1 ? 32 : 128;
+        server.WithFabric(
+            [&](sim::Fabric& fabric) { fabric = sim::GenerateFabric(2, {.names = names}); });
+        Discover();
+        ResetLogins();
+        unsigned rows = 0;
+        for (Oid row = Next(kColumn, logins); !row.empty(); row = Next(row, logins), ++rows) {
+            const Login walked = login;
+            ASSERT_EQ(GetLogin(std::span(row).last<kLoginIndexLength>(), unit, login), 0);
+            ASSERT_STREQ(login.portId, walked.portId);
+        }
+        EXPECT_EQ(rows, 2 * names);
+        commandsPerRow[few] = static_cast<double>(CountTexts("")) / rows;
+    }
+    EXPECT_LE(commandsPerRow[0], 1.3 * commandsPerRow[1]);
 }
 
 // Random requests at every walker, while units, ports, zones and names come and go.

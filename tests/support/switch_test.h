@@ -18,6 +18,7 @@
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
+#include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
@@ -43,6 +44,7 @@ class SwitchTest : public testing::Test {
         ResetZoningTable();
         ResetAliasTable();
         ResetUnitStatusMemo();
+        ResetLogins();
         NotifyQueue::Reset();
         fabricUpdatePending = 0;
         SetDepartureHandler(nullptr);

@@ -93,6 +93,14 @@ TEST_F(NotificationsTest, DispatchRefreshesWhatTheKindConcerns) {
     server.SetValue(0, "Oper.Switch.MaxPorts", "12");
     WalksAfter(2, 36);
     EXPECT_EQ(GetMaxPorts(0), 12u);
+    // Logins are kept until the switch itself tells of its name server.
+    Login login{};
+    EXPECT_EQ(FindLogin(7, login), 0);
+    server.WithFabric([](sim::Fabric& fabric) { fabric.Find(7)->nameServer.clear(); });
+    WalksAfter(2, 9);
+    EXPECT_EQ(FindLogin(7, login), 0);
+    WalksAfter(7, 9);
+    EXPECT_EQ(FindLogin(7, login), -1);
 }
 
 TEST(EventKinds, NamesGoWithTheNoticesAndNumbersBeyondAreClosed) {

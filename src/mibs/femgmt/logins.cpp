@@ -30,7 +30,6 @@ constexpr Column kLogins[] = {
 Login login;
 
 int Take(const HandlerCall& call, Instance& instance) {
-    instance.unit = login.unit;
     instance.row = login.login;
     instance.texts[0] = login.portId;
     return CompleteUnit(call, instance);
@@ -41,17 +40,19 @@ int ResolveLogin(const HandlerCall& call, Instance& instance) {
         return -1;
     }
     const auto index = std::span(call.name, *call.length).last<kLoginIndexLength>();
-    return GetLogin(index, login) == 0 ? Take(call, instance) : -1;
+    return GetLogin(index, instance.unit, login) == 0 ? Take(call, instance) : -1;
 }
 
 int NextLogin(const HandlerCall& call, Instance& instance) {
-    return GetNextLogin(call.vp, call.name, call.length, login) == 0 ? Take(call, instance) : -1;
+    return GetNextLogin(call.vp, call.name, call.length, instance.unit, login) == 0
+               ? Take(call, instance)
+               : -1;
 }
 
 constexpr std::span<const Column> kLoginColumns = kLogins;
 
 }  // namespace
 
-constinit const ServedTable kLoginTable{"femgmt", {&kLoginColumns, 1}, {ResolveLogin, NextLogin}};
+constinit const ServedTable kLoginTable{"femgmt.c", {&kLoginColumns, 1}, {ResolveLogin, NextLogin}};
 
 }  // namespace snmpmain::femgmt
