@@ -40,7 +40,7 @@ struct State {
         {"psysname", "Config.Switch.SymName.", ConfigMode::kSwitchConfiguration, {}, {}},
     };
     timespec readTime{};  // of the daemon's file when it was read; it is written in pieces
-    // When the rows were written for the daemon; zero when it was not told to read them.
+    // When the daemon was told to read what was written for it; zero when it was not.
     timespec writtenTime{};
 };
 
@@ -225,16 +225,26 @@ bool HasUnsentSettings() {
     return std::ranges::any_of(state.settings, &SharedSetting::unsent);
 }
 
-void NoteAgreement(const char* path, bool daemonTold) {
+void NoteAgreement() {
     for (SharedSetting& setting : state.settings) {
         const char* value = RowOf(setting).value;
         if (!setting.unsent) {
             setting.agreed = IsLeftOut(value) ? "" : WrittenValue(value);
         }
     }
-    if (!daemonTold || GetModificationTime(path, state.writtenTime) != 0) {
-        state.writtenTime = {};
-    }
+    state.writtenTime = {};
+}
+
+void NoteDaemonTold() {
+    ::clock_gettime(CLOCK_REALTIME, &state.writtenTime);
+}
+
+bool IsDaemonBehind() {
+    return state.writtenTime.tv_sec == 0 &&
+           std::ranges::any_of(state.settings, [](const SharedSetting& setting) {
+               return !setting.unsent && !setting.agreed.value_or("").empty() &&
+                      !IsSame(setting.saved, *setting.agreed);
+           });
 }
 
 void ResetSharedSettings() {

@@ -28,9 +28,14 @@ bool CarryToSwitch();
 // Whether something is still to be sent again.
 bool HasUnsentSettings();
 
-// The rows have been written for the daemon, in the file at `path`, and it was told to read that or
-// not: both sides agree on them.
-void NoteAgreement(const char* path, bool daemonTold);
+// The rows have been written for the daemon: both sides agree on them. Then: it was told to read
+// them.
+void NoteAgreement();
+void NoteDaemonTold();
+
+// Whether the daemon says something else than what was written for it, and was not told to read
+// that: it was just starting.
+bool IsDaemonBehind();
 
 // Forgets everything; for tests, each of which is a run of its own.
 void ResetSharedSettings();

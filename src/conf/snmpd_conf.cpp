@@ -42,10 +42,8 @@ std::string ConfigurationPath() {
     return RootedPath(kConfigurationFile);
 }
 
-// Signals the daemon that its pid file names. Returns 0, also when there is none, or -1; `told`
-// receives whether it was signalled.
-int ReloadSnmpd(bool& told) {
-    told = false;
+// Signals the daemon that its pid file names. Returns 0, also when there is none, or -1.
+int ReloadSnmpd() {
     const std::unique_ptr<std::FILE, decltype([](std::FILE* file) { std::fclose(file); })> file(
         std::fopen(RootedPath(kPidFile).c_str(), "re"));
     if (file == nullptr) {
@@ -55,8 +53,11 @@ int ReloadSnmpd(bool& told) {
     std::fgets(line, sizeof(line), file.get());
     // 0 and less would address whole groups of processes, this one among them.
     const long pid = std::strtol(line, nullptr, 10);
-    told = pid > 0 && pid <= INT_MAX && ::kill(static_cast<pid_t>(pid), SIGHUP) == 0;
-    return told ? 0 : -1;
+    if (pid <= 0 || pid > INT_MAX || ::kill(static_cast<pid_t>(pid), SIGHUP) != 0) {
+        return -1;
+    }
+    NoteDaemonTold();
+    return 0;
 }
 
 std::string ConfigurationText(bool& v3Enabled) {
@@ -106,12 +107,11 @@ int RunCycle() {
         return -1;
     }
     std::fputs("SNMP:Forcing snmpd configuration update\n", stderr);
-    bool told = false;
-    if (ReloadSnmpd(told) != 0) {
-        std::fputs("SNMP:Error restarting snmpd with correct configuration data\n", stderr);
-    }
     if (written == 0) {
-        NoteAgreement(ConfigurationPath().c_str(), told);
+        NoteAgreement();
+    }
+    if (ReloadSnmpd() != 0) {
+        std::fputs("SNMP:Error restarting snmpd with correct configuration data\n", stderr);
     }
     std::fputs("SNMP:Configuration parameters initialized\n", stderr);
     pending = written == 0 ? Pending::kNothing : Pending::kFile;
@@ -139,8 +139,10 @@ void SyncSnmpdPersistent() {
         // started before has to find what its managers have set.
         bool ignored = false;
         if (WriteConfiguration(ignored) == 0) {
-            NoteAgreement(ConfigurationPath().c_str(), false);
+            NoteAgreement();
         }
+    } else if (IsDaemonBehind()) {
+        ReloadSnmpd();
     }
 }
 
