@@ -33,6 +33,9 @@ struct SharedSetting {
     bool unsent = false;                // `saved` is still to go to the switch
 };
 
+// What the daemon never comes to say must not keep it reading.
+constexpr int kReminders = 2;
+
 struct State {
     SharedSetting settings[3] = {
         {"psyslocation", "Config.Snmp.Location.", ConfigMode::kSnmpSetup, {}, {}},
@@ -42,6 +45,7 @@ struct State {
     timespec readTime{};  // of the daemon's file when it was read; it is written in pieces
     // When the daemon was told to read what was written for it; zero when it was not.
     timespec writtenTime{};
+    int remindersLeft = 0;
 };
 
 State state;
@@ -233,18 +237,19 @@ void NoteAgreement() {
         }
     }
     state.writtenTime = {};
+    state.remindersLeft = kReminders;
 }
 
 void NoteDaemonTold() {
     ::clock_gettime(CLOCK_REALTIME, &state.writtenTime);
 }
 
-bool IsDaemonBehind() {
-    return state.writtenTime.tv_sec == 0 &&
-           std::ranges::any_of(state.settings, [](const SharedSetting& setting) {
-               return !setting.unsent && !setting.agreed.value_or("").empty() &&
-                      !IsSame(setting.saved, *setting.agreed);
-           });
+bool TakeDaemonBehind() {
+    const bool isBehind = std::ranges::any_of(state.settings, [](const SharedSetting& setting) {
+        return !setting.unsent && !setting.agreed.value_or("").empty() &&
+               !IsSame(setting.saved, *setting.agreed);
+    });
+    return isBehind && state.remindersLeft-- > 0;
 }
 
 void ResetSharedSettings() {

@@ -33,9 +33,10 @@ bool HasUnsentSettings();
 void NoteAgreement();
 void NoteDaemonTold();
 
-// Whether the daemon says something else than what was written for it, and was not told to read
-// that: it was just starting.
-bool IsDaemonBehind();
+// Whether the daemon, which has just saved its file, says something else there than what was
+// written for it: a daemon that is just starting does not hear that it is to read. True twice at
+// most for what was written.
+bool TakeDaemonBehind();
 
 // Forgets everything; for tests, each of which is a run of its own.
 void ResetSharedSettings();

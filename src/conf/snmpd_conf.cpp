@@ -141,7 +141,7 @@ void SyncSnmpdPersistent() {
         if (WriteConfiguration(ignored) == 0) {
             NoteAgreement();
         }
-    } else if (IsDaemonBehind()) {
+    } else if (TakeDaemonBehind()) {
         ReloadSnmpd();
     }
 }
