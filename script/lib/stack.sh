@@ -19,10 +19,17 @@ stack_new() {
     STACK_ADDRESS=127.$((64 * ${#STACK_ROOTS[@]} + ($$ >> 16) % 64)).$(($$ >> 8 & 255)).$((1 + $$ % 254))
     STACK_MANAGER=$STACK_ADDRESS:$STACK_PORT
     mkdir -p "$STACK_ROOT"/{var/agentx,var/run,var/ucd-snmp,kelmor/conf/etc}
-    # The tools and snmpd read no settings of this machine.
     echo "hexOutputLength 0" >"$STACK_ROOT/snmp.conf" # a value, a line
-    export SNMPCONFPATH=$STACK_ROOT SNMP_PERSISTENT_DIR=$STACK_ROOT/var/ucd-snmp MIBS=
+    keep_snmp_in "$STACK_ROOT" "$STACK_ROOT/var/ucd-snmp"
     export SNMPMAIN_ROOT=$STACK_ROOT
+}
+
+# keep_snmp_in SETTINGS [KEPT]: net-snmp's programs read their settings in one folder and keep what they
+# keep in the other, or in the same. Otherwise they would go to /etc/snmp, ~/.snmp and /var/lib/snmp, even
+# to translate a name, and to the MIB modules that lie there.
+keep_snmp_in() {
+    export SNMPCONFPATH=$1 SNMP_PERSISTENT_DIR=${2:-$1} MIBS= MIBDIRS=
+    unset SNMP_PERSISTENT_FILE MIBFILES
 }
 
 # Waits until a command succeeds: wait_until SECONDS NAME COMMAND... where NAME is the process that

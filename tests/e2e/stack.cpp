@@ -170,10 +170,13 @@ Stack::Stack(int lane) : address_(LoopbackAddress(lane)) {
     for (const char* folder : {"var/agentx", "var/run", "var/ucd-snmp", "kelmor/conf/etc"}) {
         std::filesystem::create_directories(Path(folder));
     }
-    // The tools and snmpd read no settings of this machine.
+    // net-snmp's programs read no settings and MIB modules of this machine, and keep nothing there.
     ::setenv("SNMPCONFPATH", root_.c_str(), 1);
     ::setenv("SNMP_PERSISTENT_DIR", Path("var/ucd-snmp").c_str(), 1);
     ::setenv("MIBS", "", 1);
+    ::setenv("MIBDIRS", "", 1);
+    ::unsetenv("MIBFILES");
+    ::unsetenv("SNMP_PERSISTENT_FILE");
 }
 
 Stack::~Stack() {
