@@ -55,9 +55,10 @@ run_tests() {
 # The controller's agent, as the tests run it here.
 TARGET_AGENT="qemu-ppc-static $PWD/build/powerpc/bin/snmpmain"
 
-# prepare_target: what the preset "powerpc" needs. dpkg-dev brings make and what unpacks source packages.
+# prepare_target: what the preset "powerpc" needs. dpkg-dev brings make and what unpacks source packages;
+# net-snmp's configure wants file.
 prepare_target() {
-    script/bootstrap g++-powerpc-linux-gnu qemu-user-static dpkg-dev
+    script/bootstrap g++-powerpc-linux-gnu qemu-user-static dpkg-dev file
     SNMPMAIN_TARGET_LIBRARIES=$(script/lib/target-libraries)
     export SNMPMAIN_TARGET_LIBRARIES
 }
