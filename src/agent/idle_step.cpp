@@ -6,8 +6,10 @@
 #include "src/conf/snmpd_conf.h"
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
+#include "src/link/reachability.h"
 #include "src/snmptables/unit_table.h"
 #include "src/traps/notifications.h"
+#include "src/traps/registration.h"
 #include "src/traps/trap_table_update.h"
 
 namespace snmpmain {
@@ -27,6 +29,18 @@ bool SnmpdHasSaved() {
     return SnmpdConfChanged();
 }
 
+// A switch that always answers some question with an error must not keep the agent refreshing.
+bool IsRefreshDue() {
+    constexpr std::chrono::seconds kRefreshInterval{30};
+    static std::chrono::steady_clock::time_point next;
+    const auto now = std::chrono::steady_clock::now();
+    if (fabricUpdatePending == 0 || now < next) {
+        return false;
+    }
+    next = now + kRefreshInterval;
+    return true;
+}
+
 }  // namespace
 
 bool AgentIdleStep() {
@@ -37,7 +51,9 @@ bool AgentIdleStep() {
             TraceLog(kSevere, "write to switchTable failed: SNMP_ERR_COMMITFAILED");
         }
         trapTableChanged = 0;
-    } else if (fabricUpdatePending != 0) {
+    } else if (std::uint16_t returned = 0; TakeReturned(returned)) {
+        WelcomeBack(returned);
+    } else if (IsRefreshDue()) {
         if (RefreshConnUnitTable() == 0) {
             fabricUpdatePending = 0;
         }
@@ -49,7 +65,7 @@ bool AgentIdleStep() {
         ResumeSnmpdConf();
     }
     // New trap destinations are brought to the switch now, not with the next request.
-    return NotifyQueue::Pending() || trapTableChanged != 0;
+    return NotifyQueue::Pending() || trapTableChanged != 0 || HasReturned();
 }
 
 }  // namespace snmpmain

@@ -19,6 +19,7 @@
 #include "src/link/link.h"
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
+#include "src/link/reachability.h"
 #include "src/link/switch_info.h"
 #include "src/mibs/NorbexMIB/NorbexMIB.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
@@ -57,6 +58,7 @@ int OpenLink(const Options& options) {
 }
 
 void ResetCaches() {
+    ResetReachability();
     ResetSwitchInfo();
     ResetConnUnitTable();
     ResetNameServerTable();
@@ -134,10 +136,10 @@ void StartSubAgent(const char* socketPath) {
 
 [[noreturn]] void RunMainLoop() {
     for (;;) {
-        BeginWork(Work::kDeferred);
         const bool waiting = AgentIdleStep();
-        BeginWork(Work::kRequest);
+        KeepAnsweredCounts();
         agent_check_and_process(waiting ? kPoll : kBlock);
+        ForgetAnsweredCounts();
         LogCaughtSignals();
     }
 }

@@ -12,8 +12,7 @@ namespace {
 
 constexpr const char* kNoDirectory = "/dev/null";
 
-// Seconds: five switches at once may each need 24 to be found silent while a change is told to all
-// of them.
+// Seconds: several commands in turn may each go unanswered by a switch that answers others.
 constexpr int kPatience = 120;
 
 void AcknowledgeQueue(int, void*) {

@@ -58,13 +58,23 @@ constexpr decltype(ConfKeyTable) kInitialTable = {{
 
 decltype(ConfKeyTable) ConfKeyTable = kInitialTable;
 
-void ReadConfSettings() {
+int ReadConfSettings() {
+    constexpr std::string_view kWayIn[] = {"V3Enable", "rocommunity", "rwcommunity"};
+    int result = 0;
     for (ConfKey& row : ConfKeyTable) {
+        if (row.command[0] == '\0') {
+            continue;
+        }
         ReplyText reply;
-        if (row.command[0] != '\0' && SwitchMgmtQuery(0, row.command, reply, row.type) == 0) {
+        const Outcome outcome = AskSwitch(0, row.command, reply, row.type).outcome;
+        if (outcome == Outcome::kAnswered) {
             CopyText(row.value, sizeof(row.value), reply.data());
+        } else if (outcome == Outcome::kNoAnswer && row.value[0] == '\0' &&
+                   std::ranges::find(kWayIn, row.key) != std::end(kWayIn)) {
+            result = -1;
         }
     }
+    return result;
 }
 
 const char* V3Value(const char* key) {

@@ -34,8 +34,10 @@ inline std::span<ConfKey> V3Section() {
     return std::span(ConfKeyTable).subspan<kV2Keys + 1, kV3Keys>();
 }
 
-// Asks the local switch for every value; one that cannot be had stays as it is.
-void ReadConfSettings();
+// Asks the local switch for every value; one that is unavailable stays as it is. Returns 0, or -1
+// when the switch left the way in (communities, or whether SNMPv3 takes their place) unanswered and
+// never told it before: a file written now would let nobody in.
+int ReadConfSettings();
 
 // The value of a key of the SNMPv3 section.
 const char* V3Value(const char* key);

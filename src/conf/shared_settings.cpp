@@ -17,6 +17,7 @@
 #include "src/conf/conf_keys.h"
 #include "src/link/config_command.h"
 #include "src/link/link.h"
+#include "src/link/reachability.h"
 
 namespace snmpmain {
 namespace {
@@ -31,7 +32,11 @@ struct SharedSetting {
     std::optional<std::string> agreed;  // as it stands in the daemon's file; unknown before
     std::string saved;                  // what the daemon's file said when it was read last
     bool unsent = false;                // `saved` is still to go to the switch
+    int attempts = 0;                   // to send it
 };
+
+// Somebody else may hold the admin rights for a while.
+constexpr int kMostAttempts = 5;
 
 // What the daemon never comes to say must not keep it reading.
 constexpr int kReminders = 2;
@@ -216,9 +221,16 @@ bool CarryToSwitch() {
     ReadDaemonSide();
     bool sent = false;
     for (SharedSetting& setting : state.settings) {
-        if (setting.unsent && Send(setting) == 0) {
+        if (!setting.unsent) {
+            continue;
+        }
+        const bool isDone = Send(setting) == 0;
+        if (isDone || (IsAnswering(0) && ++setting.attempts >= kMostAttempts)) {
+            // What the switch will not take is given up: with the next cycle the daemon gets what
+            // the switch has.
             setting.agreed = setting.saved;
             setting.unsent = false;
+            setting.attempts = 0;
             sent = true;
         }
     }

@@ -20,7 +20,7 @@ bool SnmpdHasOwnFile();
 // Reads the daemon's file and sends what managers have changed there to the switch, a command for
 // each setting, and into the rows of ConfKeyTable. Where the switch's setting has changed as well,
 // the diagnostic log says what is replaced. What the switch does not take is sent again the next
-// time. Up to 20 seconds for each setting when the switch is silent. Returns whether something was
+// time. Up to 20 seconds when the switch falls silent. Returns whether something was
 // sent.
 // "Config.Snmp.Location.%s", "Config.Snmp.Contact.%s", "Config.Switch.SymName.%s"
 bool CarryToSwitch();

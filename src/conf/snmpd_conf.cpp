@@ -99,7 +99,10 @@ int WriteBothSides() {
 int RunCycle() {
     // The misspelling is known to those who watch for this line.
     std::fputs("SNMP:Initializing configuration paramenters\n", stderr);
-    ReadConfSettings();
+    if (ReadConfSettings() != 0) {
+        std::fputs("SNMP:Error reading SNMP configuration data\n", stderr);
+        return -1;
+    }
     const int written = WriteBothSides();
     std::fputs("SNMP:Saving configuration file stats\n", stderr);
     if (!SnmpdHasOwnFile()) {
@@ -141,7 +144,8 @@ void SyncSnmpdPersistent() {
         if (WriteConfiguration(ignored) == 0) {
             NoteAgreement();
         }
-    } else if (TakeDaemonBehind()) {
+    }
+    if (TakeDaemonBehind()) {
         ReloadSnmpd();
     }
 }
@@ -154,7 +158,7 @@ void ResumeSnmpdConf() {
     // The daemon is not made to read a file that is as it was.
     bool ignored = false;
     if (pending == Pending::kNothing) {
-        CarryToSwitch();
+        SyncSnmpdPersistent();
     } else if (pending == Pending::kCycle || WriteConfiguration(ignored) == 0) {
         InitSnmpdConf();
     }

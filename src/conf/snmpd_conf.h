@@ -14,7 +14,8 @@ void RecallSnmpdConf();
 // Reads the settings from the local switch, sends what managers have changed at the daemon, writes
 // "/kelmor/conf/etc/snmpd.conf" and has the daemon of "/var/run/snmpd.pid" read it (SIGHUP); says
 // each step on standard error. At start-up and after a change at the switch. Returns 0, or -1 when
-// snmpd has not written "/var/ucd-snmp/snmpd.conf" yet. That, and a file that cannot be written (a
+// the switch has never told the communities (nothing is written then) or snmpd has not written
+// "/var/ucd-snmp/snmpd.conf" yet. That, and a file that cannot be written (a
 // line in the diagnostic log), ResumeSnmpdConf makes up for. Takes 37 queries, of up to 4 seconds
 // each when the switch is silent.
 int InitSnmpdConf();

@@ -7,7 +7,6 @@
 #include <sys/socket.h>
 
 #include <algorithm>
-#include <bitset>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
@@ -15,6 +14,7 @@
 #include <cstdio>
 #include <cstring>
 #include <mutex>
+#include <optional>
 #include <string_view>
 
 #include "src/base/byte_order.h"
@@ -22,6 +22,7 @@
 #include "src/base/thread_stack.h"
 #include "src/base/trace_log.h"
 #include "src/link/notify_queue.h"
+#include "src/link/reachability.h"
 #include "src/link/switch_info.h"
 
 namespace snmpmain {
@@ -39,6 +40,8 @@ constexpr std::chrono::microseconds kLookInterval{100'000};  // of a requester, 
 constexpr int kGetTicks = 2;
 constexpr int kOtherTicks = 10;
 constexpr const char* kNoValue = "No value returned from switch management";
+constexpr const char* kProbeCommand = "Get.Oper.Switch.Nop";
+constexpr std::uint32_t kInteropDomainOffset = 0x60;
 
 // After a request another one usually follows at once, so the ListenThread lets this long pass
 // before it takes up receiving again.
@@ -58,7 +61,7 @@ struct Reception {
 
 struct Link {
     int socket = -1;
-    std::uint32_t sequence = kFirstSequence;
+    std::atomic<std::uint32_t> sequence{kFirstSequence};  // of the last request or probe
     pthread_mutex_t requestMutex = PTHREAD_MUTEX_INITIALIZER;
     Reception reception;
     std::atomic<NotificationReceiver> receiver{nullptr};
@@ -69,27 +72,6 @@ Link& link = *new Link;
 
 // Set while a receiver of notifications runs: it holds up all requests, so it cannot make one.
 thread_local bool inReceiver = false;
-
-// Domain ids have 8 bits; what a notification brings may be larger.
-constexpr std::size_t kDomainBits = 257;
-
-struct WorkState {
-    Work work = Work::kOther;
-    std::uint32_t requests = 0;
-    std::bitset<kDomainBits> silent;  // switches that have let it wait in vain
-};
-
-thread_local WorkState current;
-
-// The place of a switch among the silent ones.
-std::size_t PlaceOf(std::uint32_t domain) {
-    return IsLocalDomain(domain) ? 0 : std::min<std::size_t>(domain, kDomainBits - 1);
-}
-
-bool IsWorthAsking(std::uint32_t domain, const RequestFrame& frame) {
-    return current.work == Work::kOther || !current.silent[PlaceOf(domain)] ||
-           (current.work == Work::kDeferred && RequestMessageType(frame) == kGetMessage);
-}
 
 class RequestLock {
   public:
@@ -126,6 +108,14 @@ Readiness WaitForSocket(bool forWriting, std::chrono::microseconds time) {
 
 enum class Received { kReply, kOther };
 
+// The domain that a datagram names, as a hint: which switch a reply answers for its sequence tells.
+std::uint32_t DomainNamedIn(const ReplyFrame& frame) {
+    const std::uint32_t domain = LoadBig16(&frame[kTargetOffset]);
+    return GetMergeMode() == kMergeInterop2 && domain > kInteropDomainOffset
+               ? domain - kInteropDomainOffset
+               : domain;
+}
+
 // Receives one datagram, notes its sender as the peer and hands a notification to its receiver;
 // `sequence` is that of a reply. Waits for it at most kLookInterval, or not at all with
 // MSG_DONTWAIT.
@@ -149,9 +139,13 @@ Received ReceiveDatagram(ReplyFrame& buffer, int flags, std::uint32_t& sequence)
     }
     sequence = LoadBig32(&buffer[kSequenceOffset]);
     if (sequence > kLastNotificationSequence) {
+        if (TakeProbeReply(sequence, Clock::now())) {
+            return Received::kOther;
+        }
         std::fill(buffer.begin() + received, buffer.end(), std::uint8_t{0});
         return Received::kReply;
     }
+    NoteHeard(DomainNamedIn(buffer));
     if (const NotificationReceiver receiver = link.receiver; receiver != nullptr) {
         inReceiver = true;
         receiver(std::span(buffer).first(length));
@@ -159,6 +153,52 @@ Received ReceiveDatagram(ReplyFrame& buffer, int flags, std::uint32_t& sequence)
     }
     return Received::kOther;
 }
+
+// ---- probes ----
+
+// Builds the frame for a command with the next sequence. Returns 0 or -1 (logged).
+int BuildNextFrame(std::uint32_t domain, const char* command, RequestFrame& frame,
+                   std::uint32_t& sequence) {
+    std::uint32_t last = link.sequence;
+    do {
+        sequence = NextSequence(last);
+        if (BuildRequestFrame(command, MakeTargetWord(domain), sequence, frame) != 0) {
+            return -1;
+        }
+    } while (!link.sequence.compare_exchange_weak(last, sequence));
+    return 0;
+}
+
+// Sends the probes that are due, without waiting. For whoever receives at the moment.
+void SendDueProbes() {
+    const Clock::time_point now = Clock::now();
+    if (now < NextProbeTime()) {
+        return;
+    }
+    std::array<std::uint16_t, 64> domains;
+    const std::size_t count = TakeDueProbes(now, domains);
+    for (const std::uint16_t domain : std::span(domains).first(count)) {
+        RequestFrame frame;
+        std::uint32_t sequence = 0;
+        if (BuildNextFrame(domain, kProbeCommand, frame, sequence) != 0) {
+            continue;
+        }
+        NoteProbe(domain, sequence, now);
+        TraceLog(kTrace, "%-3d>> %s", domain, kProbeCommand);
+        const sockaddr_in& peer = link.reception.peer;
+        ::sendto(link.socket, frame.bytes.data(), frame.length, MSG_DONTWAIT,
+                 reinterpret_cast<const sockaddr*>(&peer), sizeof(peer));
+    }
+}
+
+// How long the ListenThread may wait for a datagram.
+std::chrono::microseconds UntilNextProbe() {
+    const auto left = NextProbeTime() - Clock::now();
+    return std::chrono::duration_cast<std::chrono::microseconds>(
+        std::clamp<Clock::duration>(left, std::chrono::milliseconds(1), kTickLength));
+}
+
+// ---- the ListenThread ----
 
 // Waits until the requesters leave the receiving to the ListenThread.
 void AwaitTurn(std::unique_lock<std::mutex>& lock) {
@@ -184,12 +224,16 @@ void* ListenThread(void*) {
     for (;;) {
         AwaitTurn(lock);
         lock.unlock();
-        const Readiness readiness = WaitForSocket(false, kTickLength);
+        const Readiness readiness = WaitForSocket(false, UntilNextProbe());
         lock.lock();
-        if (readiness == Readiness::kReady && !link.reception.requestOpen) {
+        if (link.reception.requestOpen) {
+            continue;
+        }
+        if (readiness == Readiness::kReady) {
             std::uint32_t unasked = 0;
             ReceiveDatagram(buffer, MSG_DONTWAIT, unasked);
         }
+        SendDueProbes();
     }
     return nullptr;
 }
@@ -247,6 +291,7 @@ int SendDatagram(const RequestFrame& frame, const sockaddr_in& peer) {
 int WaitForReply(ReplyFrame& reply, std::uint32_t expected, int ticks) {
     Clock::time_point end = Clock::now() + ticks * kTickLength;
     do {
+        SendDueProbes();
         std::uint32_t sequence = 0;
         if (ReceiveDatagram(reply, 0, sequence) != Received::kReply) {
             continue;
@@ -263,22 +308,38 @@ int WaitForReply(ReplyFrame& reply, std::uint32_t expected, int ticks) {
     return -1;
 }
 
-int SendWithRetry(const RequestFrame& frame, ReplyFrame& reply, std::size_t place) {
+int SendWithRetry(const RequestFrame& frame, std::uint32_t domain, std::uint32_t sequence,
+                  ReplyFrame& reply) {
     const int ticks = RequestMessageType(frame) == kGetMessage ? kGetTicks : kOtherTicks;
-    const OpenRequest request;
     for (int attempt = 0; attempt < 2; ++attempt) {
         if (SendDatagram(frame, link.reception.peer) != 0) {
             return -1;
         }
-        if (WaitForReply(reply, link.sequence, ticks) == 0) {
-            current.silent.reset(place);
+        if (WaitForReply(reply, sequence, ticks) == 0) {
             return 0;
         }
     }
-    if (current.work != Work::kOther) {
-        current.silent.set(place);
-    }
+    NoteUnanswered(domain);
+    SendDueProbes();
     return -1;
+}
+
+// Waits for the answer to a probe where one is under way. Whether a request makes sense then.
+bool AwaitProbe(std::uint32_t domain, ReplyFrame& buffer) {
+    Advice advice = AdviceFor(domain);
+    while (advice == Advice::kAwaitProbe) {
+        SendDueProbes();
+        std::uint32_t unasked = 0;
+        ReceiveDatagram(buffer, 0, unasked);
+        advice = AdviceFor(domain);
+    }
+    return advice == Advice::kAsk;
+}
+
+std::array<char, kCommandSize> FormatCommand(const char* format, va_list arguments) {
+    std::array<char, kCommandSize> command;
+    std::vsnprintf(command.data(), command.size(), format, arguments);
+    return command;
 }
 
 // Community strings and pass phrases are not for the message log.
@@ -363,29 +424,35 @@ std::uint32_t MakeTargetWord(std::uint32_t domain) {
     if (domain == 0) {
         return 0;
     }
-    constexpr std::uint32_t kInteropDomainOffset = 0x600000;
-    return (domain << 16) + (GetMergeMode() == kMergeInterop2 ? kInteropDomainOffset : 0);
+    return (domain + (GetMergeMode() == kMergeInterop2 ? kInteropDomainOffset : 0)) << 16;
 }
 
-int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
-                       ReplyFrame& reply, std::size_t& requestSize) {
+Outcome SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
+                           ReplyFrame& reply, std::size_t& requestSize) {
     if (inReceiver) {
-        return -1;
+        return Outcome::kNoAnswer;
     }
     const RequestLock lock;
-    RequestFrame frame;
-    const std::uint32_t sequence = NextSequence(link.sequence);
-    if (BuildRequestFrame(command, MakeTargetWord(domain), sequence, frame) != 0) {
-        return -1;
+    // Where nothing is sent, the ListenThread goes on receiving.
+    std::optional<OpenRequest> request;
+    if (AdviceFor(domain) != Advice::kFail) {
+        request.emplace();
     }
-    if (!IsWorthAsking(domain, frame)) {
+    if (!request || !AwaitProbe(domain, reply)) {
+        NoteRefused(domain);
         TraceLog(kSevere, kNoValue);
-        return -1;
+        return Outcome::kNoAnswer;
     }
-    link.sequence = sequence;
+    RequestFrame frame;
+    std::uint32_t sequence = 0;
+    if (BuildNextFrame(domain, command, frame, sequence) != 0) {
+        return Outcome::kRefused;
+    }
+    NoteRequest(domain, sequence);
     requestSize = frame.length;
     TraceLog(kTrace, "%-3d>> %s", static_cast<int>(domain), loggedText);
-    return SendWithRetry(frame, reply, PlaceOf(domain));
+    return SendWithRetry(frame, domain, sequence, reply) == 0 ? Outcome::kAnswered
+                                                              : Outcome::kNoAnswer;
 }
 
 Answer AskSwitch(std::uint32_t domain, const char* command, ReplyText& result, ConversionType type,
@@ -395,8 +462,9 @@ Answer AskSwitch(std::uint32_t domain, const char* command, ReplyText& result, C
     }
     ReplyFrame reply;
     std::size_t requestSize = 0;
-    if (SwitchMgmtExchange(domain, command, command, reply, requestSize) != 0) {
-        return {Outcome::kNoAnswer, kQueryFailed};
+    const Outcome outcome = SwitchMgmtExchange(domain, command, command, reply, requestSize);
+    if (outcome != Outcome::kAnswered) {
+        return {outcome, kQueryFailed};
     }
     if (CheckReplyFrame(reply, requestSize, result) != 0) {
         return {Outcome::kRefused, kQueryFailed};
@@ -409,10 +477,9 @@ Answer AskSwitch(std::uint32_t domain, const char* command, ReplyText& result, C
 
 Answer AskSwitchf(std::uint32_t domain, ReplyText& result, ConversionType type,
                   std::uint32_t* value, const char* format, ...) {
-    std::array<char, kCommandSize> command;
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(command.data(), command.size(), format, arguments);
+    const auto command = FormatCommand(format, arguments);
     va_end(arguments);
     return AskSwitch(domain, command.data(), result, type, value);
 }
@@ -424,37 +491,16 @@ std::uint16_t SwitchMgmtQuery(std::uint32_t domain, const char* command, ReplyTe
 
 std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, ConversionType type,
                                std::uint32_t* value, const char* format, ...) {
-    std::array<char, kCommandSize> command;
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(command.data(), command.size(), format, arguments);
+    const auto command = FormatCommand(format, arguments);
     va_end(arguments);
     return SwitchMgmtQuery(domain, command.data(), result, type, value);
 }
 
-void BeginWork(Work work) {
-    current.work = work;
-    current.silent.reset();
-    if (work == Work::kRequest) {
-        current.requests = current.requests == UINT32_MAX ? 1 : current.requests + 1;
-    }
-}
-
-void ForgetSilence() {
-    current.silent.reset();
-}
-
-bool WorkMetSilence() {
-    return current.silent.any();
-}
-
-std::uint32_t CurrentRequest() {
-    return current.work == Work::kRequest ? current.requests : 0;
-}
-
 int PingSwitchMgmt(std::uint32_t domain) {
     ReplyText result;
-    return SwitchMgmtQuery(domain, "Get.Oper.Switch.Nop", result, kString) == 0 ? 0 : -1;
+    return SwitchMgmtQuery(domain, kProbeCommand, result, kString) == 0 ? 0 : -1;
 }
 
 }  // namespace snmpmain

@@ -43,8 +43,9 @@ std::uint16_t InitSendRecvLock();
 // How a question to a switch ended.
 enum class Outcome : std::uint8_t {
     kAnswered,
-    kRefused,   // an answer that says no: a status byte, an error number, or not of the type asked
-    kNoAnswer,  // the switch was silent, or could not be asked
+    kRefused,   // an answer that says no: a status byte, an error number, or not of the type asked;
+                // or a command that no frame takes
+    kNoAnswer,  // the switch was silent
 };
 
 struct Answer {
@@ -57,7 +58,8 @@ struct Answer {
 // `type` says; `value` the number of an integer reply (may be null). A "Get." request waits two
 // one-second ticks for its reply, any other ten, and is sent once more after that.
 // Requests of several threads follow one another. Any thread; within a receiver of notifications,
-// which holds up all requests, it fails at once.
+// which holds up all requests, it fails at once, and so it does for a switch that is suspect or
+// silent, after up to 0.8 seconds for the answer to a probe (reachability.h).
 Answer AskSwitch(std::uint32_t domain, const char* command, ReplyText& result, ConversionType type,
                  std::uint32_t* value = nullptr);
 
@@ -75,33 +77,11 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
                                std::uint32_t* value, const char* format, ...)
     __attribute__((format(printf, 5, 6)));
 
-// Sends a command and hands out the reply frame unchecked. The message log shows `loggedText` for
-// the request. Returns 0, or -1 when there is no answer. Where SwitchMgmtQuery may be called.
-int SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
-                       ReplyFrame& reply, std::size_t& requestSize);
-
-// What a thread does at the moment, which says how patient it is with a switch that has let it wait
-// in vain since it began.
-enum class Work : std::uint8_t {
-    kOther,     // waits each time
-    kRequest,   // a manager's request: what it asks that switch afterwards fails at once, unsent
-    kDeferred,  // what the main loop does between requests: the same for all but "Get." commands
-};
-
-// Begins a piece of work on the calling thread. So a request for many values of a silent switch
-// takes 4 seconds, not 4 for each, and snmpd does not lose its patience with the agent. Deferred
-// work keeps what it learns, and so it asks each question; a switch that answers one is told
-// everything again.
-void BeginWork(Work work);
-
-// Waits for every switch again, in the same piece of work.
-void ForgetSilence();
-
-// Whether a switch has let this piece of work wait in vain.
-bool WorkMetSilence();
-
-// The number of the manager's request that the thread works on, 0 for other work.
-std::uint32_t CurrentRequest();
+// Sends a command and hands out the reply frame unchecked: kAnswered. The message log shows
+// `loggedText` for the request. kRefused is for what cannot be sent at all. Where SwitchMgmtQuery
+// may be called.
+Outcome SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
+                           ReplyFrame& reply, std::size_t& requestSize);
 
 // Asks a switch for nothing but a sign of life. Returns 0 or -1.
 int PingSwitchMgmt(std::uint32_t domain);

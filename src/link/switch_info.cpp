@@ -32,6 +32,7 @@ struct SwitchInfo {
     // Shared by all accessors: the last reply.
     ReplyText reply{};
     std::uint32_t value = 0;
+    bool answered = true;  // for a count
 };
 
 SwitchInfo info;
@@ -41,7 +42,9 @@ int AskText(std::uint32_t domain, const char* command) {
 }
 
 int ReadCount(std::uint32_t domain, const char* command, std::uint32_t& kept) {
-    if (SwitchMgmtQuery(domain, command, info.reply, kInteger, &info.value) != 0) {
+    const Answer answer = AskSwitch(domain, command, info.reply, kInteger, &info.value);
+    info.answered = answer.outcome != Outcome::kNoAnswer;
+    if (answer.code != 0) {
         return -1;
     }
     if (IsLocalDomain(domain)) {
@@ -61,30 +64,37 @@ int ReadText(std::uint32_t domain, const char* command, std::array<char, N>& kep
     return 0;
 }
 
-// What another switch has answered for this request of a manager. Each row of its tables asks for
-// the same counts, and a request may be for several columns of it.
+// What another switch has answered in the present period of keeping; 0 is none. Each row of its
+// tables asks for the same counts, and a request may be for several columns of it.
 struct AnsweredCount {
-    std::uint32_t request = 0;
+    std::uint32_t period = 0;
     std::uint32_t domain = 0;
     std::uint32_t count = 0;
 };
+
+struct Keeping {
+    std::uint32_t periods = 0;
+    std::uint32_t current = 0;
+};
+
+Keeping keeping;
 
 // The kept count of a local domain, else what the accessor reads, 0 when it fails. Each fact has an
 // `answered` of its own.
 template <class Read>
 std::uint32_t CountOf(std::uint32_t domain, std::uint32_t kept, AnsweredCount& answered,
                       const Read& read) {
+    info.answered = true;
     if (IsLocalDomain(domain)) {
         return kept;
     }
-    const std::uint32_t request = CurrentRequest();
-    if (request != 0 && answered.request == request && answered.domain == domain) {
+    if (keeping.current != 0 && answered.period == keeping.current && answered.domain == domain) {
         return answered.count;
     }
     if (read(domain) != 0) {
         return 0;
     }
-    answered = {request, domain, info.value};
+    answered = {keeping.current, domain, info.value};
     return info.value;
 }
 
@@ -274,6 +284,19 @@ int InitSwitchInfo() {
     }
     ReadAllow4GPorts(local);
     return 0;
+}
+
+bool WasAnswered() {
+    return info.answered;
+}
+
+void KeepAnsweredCounts() {
+    keeping.periods = keeping.periods == UINT32_MAX ? 1 : keeping.periods + 1;
+    keeping.current = keeping.periods;
+}
+
+void ForgetAnsweredCounts() {
+    keeping.current = 0;
 }
 
 void ResetSwitchInfo() {

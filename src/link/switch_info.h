@@ -44,8 +44,8 @@ int ReadSysObjectId(std::uint32_t domain);     // "Get.Config.Snmp.SysObjectID"
 // The flag itself, 1 or 0; a failed query counts as "False". "Get.Config.Mfg.Allow4GPorts"
 std::uint32_t ReadAllow4GPorts(std::uint32_t domain);
 
-// Getters: the kept value for a local domain; for any other a fresh one (a count is asked for once
-// for a manager's request, see BeginWork), or the default where the switch does not answer: 0,
+// Getters: the kept value for a local domain; for any other a fresh one (a count may be kept, see
+// KeepAnsweredCounts), or the default where the switch does not answer: 0,
 // kNoWwn, "0.0.0.0". A returned text holds until the next call here.
 std::uint32_t GetChassisCount(std::uint32_t domain);
 std::uint32_t GetBladeCount(std::uint32_t domain);
@@ -56,6 +56,15 @@ std::uint32_t GetTempSensorCount(std::uint32_t domain, std::uint32_t blade);
 const char* GetSwitchWwn(std::uint32_t domain);
 const char* GetSysObjectId(std::uint32_t domain);
 std::uint32_t GetAllow4GPorts(std::uint32_t domain);
+
+// Whether the last count asked for was answered, be it with a no: a default that stands for silence
+// must not become a value.
+bool WasAnswered();
+
+// From here on, until they are forgotten, a count that another switch has answered is asked once.
+// For the length of a manager's request.
+void KeepAnsweredCounts();
+void ForgetAnsweredCounts();
 
 // Kept values, without a query. Any thread.
 std::uint32_t GetMergeMode();

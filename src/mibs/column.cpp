@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstring>
 
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
+#include "src/link/reachability.h"
 #include "src/snmpoid/index_codec.h"
 #include "src/snmpoid/walkers.h"
 #include "src/snmptables/unit_table.h"
@@ -40,6 +42,52 @@ int ResolveUnitId(const HandlerCall& call, std::size_t indexLength, Instance& in
         return -1;
     }
     return CompleteUnit(call, instance);
+}
+
+// Reads the value of the instance that a request names.
+int ReadExactly(const ServedTable& table, const Column& column, const HandlerCall& call,
+                MibValue& value) {
+    Instance instance;
+    if (table.shape.resolve(call, instance) != 0) {
+        return -1;
+    }
+    // Before the value is asked for: what cannot be read may still be set.
+    if (column.write != nullptr) {
+        *call.writeMethod = column.write;
+    }
+    return column.source.read(column, instance, value);
+}
+
+// Reads the value of the next row that has one: a row whose value is unavailable does not hide
+// those after it. Rows of silent switches are passed over without a question. Of others a request
+// takes only so many refusals, and waits in vain only once.
+int ReadNext(const ServedTable& table, const Column& column, const HandlerCall& call,
+             MibValue& value) {
+    using Clock = std::chrono::steady_clock;
+    constexpr int kMostRefusals = 64;
+    constexpr std::chrono::milliseconds kMostRefused{500};
+    constexpr std::chrono::seconds kWait{2};  // at least: longer than any wait for a probe's answer
+    Clock::duration refused{};
+    int refusals = 0;
+    int waits = 0;
+    while (refusals < kMostRefusals && refused < kMostRefused && waits < 2) {
+        Instance instance;
+        if (table.shape.next(call, instance) != 0) {
+            return -1;
+        }
+        const Clock::time_point start = Clock::now();
+        if (column.source.read(column, instance, value) == 0) {
+            return 0;
+        }
+        const Clock::duration took = Clock::now() - start;
+        if (AdviceFor(instance.domain) == Advice::kAsk) {
+            refused += took;
+            ++refusals;
+        } else if (took >= kWait) {
+            ++waits;
+        }
+    }
+    return -1;
 }
 
 // A word's code in the column's type.
@@ -234,16 +282,8 @@ u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value
     if (column->access == Access::kReadCreate) {
         *call.writeMethod = column->write;
     }
-    Instance instance;
-    const auto find = call.exact ? table.shape.resolve : table.shape.next;
-    if (find(call, instance) != 0) {
-        return nullptr;
-    }
-    // Before the value is asked for: what cannot be read may still be set.
-    if (column->write != nullptr) {
-        *call.writeMethod = column->write;
-    }
-    if (column->source.read(*column, instance, value) != 0) {
+    if ((call.exact ? ReadExactly(table, *column, call, value)
+                    : ReadNext(table, *column, call, value)) != 0) {
         return nullptr;
     }
     if (column->write != nullptr) {

@@ -1,5 +1,6 @@
 #include "src/snmptables/fabric_lists.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -41,23 +42,53 @@ int KeyWalk::Next() {
     return 0;
 }
 
+DomainStep NextDomain(KeyWalk& walk, std::uint16_t& domain) {
+    if (!walk.AtStart() && walk.Position() + 1 >= kMaxDomains) {
+        return DomainStep::kEnd;
+    }
+    if (walk.Next() != 0) {
+        return walk.Unanswered() ? DomainStep::kNoAnswer
+               : walk.AtStart()  ? DomainStep::kFailed
+                                 : DomainStep::kEnd;
+    }
+    const char* text = walk.Key().data();
+    if (!IsDecimalDigit(text[std::strspn(text, " ")])) {
+        return DomainStep::kFailed;
+    }
+    domain = static_cast<std::uint16_t>(ReadDecimalBehindBlanks(text));
+    FormatText(walk.Key(), "%d", domain);
+    return DomainStep::kFound;
+}
+
+void FetchSchedule::NoteOutcome(Fetched outcome, std::uint16_t& stale) {
+    constexpr std::chrono::seconds kShortest{1};
+    constexpr std::chrono::seconds kLongest{10};
+    if (outcome == Fetched::kInterrupted) {
+        pause_ = std::clamp(2 * pause_, kShortest, kLongest);
+        next_ = Clock::now() + pause_;
+    } else {
+        stale = 0;
+        *this = {};
+    }
+}
+
 int VisitDomains(const std::function<int(std::uint16_t domain)>& visit) {
-    KeyWalk walk({0, "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID"});
-    for (std::size_t position = 0; position < kMaxDomains; ++position) {
-        if (walk.Next() != 0) {
-            return position == 0 ? -1 : 0;
+    KeyWalk walk(kDomainList);
+    for (;;) {
+        std::uint16_t domain = 0;
+        switch (NextDomain(walk, domain)) {
+            case DomainStep::kFound:
+                break;
+            case DomainStep::kEnd:
+                return 0;
+            case DomainStep::kNoAnswer:
+            case DomainStep::kFailed:
+                return -1;
         }
-        const char* text = walk.Key().data();
-        if (!IsDecimalDigit(text[std::strspn(text, " ")])) {
-            return -1;
-        }
-        const auto domain = static_cast<std::uint16_t>(ReadDecimalBehindBlanks(text));
         if (visit(domain) != 0) {
             return -1;
         }
-        FormatText(walk.Key(), "%d", domain);
     }
-    return 0;
 }
 
 }  // namespace snmpmain

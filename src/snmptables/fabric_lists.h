@@ -3,6 +3,7 @@
 // thread only.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -36,6 +37,11 @@ class KeyWalk {
         return unanswered_;
     }
 
+    // Whether it has not come to the first key yet.
+    bool AtStart() const {
+        return asked_ == 0;
+    }
+
     // The present key, which the caller may cut, and its position from 0.
     ReplyText& Key() {
         return key_;
@@ -57,8 +63,41 @@ class KeyWalk {
 // No fabric has more domains.
 constexpr std::size_t kMaxDomains = 256;
 
+constexpr KeyList kDomainList{0, "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID"};
+
+// One step of a walk over that list. kFailed: there is not even a first domain, or a reply is no
+// number.
+enum class DomainStep { kFound, kEnd, kNoAnswer, kFailed };
+DomainStep NextDomain(KeyWalk& walk, std::uint16_t& domain);
+
+// How far a fetch of a whole list has come: on its way, at its end, ended by the switch's no (with
+// what was read by then), or waiting for an answer that did not come.
+enum class Fetched { kGoesOn, kWhole, kFailed, kInterrupted };
+
+// When a stale list is fetched: by the request that reads it, whole. One that is interrupted goes
+// on with a later request, not with each one: after a second, then twice as long each time, up to
+// ten.
+class FetchSchedule {
+  public:
+    // Goes on with a stale list if it is time, and clears its flag when the fetch has ended.
+    template <typename Fetch>
+    void Refresh(std::uint16_t& stale, Fetch fetch) {
+        if (stale == 1 && Clock::now() >= next_) {
+            NoteOutcome(fetch(), stale);
+        }
+    }
+
+  private:
+    using Clock = std::chrono::steady_clock;
+    void NoteOutcome(Fetched outcome, std::uint16_t& stale);
+
+    Clock::time_point next_{};
+    std::chrono::seconds pause_{0};
+};
+
 // Calls `visit` (0 to go on) with every domain of the fabric in switch management's order. Returns
-// 0, or -1 when there is not even a first one, a visit failed, or a reply is no number.
+// 0, or -1 when there is not even a first one, a visit failed, a reply is no number, or there is no
+// reply.
 // "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID.%d"
 int VisitDomains(const std::function<int(std::uint16_t domain)>& visit);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <optional>
 #include <span>
 #include <utility>
 #include <vector>
@@ -38,7 +39,20 @@ struct NameServerTable {
     std::uint32_t total = 0;
 };
 
+// A table under way: the question that has been reached.
+struct NameServerFetch {
+    enum class Question { kDomain, kSwitchWwn, kEntryCount, kEntry, kPortWwn };
+    Question question = Question::kDomain;
+    KeyWalk domains{kDomainList};
+    KeyWalk entries{{}};
+    char firstEntry[64] = "";
+    char nextEntry[64] = "";
+    NameServerTable table;
+};
+
 NameServerTable table;
+std::optional<NameServerFetch> fetch;  // to take its place
+FetchSchedule schedule;
 
 std::span<NameServerRow> Rows() {
     return std::span(table.rows).first(table.used);
@@ -54,62 +68,121 @@ WwnBytes BytesOfEntry(const NameServerEntry& entry) {
     return BytesOfWwn(entry.portWwn);
 }
 
-void EmptyTable() {
-    for (NameServerRow& row : table.rows) {
-        std::exchange(row.entries, std::vector<NameServerEntry>());  // clear() keeps the memory
-        row.entryCount = 0;
-    }
-    table.used = 0;
-    table.total = 0;
+NameServerRow& RowUnderWay() {
+    return fetch->table.rows[fetch->table.used];
 }
 
-// Reads one switch's entries as far as they can be had. Returns -1 only when memory runs out.
-int ReadEntries(NameServerRow& row) {
-    char first[64];
-    char next[64];
-    FormatText(first, "Get.Oper.NameServerAll.%d.FirstNsEntry", row.domainId);
-    FormatText(next, "Get.Oper.NameServerAll.%d.NextNsEntry", row.domainId);
-    KeyWalk walk({0, first, next});
-    for (std::size_t i = 0; i < row.entryCount && walk.Next() == 0; ++i) {
-        ReplyText& portId = walk.Key();
-        portId[kPortIdTextSize - 1] = '\0';
-        NameServerEntry entry;
-        CopyText(entry.portId, sizeof(entry.portId), portId.data());
-        ReplyText portWwn;
-        if (SwitchMgmtQueryf(0, portWwn, kString, nullptr,
-                             "Get.Oper.NameServerAll.%d.Entry.%s.PortWwn", row.domainId,
-                             portId.data()) != 0) {
+// A question's outcome: the next question, or the end of the fetch.
+using Question = NameServerFetch::Question;
+struct Step {
+    Fetched fetched = Fetched::kGoesOn;
+    Question next = Question::kDomain;
+};
+
+// An answered no fails the fetch; silence interrupts it.
+Fetched FailureOf(const Answer& answer) {
+    return answer.outcome == Outcome::kNoAnswer ? Fetched::kInterrupted : Fetched::kFailed;
+}
+
+Step AskDomain() {
+    std::uint16_t domain = 0;
+    switch (NextDomain(fetch->domains, domain)) {
+        case DomainStep::kFound:
+            RowUnderWay().domainId = domain;
+            return {.next = Question::kSwitchWwn};
+        case DomainStep::kEnd:
+            return {Fetched::kWhole};
+        case DomainStep::kNoAnswer:
+            return {Fetched::kInterrupted};
+        case DomainStep::kFailed:
             break;
-        }
-        CopyText(entry.portWwn, sizeof(entry.portWwn), portWwn.data());
-        if (AppendEntry(row.entries, entry) != 0) {
-            // The number tells the memory-hungry tables apart.
-            TraceLog(kError, "Unable to allocate memory %s %d", "snmptables.c", 468);
-            return -1;
-        }
     }
-    return 0;
+    return {Fetched::kFailed};
 }
 
-// Reads one domain into the row behind the last, which becomes a used one if it has entries.
-int ReadRow(std::uint16_t domain) {
-    NameServerRow& row = table.rows[table.used];
-    row.domainId = domain;
+Step AskSwitchWwn() {
+    NameServerRow& row = RowUnderWay();
     ReplyText reply;
-    if (SwitchMgmtQueryf(0, reply, kString, nullptr, "Get.Oper.Fabric.Entry.%d.WWN", domain) != 0) {
-        return -1;
+    const Answer answer =
+        AskSwitchf(0, reply, kString, nullptr, "Get.Oper.Fabric.Entry.%d.WWN", row.domainId);
+    if (answer.outcome != Outcome::kAnswered) {
+        return {FailureOf(answer)};
     }
     CopyText(row.switchWwn, sizeof(row.switchWwn), reply.data());
-    if (SwitchMgmtQueryf(0, reply, kInteger, &row.entryCount, "Get.Oper.NameServerAll.%d.Entries",
-                         domain) != 0) {
-        return -1;
+    return {.next = Question::kEntryCount};
+}
+
+// A domain without entries leaves its row to the next.
+Step AskEntryCount() {
+    NameServerRow& row = RowUnderWay();
+    ReplyText reply;
+    const Answer answer = AskSwitchf(0, reply, kInteger, &row.entryCount,
+                                     "Get.Oper.NameServerAll.%d.Entries", row.domainId);
+    if (answer.outcome != Outcome::kAnswered) {
+        return {FailureOf(answer)};
     }
-    table.total += row.entryCount;
+    fetch->table.total += row.entryCount;
     if (row.entryCount == 0) {
-        return 0;
+        return {};
     }
-    ++table.used;
-    return ReadEntries(row);
+    FormatText(fetch->firstEntry, "Get.Oper.NameServerAll.%d.FirstNsEntry", row.domainId);
+    FormatText(fetch->nextEntry, "Get.Oper.NameServerAll.%d.NextNsEntry", row.domainId);
+    fetch->entries = KeyWalk({0, fetch->firstEntry, fetch->nextEntry});
+    return {.next = Question::kEntry};
+}
+
+// The domain's entries have been read as far as they can be.
+Step EndRow() {
+    ++fetch->table.used;
+    return {};
+}
+
+Step AskEntry() {
+    if (RowUnderWay().entries.size() >= RowUnderWay().entryCount) {
+        return EndRow();
+    }
+    if (fetch->entries.Next() != 0) {
+        return fetch->entries.Unanswered() ? Step{Fetched::kInterrupted} : EndRow();
+    }
+    fetch->entries.Key()[kPortIdTextSize - 1] = '\0';
+    return {.next = Question::kPortWwn};
+}
+
+Step AskPortWwn() {
+    NameServerRow& row = RowUnderWay();
+    NameServerEntry entry;
+    CopyText(entry.portId, sizeof(entry.portId), fetch->entries.Key().data());
+    ReplyText reply;
+    const Answer answer =
+        AskSwitchf(0, reply, kString, nullptr, "Get.Oper.NameServerAll.%d.Entry.%s.PortWwn",
+                   row.domainId, entry.portId);
+    if (answer.outcome != Outcome::kAnswered) {
+        return answer.outcome == Outcome::kNoAnswer ? Step{Fetched::kInterrupted} : EndRow();
+    }
+    CopyText(entry.portWwn, sizeof(entry.portWwn), reply.data());
+    if (AppendEntry(row.entries, entry) != 0) {
+        // The number tells the memory-hungry tables apart.
+        TraceLog(kError, "Unable to allocate memory %s %d", "snmptables.c", 468);
+        EndRow();
+        return {Fetched::kFailed};
+    }
+    return {.next = Question::kEntry};
+}
+
+Step Ask(Question question) {
+    switch (question) {
+        case Question::kDomain:
+            return AskDomain();
+        case Question::kSwitchWwn:
+            return AskSwitchWwn();
+        case Question::kEntryCount:
+            return AskEntryCount();
+        case Question::kEntry:
+            return AskEntry();
+        case Question::kPortWwn:
+            return AskPortWwn();
+    }
+    return {Fetched::kFailed};
 }
 
 void SortRows() {
@@ -133,6 +206,25 @@ void DumpTable() {
     }
 }
 
+// Goes on with the fetch until its end, or until a question is not answered.
+Fetched FetchTable() {
+    if (!fetch) {
+        fetch.emplace();
+    }
+    Step step;
+    do {
+        step = Ask(fetch->question);
+        fetch->question = step.fetched == Fetched::kGoesOn ? step.next : fetch->question;
+    } while (step.fetched == Fetched::kGoesOn);
+    if (step.fetched != Fetched::kInterrupted) {
+        table = std::move(fetch->table);
+        fetch.reset();
+        SortRows();
+        DumpTable();
+    }
+    return step.fetched;
+}
+
 NameServerMatch MatchOf(const NameServerRow& row, const NameServerEntry& entry) {
     return {row.domainId, row.switchWwn, entry.portWwn, entry.portId};
 }
@@ -140,27 +232,23 @@ NameServerMatch MatchOf(const NameServerRow& row, const NameServerEntry& entry) 
 }  // namespace
 
 void ResetNameServerTable() {
-    EmptyTable();
-    for (NameServerRow& row : table.rows) {
-        row = {};
-    }
+    table = {};
+    MarkNameServerStale();
+}
+
+void MarkNameServerStale() {
     nameServerStale = 1;
+    fetch.reset();  // of yesterday, too
+    schedule = {};
 }
 
 int BuildNameServerTable() {
-    EmptyTable();
-    const int result = VisitDomains(ReadRow);
-    SortRows();
-    DumpTable();
-    return result;
+    fetch.reset();
+    return FetchTable() == Fetched::kWhole ? 0 : -1;
 }
 
 void RefreshNameServerTable() {
-    // Not for a request that asks a silent switch nothing more: it would find nothing.
-    if (nameServerStale == 1 && !WorkMetSilence()) {
-        BuildNameServerTable();
-        nameServerStale = 0;
-    }
+    schedule.Refresh(nameServerStale, FetchTable);
 }
 
 std::uint32_t GetNameServerTotal() {

@@ -20,15 +20,19 @@ extern std::uint16_t nameServerStale;
 // Empties the table and marks it stale; part of start-up.
 void ResetNameServerTable();
 
+// Marks the table stale: a switch has told of a change.
+void MarkNameServerStale();
+
 // Asks the local switch for the entries of every domain and replaces the table. Returns 0, or -1
-// when the domains cannot be had, or one's WWN or number of entries; the table then holds what was
-// read so far.
+// when it refuses the domains, or one's WWN or number of entries (the table then holds what was
+// read so far), or does not answer (the table then stays as it was).
 // "Get.Oper.Fabric.Entry.%d.WWN", "Get.Oper.NameServerAll.%d.Entries", ".FirstNsEntry",
 // ".NextNsEntry.%s", ".Entry.%s.PortWwn"
 int BuildNameServerTable();
 
-// Rebuilds the table if it is stale. It counts as fresh afterwards even if that fails: the next
-// notification makes for the next try.
+// Rebuilds the table if it is stale. It counts as fresh afterwards even if the switch refuses
+// something: the next notification makes for the next try. A question without an answer leaves the
+// table as it was; a later call goes on from there (see FetchSchedule).
 void RefreshNameServerTable();
 
 // Entries of all domains, as switch management counts them (there may be fewer in the table).

@@ -41,15 +41,6 @@ bool LiesWithin(std::uint32_t& row, std::uint32_t rows) {
     return false;
 }
 
-// The count, asked if it is not known yet.
-template <typename Count, typename Question>
-std::uint32_t Known(Count& count, Question question) {
-    if (!count.known) {
-        count = {true, question()};
-    }
-    return count.value;
-}
-
 SensorRef MakeRef(std::uint32_t chassis, std::uint32_t blade, std::uint16_t kind,
                   std::uint32_t number) {
     return {static_cast<std::uint16_t>(chassis), static_cast<std::uint16_t>(blade), kind,
@@ -118,6 +109,16 @@ int AskNextLink(std::uint32_t domain, std::uint32_t after, std::uint32_t& link) 
     return link > 0 ? 0 : -1;
 }
 
+// The count, asked if it is not known yet.
+template <typename Question>
+std::uint32_t PartCounts::Known(Count& count, Question question) {
+    if (!count.known) {
+        count = {true, question()};
+        answered_ = answered_ && WasAnswered();
+    }
+    return count.value;
+}
+
 std::uint32_t PartCounts::Chassis() {
     return Known(chassis_, [&] { return ChassisOf(domain_); });
 }
@@ -159,11 +160,9 @@ std::uint16_t GetRevisionCount(std::uint32_t domain) {
                                   : static_cast<std::uint16_t>(BladesOf(domain) + 2);
 }
 
-int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& sensor) {
-    if (row >= kMaxSensors) {
-        return -1;
-    }
-    PartCounts parts(domain);
+namespace {
+
+int FindSensor(PartCounts& parts, std::uint32_t row, SensorRef& sensor) {
     for (std::uint32_t chassis = 0; chassis < parts.Chassis(); ++chassis) {
         if (LiesWithin(row, parts.PowerSupplies())) {
             sensor = MakeRef(chassis, 0, kPowerSupplySensor, row);
@@ -190,6 +189,17 @@ int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& senso
         }
     }
     return -1;
+}
+
+}  // namespace
+
+int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& sensor) {
+    if (row >= kMaxSensors) {
+        return -1;
+    }
+    PartCounts parts(domain);
+    const int result = FindSensor(parts, row, sensor);
+    return parts.Answered() ? result : -1;
 }
 
 int GetRevisionFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& revision) {

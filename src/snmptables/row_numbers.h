@@ -68,6 +68,11 @@ class PartCounts {
     std::uint32_t Blades();
     std::uint32_t TempSensors(std::uint32_t blade);
 
+    // Whether all counts so far were answered.
+    bool Answered() const {
+        return answered_;
+    }
+
   private:
     struct Count {
         bool known = false;
@@ -76,6 +81,10 @@ class PartCounts {
     std::uint32_t domain_;
     Count chassis_, powerSupplies_, fans_, blades_;
     std::array<Count, kMaxBlades> tempSensors_;
+    bool answered_ = true;
+
+    template <typename Question>
+    std::uint32_t Known(Count& count, Question question);
 };
 
 // Rows of the sensor and revision tables of a unit; sensors beyond kMaxSensors have none.
@@ -83,7 +92,8 @@ constexpr std::uint32_t kMaxSensors = 65535;
 std::uint16_t GetSensorCount(std::uint32_t domain);
 std::uint16_t GetRevisionCount(std::uint32_t domain);
 
-// What the row (counted from 0) refers to. Returns 0, or -1 past the last row.
+// What the row (counted from 0) refers to. Returns 0, or -1 past the last row and when the switch
+// does not say how many parts it has.
 int GetSensorFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& sensor);
 int GetRevisionFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& revision);
 

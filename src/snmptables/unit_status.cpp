@@ -5,6 +5,7 @@
 #include <ctime>
 
 #include "src/link/link.h"
+#include "src/link/reachability.h"
 #include "src/link/switch_info.h"
 
 namespace snmpmain {
@@ -64,7 +65,7 @@ int JudgeRedundantParts(std::uint32_t domain, const char* path, std::uint32_t co
     return 0;
 }
 
-// A blade whose temperature cannot be had counts as cool.
+// A blade whose temperature is unavailable counts as cool.
 void JudgeBlades(std::uint32_t domain, std::uint32_t count, Findings& findings) {
     for (std::uint32_t blade = 0; blade < std::min(count, kMaxBlades); ++blade) {
         ReplyText reply;
@@ -101,13 +102,19 @@ int JudgeOperState(std::uint32_t domain, Findings& findings) {
 }
 
 int ComputeUnitStatus(std::uint32_t domain, std::uint16_t& status) {
-    const std::uint32_t powerSupplies = GetPowerSupplyCount(domain);
-    const std::uint32_t fans = GetFanCount(domain);
-    const std::uint32_t blades = GetBladeCount(domain);
-    const std::uint32_t ports = GetMaxPorts(domain);
+    bool answered = true;
+    const auto count = [&](std::uint32_t (*get)(std::uint32_t)) {
+        const std::uint32_t parts = get(domain);
+        answered = answered && WasAnswered();
+        return parts;
+    };
+    const std::uint32_t powerSupplies = count(GetPowerSupplyCount);
+    const std::uint32_t fans = count(GetFanCount);
+    const std::uint32_t blades = count(GetBladeCount);
+    const std::uint32_t ports = count(GetMaxPorts);
 
     Findings findings;
-    if (JudgeRedundantParts(domain, "PowerSupply", powerSupplies, findings) != 0 ||
+    if (!answered || JudgeRedundantParts(domain, "PowerSupply", powerSupplies, findings) != 0 ||
         JudgeRedundantParts(domain, "Fan", fans, findings) != 0) {
         return -1;
     }
@@ -150,8 +157,8 @@ int ReadUnitStatus(std::uint32_t domain, std::uint16_t& status) {
             GetUnitStatus(domain, memo.status);
         } else {
             memo.result = ComputeUnitStatus(domain, memo.status);
-            if (memo.result != 0 && WorkMetSilence()) {
-                memo.time = 0;  // perhaps nothing was even asked: another request has to ask anew
+            if (memo.result != 0 && !IsAnswering(domain)) {
+                memo.time = 0;  // perhaps nothing was even asked
             }
         }
     }

@@ -3,15 +3,18 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <mutex>
+#include <span>
 
 #include "src/base/byte_order.h"
 #include "src/base/system_log.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
+#include "src/link/reachability.h"
 #include "src/snmptables/fabric_lists.h"
 #include "src/snmptables/unit_status.h"
 
@@ -29,11 +32,16 @@ static_assert(kMaxDomains <= MAX_CONN_UNITS);
 constexpr ConnUnitEntry kEmptyRow{0, 0, kUnitUnknown, {}, 0, 0};
 constexpr int kFailuresBeforeGivingUp = 2;
 
+// A unit that the fabric lists stays in the table for as long as it has not been silent.
+constexpr std::chrono::seconds kSilenceBeforeLeaving{10};
+
 struct UnitTableState {
     // Held for every change of a row in use, and for every look at a row's status or reset flag:
     // whoever receives reports the local unit's reset.
     std::mutex rowsMutex;
-    ConnUnitTable scratch{};  // the table under construction
+    ConnUnitTable scratch{};                          // the table under construction
+    std::array<std::uint16_t, kMaxDomains> listed{};  // the domains that the walk has met
+    std::size_t listedCount = 0;
     std::uint16_t statusCursor = 0;
     std::uint16_t ascendingRows = 0;
     std::uint16_t rowsEnd = 0;
@@ -112,6 +120,18 @@ std::uint16_t IndexOf(const ConnUnitEntry& row) {
 
 // ---- discovery ----
 
+// A listed unit that the walk could not reach stays as it was, unless its probes say that it is
+// silent. False for one that is to be left out, and for a new one.
+bool KeepsItsRow(std::uint16_t domain, ConnUnitEntry& row) {
+    const ConnUnitEntry* old = RowOfDomain(domain);
+    if (old == nullptr || std::strcmp(old->wwn, row.wwn) != 0 ||
+        SilentFor(domain) >= kSilenceBeforeLeaving) {
+        return false;
+    }
+    row = *old;
+    return true;
+}
+
 // Completes the row of `domain`. `kept` tells whether the unit belongs into the table. Returns -1
 // when the whole walk fails.
 int DiscoverUnit(std::uint16_t domain, ConnUnitEntry& row, bool& kept) {
@@ -130,14 +150,17 @@ int DiscoverUnit(std::uint16_t domain, ConnUnitEntry& row, bool& kept) {
     if (GetProxyEnable() == 0 && !local) {
         return 0;
     }
-    kept = HelloUnit(domain, row) == 0;
-    return kept || !local ? 0 : -1;
+    const bool answers = HelloUnit(domain, row) == 0;
+    kept = answers || (!local && KeepsItsRow(domain, row));
+    return answers || !local ? 0 : -1;
 }
 
 // Fills the scratch table and counts its rows. Returns 0 or -1.
 int DiscoverUnits(std::uint16_t& count) {
     count = 0;
+    state.listedCount = 0;
     return VisitDomains([&count](std::uint16_t domain) {
+        state.listed[state.listedCount++] = domain;
         state.scratch[count] = kEmptyRow;
         bool kept = false;
         if (DiscoverUnit(domain, state.scratch[count], kept) != 0) {
@@ -182,6 +205,36 @@ void SortUnitsByWwn(std::uint16_t count) {
     }
 }
 
+// Asks for every domain and replaces the table. Returns 0, or -1 with the table as it was.
+int WalkFabric() {
+    ReadLocalDomainId();
+    ReadProxyEnable();
+    ReadMergeMode();
+
+    std::uint16_t count = 0;
+    if (DiscoverUnits(count) != 0) {
+        return -1;
+    }
+    KeepReachabilityOf(std::span(state.listed).first(state.listedCount));
+    FindDeletedUnit(count);
+    SortUnitsByWwn(count);
+    {
+        const std::lock_guard lock(state.rowsMutex);
+        std::copy_n(state.scratch.begin(), count, connUnitTbl.begin());
+        if (count < MAX_CONN_UNITS) {
+            connUnitTbl[count] = kEmptyRow;
+        }
+    }
+    NoteRowOrder();
+    if (count < MAX_CONN_UNITS) {
+        state.scratch[count] = kEmptyRow;
+    }
+    DumpConnUnitTable(state.scratch);
+    state.statusCursor = 0;
+    unitStatusRefreshPending = 1;
+    return 0;
+}
+
 }  // namespace
 
 void SetDepartureHandler(void (*handler)(const NotificationRecord& record)) {
@@ -202,66 +255,48 @@ int InitConnUnitTable() {
     ResetConnUnitTable();
     std::fputs("SNMP:Updating connUnitTable...", stdout);
     std::fflush(stdout);
-    return UpdateConnUnitTable();
-}
-
-int UpdateConnUnitTable() {
-    ForgetSilence();  // whoever did not obey before may answer now
     while (PingSwitchMgmt(0) != 0) {
         ::sleep(1);
     }
-    ReadLocalDomainId();
-    ReadProxyEnable();
-    ReadMergeMode();
+    return WalkFabric();
+}
 
-    std::uint16_t count = 0;
-    if (DiscoverUnits(count) != 0) {
-        return -1;
-    }
-    FindDeletedUnit(count);
-    SortUnitsByWwn(count);
-    {
-        const std::lock_guard lock(state.rowsMutex);
-        std::copy_n(state.scratch.begin(), count, connUnitTbl.begin());
-        if (count < MAX_CONN_UNITS) {
-            connUnitTbl[count] = kEmptyRow;
-        }
-    }
-    NoteRowOrder();
-    if (count < MAX_CONN_UNITS) {
-        state.scratch[count] = kEmptyRow;
-    }
-    DumpConnUnitTable(state.scratch);
-    state.statusCursor = 0;
-    unitStatusRefreshPending = 1;
-    return 0;
+int UpdateConnUnitTable() {
+    return PingSwitchMgmt(0) == 0 ? WalkFabric() : -1;
 }
 
 int RefreshConnUnitTable() {
+    if (IsSilent(0)) {
+        return -1;  // when it answers again, the table is refreshed
+    }
+    const std::uint16_t pendingBefore = fabricUpdatePending;
     if (state.registrationHandler != nullptr) {
         state.registrationHandler(false);
     }
     int failures = 0;
-    while (UpdateConnUnitTable() != 0 && failures++ <= kFailuresBeforeGivingUp) {
+    bool walked = UpdateConnUnitTable() == 0;
+    while (!walked && failures++ <= kFailuresBeforeGivingUp && !IsSilent(0)) {
         ::sleep(1);
+        walked = UpdateConnUnitTable() == 0;
     }
-    ForgetSilence();
     if (state.registrationHandler != nullptr) {
         state.registrationHandler(true);
     }
+    // A status byte that the refresh itself has met is no reason for another one.
+    fabricUpdatePending = pendingBefore;
     // A fourth walk that succeeds is still reported: by then the count of failures stands at three.
     if (failures > kFailuresBeforeGivingUp) {
         SystemLog("SNMP:Failed to properly update connUnitTable!\n");
         return -1;
     }
-    return 0;
+    return walked ? 0 : -1;
 }
 
 int HelloUnit(std::uint16_t domain, ConnUnitEntry& row) {
     ReplyFrame reply;
     std::size_t requestSize = 0;
     if (SwitchMgmtExchange(domain, "Get.Oper.Switch.Nop", "Oper.Switch.Nop", reply, requestSize) !=
-            0 ||
+            Outcome::kAnswered ||
         ReplyStatus(reply) != 0) {
         return -1;
     }
@@ -269,10 +304,36 @@ int HelloUnit(std::uint16_t domain, ConnUnitEntry& row) {
     ReadReplyText(reply, text);
     TraceLog(kTrace, "%-3d<< %s", domain, text.data());
     row.fcAddress = LoadBig32(&reply[kTargetOffset]);
-    const bool accepted =
-        SwitchMgmtQuery(domain, "Set.Cmd.Snmp.PrivateEvent.Hello", text, kString) == 0;
-    row.eventSupport = accepted ? 1 : 0;
+    const Outcome greeted =
+        AskSwitch(domain, "Set.Cmd.Snmp.PrivateEvent.Hello", text, kString).outcome;
+    const ConnUnitEntry* old = RowOfDomain(domain);
+    // Silence is no refusal.
+    row.eventSupport = greeted == Outcome::kNoAnswer && old != nullptr ? old->eventSupport
+                       : greeted == Outcome::kAnswered                 ? 1
+                                                                       : 0;
     return 0;
+}
+
+void GreetUnit(std::uint16_t domain) {
+    const ConnUnitEntry* row = RowOfDomain(domain);
+    if (row == nullptr) {
+        return;
+    }
+    ConnUnitEntry greeted = *row;
+    if (HelloUnit(domain, greeted) == 0) {
+        const std::lock_guard lock(state.rowsMutex);
+        ConnUnitEntry& present = *RowOfDomain(domain);
+        present.fcAddress = greeted.fcAddress;
+        present.eventSupport = greeted.eventSupport;
+    }
+}
+
+void RefreshUnitStatus(std::uint16_t domain) {
+    const std::uint16_t pendingBefore = fabricUpdatePending;
+    std::uint16_t status = kUnitUnknown;
+    ReadUnitStatus(domain, status);
+    SetUnitStatus(domain, status);
+    fabricUpdatePending = pendingBefore;
 }
 
 int RefreshNextUnitStatus() {
@@ -280,10 +341,7 @@ int RefreshNextUnitStatus() {
         return 0;
     }
     if (state.statusCursor < GetUnitCount()) {
-        const std::uint16_t domain = connUnitTbl[state.statusCursor].domainId;
-        std::uint16_t status = kUnitUnknown;
-        ReadUnitStatus(domain, status);
-        SetUnitStatus(domain, status);
+        RefreshUnitStatus(connUnitTbl[state.statusCursor].domainId);
         ++state.statusCursor;
     } else {
         unitStatusRefreshPending = 0;
@@ -477,8 +535,13 @@ void BroadcastToFabric(const char* command) {
         if (row.domainId == 0) {
             break;
         }
-        if (row.domainId != GetLocalDomainId() && row.eventSupport != 0 &&
-            !HasLeftFabric(row.domainId)) {
+        if (row.domainId == GetLocalDomainId() || row.eventSupport == 0) {
+            continue;
+        }
+        if (!IsAnswering(row.domainId)) {
+            TraceLog(kSevere, "Private event not sent to domainId %d, which does not answer",
+                     row.domainId);
+        } else if (!HasLeftFabric(row.domainId)) {
             ReplyText ignored;
             SwitchMgmtQuery(row.domainId, command, ignored, kString);
         }

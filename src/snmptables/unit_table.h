@@ -38,20 +38,27 @@ extern std::array<ConnUnitEntry, MAX_CONN_UNITS> connUnitTbl;
 // Empties the table; part of start-up.
 void ResetConnUnitTable();
 
-// Empties the table and walks the fabric once; announces it on standard output. Returns 0 or -1.
+// Empties the table, waits for the local switch as long as it takes, and walks the fabric once;
+// announces it on standard output. Returns 0 or -1.
 int InitConnUnitTable();
 
-// Walks the fabric once: waits for switch management as long as it takes, asks for every domain,
-// probes the units (the local one only, unless proxying is enabled) and replaces the table. Returns
-// 0, or -1 with the table as it was.
+// Walks the fabric once: asks for every domain, greets the units (the local one only, unless
+// proxying is enabled) and replaces the table. A unit that is in the table and still listed stays
+// as it was when the walk does not reach it, unless it has been silent for ten seconds. Returns 0,
+// or -1 with the table as it was.
 int UpdateConnUnitTable();
 
 // The walk with up to three repetitions, one second apart, with notifications off meanwhile.
-// Returns 0, or -1 (and a line in the system log) when the third walk failed as well.
+// Returns 0, or -1 (and a line in the system log) when the third walk failed as well; -1 at once
+// while the local switch does not answer.
 int RefreshConnUnitTable();
 
-// Probes one unit and completes its row. Returns 0 or -1.
+// Asks one unit for a sign of life, says Hello, and completes its row. Returns 0 or -1.
 int HelloUnit(std::uint16_t domain, ConnUnitEntry& row);
+
+// The same for a unit in the table that answers again; reads its status into its row.
+void GreetUnit(std::uint16_t domain);
+void RefreshUnitStatus(std::uint16_t domain);
 
 // One step of the background refresh of the units' statuses; does nothing unless
 // `unitStatusRefreshPending`. Always 0.
@@ -130,7 +137,8 @@ std::uint16_t GetRowsEnd();
 
 // ---- the fabric ----
 
-// Sends a command to every other unit that accepts private events; results are ignored.
+// Sends a command to every other unit that accepts private events and answers; one that does not is
+// left out with a line in the log. Results are ignored.
 void BroadcastToFabric(const char* command);
 
 // Whether the fabric has no such switch any more, though it still has a row: nobody answers for it,

@@ -1,6 +1,7 @@
 #include "src/snmptables/zoning.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "src/base/text.h"
@@ -39,50 +40,73 @@ constexpr MemberSource kAliasSource{{0, "Get.Oper.Zoning.FirstAlias", "Get.Oper.
 // In ascending order of zone and member number, since it is built in that order.
 using MemberList = std::vector<ZoneMemberNode>;
 
-MemberList zones;
-MemberList aliases;
+// A list under way: the zone that has been reached, and its members.
+struct MemberFetch {
+    KeyWalk groups;
+    KeyWalk members{{}};
+    char firstMember[kCommandSize] = "";
+    char nextMember[kCommandSize] = "";
+    bool inGroup = false;
+    ZoneMemberNode node{};
+    MemberList list = {};
+};
 
-// clear() would keep the memory.
-void Empty(MemberList& members) {
-    std::exchange(members, MemberList());
-}
+// One of the lists: what is served, and what is being fetched to take its place.
+struct FetchedMembers {
+    const MemberSource& source;
+    std::uint16_t& stale;
+    MemberList list = {};
+    std::optional<MemberFetch> fetch = {};
+    FetchSchedule schedule = {};
+};
+
+FetchedMembers zones{kZoneSource, zoningStale};
+FetchedMembers aliases{kAliasSource, aliasStale};
 
 std::pair<std::uint32_t, std::uint32_t> NumbersOf(const ZoneMemberNode& node) {
     return {node.zone, node.member};
 }
 
-// Appends the members of one zone as far as they can be had. Returns -1 when there is no room.
-int ReadMembers(const MemberSource& source, const ReplyText& name, std::uint32_t zone,
-                MemberList& members) {
-    char first[kCommandSize];
-    char next[kCommandSize];
-    FormatText(first, "%s.%s.FirstZoneMember", source.path, name.data());
-    FormatText(next, "%s.%s.NextZoneMember", source.path, name.data());
-    KeyWalk walk({0, first, next});
-    ZoneMemberNode node{zone, 0, {}, {}};
-    CopyText(node.zoneName, sizeof(node.zoneName), name.data());
-    while (walk.Next() == 0) {
-        ++node.member;
-        CopyText(node.memberId, sizeof(node.memberId), walk.Key().data());
-        if (members.size() >= kMaxListEntries || AppendEntry(members, node) != 0) {
-            TraceLog(kError, "Unable to allocate memory %s %d", "snmptables.c",
-                     source.memoryErrorNumber);
-            return -1;
-        }
+void BeginGroup(const MemberSource& source, MemberFetch& fetch) {
+    const char* name = fetch.groups.Key().data();
+    FormatText(fetch.firstMember, "%s.%s.FirstZoneMember", source.path, name);
+    FormatText(fetch.nextMember, "%s.%s.NextZoneMember", source.path, name);
+    fetch.members = KeyWalk({0, fetch.firstMember, fetch.nextMember});
+    fetch.node = {fetch.node.zone + 1, 0, {}, {}};
+    CopyText(fetch.node.zoneName, sizeof(fetch.node.zoneName), name);
+    fetch.inGroup = true;
+}
+
+// Appends the member that has been reached. Returns -1 when there is no room.
+int AppendMember(const MemberSource& source, MemberFetch& fetch) {
+    ++fetch.node.member;
+    CopyText(fetch.node.memberId, sizeof(fetch.node.memberId), fetch.members.Key().data());
+    if (fetch.list.size() >= kMaxListEntries || AppendEntry(fetch.list, fetch.node) != 0) {
+        TraceLog(kError, "Unable to allocate memory %s %d", "snmptables.c",
+                 source.memoryErrorNumber);
+        return -1;
     }
     return 0;
 }
 
-int ReadMembersOfAll(const MemberSource& source, MemberList& members) {
-    KeyWalk walk(source.groups);
-    std::uint32_t zone = 0;
-    while (walk.Next() == 0) {
-        ++zone;
-        if (ReadMembers(source, walk.Key(), zone, members) != 0) {
-            return -1;
+// Goes on with a fetch until its end, or until a question is not answered.
+Fetched GoOn(const MemberSource& source, MemberFetch& fetch) {
+    for (;;) {
+        KeyWalk& walk = fetch.inGroup ? fetch.members : fetch.groups;
+        if (walk.Next() != 0) {
+            if (walk.Unanswered()) {
+                return Fetched::kInterrupted;
+            }
+            if (!fetch.inGroup) {
+                return fetch.node.zone == 0 ? Fetched::kFailed : Fetched::kWhole;
+            }
+            fetch.inGroup = false;
+        } else if (!fetch.inGroup) {
+            BeginGroup(source, fetch);
+        } else if (AppendMember(source, fetch) != 0) {
+            return Fetched::kFailed;
         }
     }
-    return zone == 0 ? -1 : 0;
 }
 
 void DumpMembers(const MemberSource& source, const MemberList& members) {
@@ -97,11 +121,34 @@ void DumpMembers(const MemberSource& source, const MemberList& members) {
     }
 }
 
-int Build(const MemberSource& source, MemberList& members) {
-    Empty(members);
-    const int result = ReadMembersOfAll(source, members);
-    DumpMembers(source, members);
+Fetched Fetch(FetchedMembers& members) {
+    if (!members.fetch) {
+        members.fetch.emplace(MemberFetch{.groups = KeyWalk(members.source.groups)});
+    }
+    const Fetched result = GoOn(members.source, *members.fetch);
+    if (result != Fetched::kInterrupted) {
+        members.list = std::move(members.fetch->list);
+        members.fetch.reset();
+        DumpMembers(members.source, members.list);
+    }
     return result;
+}
+
+// What is under way is of yesterday, too.
+void Mark(FetchedMembers& members) {
+    members.stale = 1;
+    members.fetch.reset();
+    members.schedule = {};
+}
+
+void Reset(FetchedMembers& members) {
+    members.list = MemberList();
+    Mark(members);
+}
+
+int Build(FetchedMembers& members) {
+    members.fetch.reset();
+    return Fetch(members) == Fetched::kWhole ? 0 : -1;
 }
 
 const ZoneMemberNode* FindNext(const MemberList& members, std::uint32_t zone,
@@ -120,52 +167,48 @@ const ZoneMemberNode* FindExactly(const MemberList& members, std::uint32_t zone,
 }  // namespace
 
 void ResetZoningTable() {
-    Empty(zones);
-    zoningStale = 1;
+    Reset(zones);
 }
 
 void ResetAliasTable() {
-    Empty(aliases);
-    aliasStale = 1;
+    Reset(aliases);
+}
+
+void MarkZoningStale() {
+    Mark(zones);
+    Mark(aliases);
 }
 
 int BuildZoningTable() {
-    return Build(kZoneSource, zones);
+    return Build(zones);
 }
 
 int BuildAliasTable() {
-    return Build(kAliasSource, aliases);
+    return Build(aliases);
 }
 
-// Neither is read for a request that asks a silent switch nothing more: it would find nothing.
 void RefreshZoningTable() {
-    if (zoningStale == 1 && !WorkMetSilence()) {
-        BuildZoningTable();
-        zoningStale = 0;
-    }
+    zones.schedule.Refresh(zoningStale, [] { return Fetch(zones); });
 }
 
 void RefreshAliasTable() {
-    if (aliasStale == 1 && !WorkMetSilence()) {
-        BuildAliasTable();
-        aliasStale = 0;
-    }
+    aliases.schedule.Refresh(aliasStale, [] { return Fetch(aliases); });
 }
 
 const ZoneMemberNode* GetNextZone(std::uint32_t zone, std::uint32_t member) {
-    return FindNext(zones, zone, member);
+    return FindNext(zones.list, zone, member);
 }
 
 const ZoneMemberNode* GetNextAlias(std::uint32_t alias, std::uint32_t member) {
-    return FindNext(aliases, alias, member);
+    return FindNext(aliases.list, alias, member);
 }
 
 const ZoneMemberNode* GetZoneMember(std::uint32_t zone, std::uint32_t member) {
-    return FindExactly(zones, zone, member);
+    return FindExactly(zones.list, zone, member);
 }
 
 const ZoneMemberNode* GetAliasMember(std::uint32_t alias, std::uint32_t member) {
-    return FindExactly(aliases, alias, member);
+    return FindExactly(aliases.list, alias, member);
 }
 
 }  // namespace snmpmain

@@ -25,15 +25,20 @@ extern std::uint16_t aliasStale;
 void ResetZoningTable();
 void ResetAliasTable();
 
+// Marks both stale: the fabric has told of a change.
+void MarkZoningStale();
+
 // Ask the local switch for all members and replace the list. Return 0, or -1 when there is no first
-// zone (alias) or memory runs out; the list then holds what was read so far.
+// zone (alias) or memory runs out (the list then holds what was read so far), or when a question is
+// not answered (the list then stays as it was).
 // "Get.Oper.Zoning.ActiveZoneSet.FirstZone", "Get.Oper.Zoning.ActiveZone.%s.FirstZoneMember"
 int BuildZoningTable();
 // "Get.Oper.Zoning.FirstAlias", "Get.Oper.Zoning.Alias.%s.FirstZoneMember"
 int BuildAliasTable();
 
-// Rebuild the list if it is stale. It counts as fresh afterwards even if that fails: the next
-// notification makes for the next try.
+// Rebuild the list if it is stale. It counts as fresh afterwards even if the switch refuses
+// something: the next notification makes for the next try. A question without an answer leaves the
+// list as it was; a later call goes on from there (see FetchSchedule).
 void RefreshZoningTable();
 void RefreshAliasTable();
 

@@ -15,6 +15,7 @@
 #include "src/link/frame.h"
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
+#include "src/link/reachability.h"
 #include "src/link/switch_info.h"
 #include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
@@ -124,11 +125,10 @@ void Follow(const NotificationRecord& record, bool fabricUpdated) {
             RefreshConnUnitTable();
             break;
         case kZoningOper:
-            zoningStale = 1;
-            aliasStale = 1;
+            MarkZoningStale();
             break;
         case kNameServerOper:
-            nameServerStale = 1;
+            MarkNameServerStale();
             ForgetLogins(record.domainId);
             break;
         case kSwitchOper:
@@ -194,7 +194,10 @@ void DispatchNotification() {
     if (GetIndexFromDomainId(record.domainId, index) != 0) {
         SystemLog("SNMP:Previously unknown switch joined the fabric. DomainId:%d\n",
                   record.domainId);
-        RefreshConnUnitTable();
+        // One that tells but does not answer would be left out again; its answer brings it in.
+        if (!IsSilent(record.domainId)) {
+            RefreshConnUnitTable();
+        }
     }
 }
 

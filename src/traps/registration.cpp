@@ -5,6 +5,7 @@
 #include "src/base/system_log.h"
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
+#include "src/link/reachability.h"
 #include "src/link/switch_info.h"
 #include "src/snmptables/unit_table.h"
 #include "src/traps/trap_sender.h"
@@ -44,6 +45,19 @@ int RegisterNotifications(bool on) {
         }
     }
     return result;
+}
+
+void WelcomeBack(std::uint16_t domain) {
+    std::uint16_t status = 0;
+    if (domain == 0 || GetUnitStatus(domain, status) != 0) {
+        if (RefreshConnUnitTable() == 0) {
+            ForgetReturned();
+        }
+        return;
+    }
+    RegisterAt(domain, "NotifyOn");
+    GreetUnit(domain);
+    RefreshUnitStatus(domain);
 }
 
 int InitTrapNotifications() {

@@ -194,11 +194,16 @@ void NotePlaceVersion(std::uint16_t place, std::optional<std::uint32_t> version)
 
 std::uint32_t AskPlaceVersion(std::uint16_t place) {
     ReplyText reply;
+    const Outcome outcome = AskSwitchf(0, reply, kString, nullptr, "Get.Config.Snmp.TrapVersion%s",
+                                       DigitsOfPlace(place).data())
+                                .outcome;
     // Older switches know no version.
     const bool version1 =
-        AskSetting("TrapVersion", place, reply) == 0 && std::strchr(reply.data(), '1') != nullptr;
+        outcome == Outcome::kAnswered && std::strchr(reply.data(), '1') != nullptr;
     const std::uint32_t version = version1 ? kTrapVersion1 : kTrapVersion2c;
-    NotePlaceVersion(place, version);
+    if (outcome != Outcome::kNoAnswer) {
+        NotePlaceVersion(place, version);
+    }
     return version;
 }
 

@@ -125,15 +125,16 @@ TEST_F(IdleStepTest, DoesOnePieceOfWorkInOrderOfPrecedence) {
     EXPECT_EQ(CountTexts("Get.Oper.Switch.OperState"), 1);
 }
 
-TEST_F(IdleStepTest, FabricUpdateStaysPendingUntilItSucceeds) {
+TEST_F(IdleStepTest, FabricUpdateStaysPendingAndIsTriedOnceInHalfAMinute) {
     Discover();
     fabricUpdatePending = 1;
     server.SetValue(0, "Oper.Fabric.Entry.7.WWN", std::nullopt);
     AgentIdleStep();
     EXPECT_EQ(fabricUpdatePending, 1);
-    server.SetValue(0, "Oper.Fabric.Entry.7.WWN", "1000020000000200");
+    TakeTexts();
     AgentIdleStep();
-    EXPECT_EQ(fabricUpdatePending, 0);
+    EXPECT_EQ(fabricUpdatePending, 1);
+    EXPECT_EQ(CountTexts("DomainID"), 0);
 }
 
 }  // namespace

@@ -304,25 +304,29 @@ TEST_F(WalkersTest, LoginsAreDevicesAtFabricPorts) {
 // another has answered is, for three seconds.
 TEST_F(WalkersTest, LoginsGoOnAfterARefusalAndComeBackAfterSilence) {
     const std::string refused = "Get.Oper.Link.Port.0.0.LinkEntries";
-    std::string silent;
-    server.SetReplyOverride(
-        [&](const sim::ReceivedCommand& command,
-            std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
-            if (command.text == silent && command.domain == 2) {
-                return std::nullopt;
-            }
-            reply[2] = command.text == refused ? 1 : 0;  // the status byte
-            return reply;
-        });
+    // One question is refused, and one is not answered.
+    const auto answer = [&](const std::string& silent) {
+        server.SetReplyOverride(
+            [refused, silent](
+                const sim::ReceivedCommand& command,
+                std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
+                if (command.text == silent && command.domain == 2) {
+                    return std::nullopt;
+                }
+                reply[2] = command.text == refused ? 1 : 0;  // the status byte
+                return reply;
+            });
+    };
+    answer("");
     for (const char* text :
          {"Get.Oper.NameServer.NextNsEntry.020900", "Get.Oper.Link.Port.0.1.LinkEntries"}) {
         ResetLogins();
         Expect(logins, "2.2.2>2.5.1 2.1.1>2.2.1");
         EXPECT_EQ(CountTexts("FirstNsEntry"), 1);
-        silent = text;
+        answer(text);
         Expect(logins, "1.1.1>2.2.1");
         EXPECT_EQ(CountTexts("FirstNsEntry"), 2) << "longer than three seconds";
-        silent.clear();
+        answer("");
         Expect(logins, "1.1.1>1.2.1");
         EXPECT_GT(CountTexts(text), 0);
     }

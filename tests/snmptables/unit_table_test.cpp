@@ -111,7 +111,13 @@ TEST_F(UnitTableTest, UnitsWithoutWwnOrAnswerAreLeftOut) {
         EXPECT_EQ(UpdateConnUnitTable(), 0);
         EXPECT_EQ(Domains(), (std::vector<std::uint16_t>{2, 7}));
     }
-    // The local unit has to answer its probe.
+    // The local unit has to answer its probe. Another one that is in the table may miss one.
+    ChangeReplies([](const sim::ReceivedCommand& command, auto& reply) {
+        reply[2] = command.domain == 7 ? 5 : 0;
+    });
+    EXPECT_EQ(UpdateConnUnitTable(), 0);
+    EXPECT_EQ(Domains(), (std::vector<std::uint16_t>{2, 7}));
+    ResetConnUnitTable();
     for (const auto& [silent, result] : {std::pair(7u, 0), std::pair(2u, -1)}) {
         ChangeReplies([domain = silent](const sim::ReceivedCommand& command, auto& reply) {
             reply[2] = command.domain == domain ? 5 : 0;

@@ -17,6 +17,7 @@
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
+#include "src/link/reachability.h"
 #include "src/link/switch_info.h"
 #include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
@@ -38,6 +39,7 @@ class SwitchTest : public testing::Test {
         EXPECT_TRUE(linked);
         ::setenv("SNMPMAIN_ROOT", "/dev/null", 1);  // whoever runs tests may have a snmpd
         ResetTraceLog();
+        ResetReachability();
         ResetSwitchInfo();
         ResetConnUnitTable();
         ResetNameServerTable();

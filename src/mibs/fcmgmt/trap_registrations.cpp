@@ -67,11 +67,8 @@ constexpr std::span<const Column> kTrapRegistrationColumns = kTrapRegistrations;
 }  // namespace
 
 int TrapRowAt(std::uint16_t index, TrapRowIndex& found) {
-    if (index >= kTrapDestinations) {
-        return -1;
-    }
-    const TrapRow row = GetTrapTable()[index];
-    if (row.address[0] == '\0') {
+    TrapRow row;
+    if (GetTrapRow(index, row) != 0) {
         return -1;
     }
     CopyText(found.address, sizeof(found.address), row.address);

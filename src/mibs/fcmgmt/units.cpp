@@ -23,7 +23,8 @@ constexpr WordTable kEventFilter{kLogLevelWords, 1};
 constexpr std::uint32_t kTicksPerSecond = 100;
 
 int ReadPortCount(const Column&, const Instance& instance, MibValue& value) {
-    return SetNumber(value, GetMaxPorts(instance.domain));
+    const std::uint32_t ports = GetMaxPorts(instance.domain);
+    return WasAnswered() ? SetNumber(value, ports) : -1;
 }
 
 int ReadState(const Column&, const Instance& instance, MibValue& value) {

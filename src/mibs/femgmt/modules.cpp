@@ -27,7 +27,8 @@ int ReadWwn(const Column&, const Instance& instance, MibValue& value) {
 }
 
 int ReadPortCount(const Column&, const Instance& instance, MibValue& value) {
-    return SetNumber(value, GetMaxPorts(instance.domain));
+    const std::uint32_t ports = GetMaxPorts(instance.domain);
+    return WasAnswered() ? SetNumber(value, ports) : -1;
 }
 
 // The numbers of a dotted text; a text without a dot is no object id.
