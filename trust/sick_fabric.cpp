@@ -45,7 +45,11 @@ class SickFabric : public testing::Test {
         const Clock::time_point start = Clock::now();
         e2e::Values values = stack_.BulkWalk(oid);
         seconds = SecondsSince(start);
-        std::erase_if(values, [](const auto& value) { return value.second.starts_with("No "); });
+        // The tool's own message about a walk that breaks off gets in between.
+        std::erase_if(values, [](const auto& value) {
+            return value.second.starts_with("No ") ||
+                   value.second.find("No Response") != std::string::npos;
+        });
         return values;
     }
 
@@ -140,10 +144,8 @@ TEST_F(SickFabric, LossMakesNothingWrong) {
     for (const std::string& table : tables) {
         whole[table] = Walk(table, seconds);
     }
-    for (const double loss : {0.1, 0.01, 0.3}) {
-        if (loss != 0.1 && Scaled(1, 0) == 0) {
-            continue;
-        }
+    const bool isShort = Scaled(1, 0) == 0;
+    for (const double loss : isShort ? std::vector{0.02} : std::vector{0.01, 0.1, 0.3}) {
         stack_.Switch().SetFaults({.lose = loss});
         long asked = 0, shown = 0;
         const Clock::time_point start = Clock::now();
@@ -154,15 +156,15 @@ TEST_F(SickFabric, LossMakesNothingWrong) {
             for (const std::string& table : tables) {
                 const e2e::Values values = Walk(table, seconds);
                 const std::set<e2e::Value> known(whole[table].begin(), whole[table].end());
-                EXPECT_TRUE(std::ranges::all_of(values, [&](const e2e::Value& value) {
-                    return known.contains(value);
-                })) << table;
+                for (const e2e::Value& value : values) {
+                    EXPECT_TRUE(known.contains(value)) << value.first << " is " << value.second;
+                }
                 asked += static_cast<long>(known.size());
                 shown += static_cast<long>(values.size());
             }
         }
         const double soon = loss > 0.1 ? 600 : 60;
-        if (Scaled(1, 0) == 1 && loss <= 0.1) {
+        if (!isShort && loss <= 0.1) {
             stack_.Switch().SendNotification(0, "5");  // the fabric is looked at
             Session patient(stack_.SnmpAddress(), 300);
             EXPECT_EQ(patient.Get(kUnitCount), "10");
