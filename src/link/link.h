@@ -59,7 +59,7 @@ struct Answer {
 // one-second ticks for its reply, any other ten, and is sent once more after that.
 // Requests of several threads follow one another. Any thread; within a receiver of notifications,
 // which holds up all requests, it fails at once, and so it does for a switch that is suspect or
-// silent, after up to 0.8 seconds for the answer to a probe (reachability.h).
+// silent, after up to 0.5 seconds for the answer to a probe (reachability.h).
 Answer AskSwitch(std::uint32_t domain, const char* command, ReplyText& result, ConversionType type,
                  std::uint32_t* value = nullptr);
 

@@ -22,7 +22,7 @@ constexpr std::chrono::seconds kProbeInterval{
     1};  // of a silent switch; of a probe that is repeated
 constexpr std::chrono::milliseconds kHeardPause{500};
 constexpr std::chrono::seconds kReturnPause{30};
-constexpr std::chrono::milliseconds kFreshDoubt{800};
+constexpr std::chrono::milliseconds kFreshDoubt{500};
 constexpr std::chrono::milliseconds kFirstRepetition{300};  // of a probe: one may get lost
 
 // Domain ids have 8 bits; what a notification brings may be larger. The local switch has place 0.
