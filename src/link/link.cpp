@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <bitset>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
@@ -16,14 +17,17 @@
 #include <mutex>
 #include <optional>
 #include <string_view>
+#include <thread>
 
 #include "src/base/byte_order.h"
+#include "src/base/progress.h"
 #include "src/base/text.h"
 #include "src/base/thread_stack.h"
 #include "src/base/trace_log.h"
 #include "src/link/notify_queue.h"
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
+#include "src/link/tellings.h"
 
 namespace snmpmain {
 
@@ -56,12 +60,16 @@ struct Reception {
     bool requestOpen = false;
     bool listenerWaits = false;  // for `resumed`
     Clock::time_point lastRequest{};
-    sockaddr_in peer{};  // whoever sent the last datagram
+
+    // For whoever receives.
+    sockaddr_in peer{};                       // whoever sent the last datagram
+    std::uint32_t sequence = kFirstSequence;  // of what was sent last
+    // Sequences of probes and tellings, whose replies no requester waits for, be they late.
+    std::bitset<kLastSequence - kFirstSequence + 1> unwaited;
 };
 
 struct Link {
     int socket = -1;
-    std::atomic<std::uint32_t> sequence{kFirstSequence};  // of the last request or probe
     pthread_mutex_t requestMutex = PTHREAD_MUTEX_INITIALIZER;
     Reception reception;
     std::atomic<NotificationReceiver> receiver{nullptr};
@@ -106,7 +114,7 @@ Readiness WaitForSocket(bool forWriting, std::chrono::microseconds time) {
 
 // ---- receiving ----
 
-enum class Received { kReply, kOther };
+enum class Received { kNothing, kReply, kOther };
 
 // The domain that a datagram names, as a hint: which switch a reply answers for its sequence tells.
 std::uint32_t DomainNamedIn(const ReplyFrame& frame) {
@@ -114,6 +122,11 @@ std::uint32_t DomainNamedIn(const ReplyFrame& frame) {
     return GetMergeMode() == kMergeInterop2 && domain > kInteropDomainOffset
                ? domain - kInteropDomainOffset
                : domain;
+}
+
+bool IsUnwaited(std::uint32_t sequence) {
+    return sequence >= kFirstSequence && sequence <= kLastSequence &&
+           link.reception.unwaited[sequence - kFirstSequence];
 }
 
 // Receives one datagram, notes its sender as the peer and hands a notification to its receiver;
@@ -129,7 +142,7 @@ Received ReceiveDatagram(ReplyFrame& buffer, int flags, std::uint32_t& sequence)
         if (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) {
             TraceLog(kSevere, "Error on read from socket");
         }
-        return Received::kOther;
+        return Received::kNothing;
     }
     link.reception.peer = sender;
     const auto length = static_cast<std::size_t>(received);
@@ -139,11 +152,14 @@ Received ReceiveDatagram(ReplyFrame& buffer, int flags, std::uint32_t& sequence)
     }
     sequence = LoadBig32(&buffer[kSequenceOffset]);
     if (sequence > kLastNotificationSequence) {
-        if (TakeProbeReply(sequence, Clock::now())) {
-            return Received::kOther;
-        }
         std::fill(buffer.begin() + received, buffer.end(), std::uint8_t{0});
-        return Received::kReply;
+        if (!IsUnwaited(sequence)) {
+            return Received::kReply;
+        }
+        if (!TakeProbeReply(sequence, Clock::now())) {
+            TakeTellingReply(sequence, buffer);
+        }
+        return Received::kOther;
     }
     NoteHeard(DomainNamedIn(buffer));
     if (const NotificationReceiver receiver = link.receiver; receiver != nullptr) {
@@ -154,22 +170,38 @@ Received ReceiveDatagram(ReplyFrame& buffer, int flags, std::uint32_t& sequence)
     return Received::kOther;
 }
 
-// ---- probes ----
+// ---- what nobody waits for ----
+
+// In a storm the sequences come round within seconds.
+std::uint32_t NextFreeSequence() {
+    std::uint32_t sequence = link.reception.sequence;
+    do {
+        sequence = NextSequence(sequence);
+    } while (IsUnwaited(sequence) && (IsProbeUnderWay(sequence) || IsTellingUnderWay(sequence)));
+    return sequence;
+}
 
 // Builds the frame for a command with the next sequence. Returns 0 or -1 (logged).
-int BuildNextFrame(std::uint32_t domain, const char* command, RequestFrame& frame,
+int BuildNextFrame(std::uint32_t domain, const char* command, bool isWaitedFor, RequestFrame& frame,
                    std::uint32_t& sequence) {
-    std::uint32_t last = link.sequence;
-    do {
-        sequence = NextSequence(last);
-        if (BuildRequestFrame(command, MakeTargetWord(domain), sequence, frame) != 0) {
-            return -1;
-        }
-    } while (!link.sequence.compare_exchange_weak(last, sequence));
+    sequence = NextFreeSequence();
+    if (BuildRequestFrame(command, MakeTargetWord(domain), sequence, frame) != 0) {
+        return -1;
+    }
+    link.reception.sequence = sequence;
+    link.reception.unwaited[sequence - kFirstSequence] = !isWaitedFor;
     return 0;
 }
 
-// Sends the probes that are due, without waiting. For whoever receives at the moment.
+// What does not fit the socket is lost like any datagram.
+void SendWithoutWaiting(std::uint16_t domain, const char* command, const RequestFrame& frame) {
+    TraceLog(kTrace, "%-3d>> %s", domain, command);
+    const sockaddr_in& peer = link.reception.peer;
+    ::sendto(link.socket, frame.bytes.data(), frame.length, MSG_DONTWAIT,
+             reinterpret_cast<const sockaddr*>(&peer), sizeof(peer));
+}
+
+// Sends the probes that are due.
 void SendDueProbes() {
     const Clock::time_point now = Clock::now();
     if (now < NextProbeTime()) {
@@ -180,20 +212,49 @@ void SendDueProbes() {
     for (const std::uint16_t domain : std::span(domains).first(count)) {
         RequestFrame frame;
         std::uint32_t sequence = 0;
-        if (BuildNextFrame(domain, kProbeCommand, frame, sequence) != 0) {
+        if (BuildNextFrame(domain, kProbeCommand, false, frame, sequence) != 0) {
             continue;
         }
         NoteProbe(domain, sequence, now);
-        TraceLog(kTrace, "%-3d>> %s", domain, kProbeCommand);
-        const sockaddr_in& peer = link.reception.peer;
-        ::sendto(link.socket, frame.bytes.data(), frame.length, MSG_DONTWAIT,
-                 reinterpret_cast<const sockaddr*>(&peer), sizeof(peer));
+        SendWithoutWaiting(domain, kProbeCommand, frame);
     }
 }
 
+void SendTelling(DueTelling& due, Clock::time_point now) {
+    RequestFrame frame;
+    if (due.sequence != 0) {
+        BuildRequestFrame(due.command->c_str(), MakeTargetWord(due.domain), due.sequence, frame);
+    } else if (BuildNextFrame(due.domain, due.command->c_str(), false, frame, due.sequence) != 0) {
+        DropTelling(due.domain);
+        return;
+    } else {
+        NoteRequest(due.domain);
+        NoteTelling(due.domain, due.sequence, now);
+    }
+    SendWithoutWaiting(due.domain, due.command->c_str(), frame);
+}
+
+void SendDueTellings() {
+    const Clock::time_point now = Clock::now();
+    if (now < NextTellingTime()) {
+        return;
+    }
+    DueTelling due;
+    while (TakeDueTelling(now, due)) {
+        SendTelling(due, now);
+    }
+}
+
+// Sends what is due and nobody waits for, itself without waiting. For whoever receives at the
+// moment.
+void SendDue() {
+    SendDueTellings();
+    SendDueProbes();
+}
+
 // How long the ListenThread may wait for a datagram.
-std::chrono::microseconds UntilNextProbe() {
-    const auto left = NextProbeTime() - Clock::now();
+std::chrono::microseconds UntilNextDue() {
+    const auto left = std::min(NextProbeTime(), NextTellingTime()) - Clock::now();
     return std::chrono::duration_cast<std::chrono::microseconds>(
         std::clamp<Clock::duration>(left, std::chrono::milliseconds(1), kTickLength));
 }
@@ -224,7 +285,7 @@ void* ListenThread(void*) {
     for (;;) {
         AwaitTurn(lock);
         lock.unlock();
-        const Readiness readiness = WaitForSocket(false, UntilNextProbe());
+        const Readiness readiness = WaitForSocket(false, UntilNextDue());
         lock.lock();
         if (link.reception.requestOpen) {
             continue;
@@ -233,7 +294,7 @@ void* ListenThread(void*) {
             std::uint32_t unasked = 0;
             ReceiveDatagram(buffer, MSG_DONTWAIT, unasked);
         }
-        SendDueProbes();
+        SendDue();
     }
     return nullptr;
 }
@@ -291,7 +352,7 @@ int SendDatagram(const RequestFrame& frame, const sockaddr_in& peer) {
 int WaitForReply(ReplyFrame& reply, std::uint32_t expected, int ticks) {
     Clock::time_point end = Clock::now() + ticks * kTickLength;
     do {
-        SendDueProbes();
+        SendDue();
         std::uint32_t sequence = 0;
         if (ReceiveDatagram(reply, 0, sequence) != Received::kReply) {
             continue;
@@ -320,7 +381,7 @@ int SendWithRetry(const RequestFrame& frame, std::uint32_t domain, std::uint32_t
         }
     }
     NoteUnanswered(domain);
-    SendDueProbes();
+    SendDue();
     return -1;
 }
 
@@ -328,12 +389,43 @@ int SendWithRetry(const RequestFrame& frame, std::uint32_t domain, std::uint32_t
 bool AwaitProbe(std::uint32_t domain, ReplyFrame& buffer) {
     Advice advice = AdviceFor(domain);
     while (advice == Advice::kAwaitProbe) {
-        SendDueProbes();
+        SendDue();
         std::uint32_t unasked = 0;
         ReceiveDatagram(buffer, 0, unasked);
         advice = AdviceFor(domain);
     }
     return advice == Advice::kAsk;
+}
+
+// Receives and sends until `end`: without waiting, or until no telling is left.
+void Serve(Clock::time_point end, bool waits) {
+    ReplyFrame buffer;
+    do {
+        SendDue();
+        std::uint32_t unasked = 0;
+        if (ReceiveDatagram(buffer, MSG_DONTWAIT, unasked) != Received::kNothing) {
+            continue;
+        }
+        if (!waits || !IsTelling()) {
+            return;
+        }
+        const auto left = end - Clock::now();
+        WaitForSocket(false, std::chrono::duration_cast<std::chrono::microseconds>(
+                                 std::max<Clock::duration>(left, left.zero())));
+    } while (Clock::now() < end);
+}
+
+// Whoever has a request open does it instead.
+bool ServeFor(std::chrono::milliseconds most, bool waits) {
+    if (inReceiver || ::pthread_mutex_trylock(&link.requestMutex) != 0) {
+        return false;
+    }
+    {
+        const OpenRequest request;
+        Serve(Clock::now() + most, waits);
+    }
+    ::pthread_mutex_unlock(&link.requestMutex);
+    return true;
 }
 
 std::array<char, kCommandSize> FormatCommand(const char* format, va_list arguments) {
@@ -411,7 +503,10 @@ int InitLink(const char* remoteAddress) {
 
 std::uint16_t InitSendRecvLock() {
     std::fputs("SNMP:Initializing Send/Receive semaphores\n", stderr);
-    link.sequence = kFirstSequence;
+    {
+        const std::lock_guard lock(link.reception.mutex);
+        link.reception.sequence = kFirstSequence;
+    }
     if (const int error = ::pthread_mutex_init(&link.requestMutex, nullptr); error != 0) {
         ReportSetUpError("SNMP:Failure initializing Send/Receive mutex semaphore.", error);
         return kQueryFailed;
@@ -445,10 +540,10 @@ Outcome SwitchMgmtExchange(std::uint32_t domain, const char* command, const char
     }
     RequestFrame frame;
     std::uint32_t sequence = 0;
-    if (BuildNextFrame(domain, command, frame, sequence) != 0) {
+    if (BuildNextFrame(domain, command, true, frame, sequence) != 0) {
         return Outcome::kRefused;
     }
-    NoteRequest(domain, sequence);
+    NoteRequest(domain);
     requestSize = frame.length;
     TraceLog(kTrace, "%-3d>> %s", static_cast<int>(domain), loggedText);
     return SendWithRetry(frame, domain, sequence, reply) == 0 ? Outcome::kAnswered
@@ -496,6 +591,18 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
     const auto command = FormatCommand(format, arguments);
     va_end(arguments);
     return SwitchMgmtQuery(domain, command.data(), result, type, value);
+}
+
+void ServeTellings() {
+    if (IsTelling()) {
+        ServeFor(kSlice, false);
+    }
+}
+
+void AwaitTellings(std::chrono::milliseconds most) {
+    if (IsTelling() && !ServeFor(most, true)) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
 }
 
 int PingSwitchMgmt(std::uint32_t domain) {

@@ -1,5 +1,6 @@
-// The link to switch management: one UDP socket, one request at a time, replies matched to requests
-// by sequence number, and a thread that receives notifications while nothing is asked.
+// The link to switch management: one UDP socket, one request at a time (and what nobody waits for,
+// tellings.h and reachability.h), replies matched to requests by sequence number, and a thread that
+// receives notifications while nothing is asked.
 #pragma once
 
 #include <atomic>

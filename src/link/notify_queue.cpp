@@ -43,9 +43,7 @@ void Put(const NotificationRecord& record) {
         queue.slots[queue.writeIndex] = record;
         queue.writeIndex = next;
     }
-    if (queue.wakeDescriptor >= 0) {
-        ::eventfd_write(queue.wakeDescriptor, 1);
-    }
+    Wake();
 }
 
 void Get(NotificationRecord& record) {
@@ -58,6 +56,10 @@ bool Pending() {
     return queue.writeIndex != queue.readIndex;
 }
 
+const NotificationRecord& Front() {
+    return queue.slots[queue.readIndex];
+}
+
 void Reset() {
     const std::lock_guard lock(queue.mutex);
     queue.writeIndex = 0;
@@ -66,6 +68,12 @@ void Reset() {
 
 int WakeDescriptor() {
     return queue.wakeDescriptor;
+}
+
+void Wake() {
+    if (queue.wakeDescriptor >= 0) {
+        ::eventfd_write(queue.wakeDescriptor, 1);
+    }
 }
 
 void AcknowledgeWake() {

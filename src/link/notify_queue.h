@@ -31,15 +31,17 @@ void Put(const NotificationRecord& record);
 // Takes the oldest record. Test with Pending first. Main thread only.
 void Get(NotificationRecord& record);
 
-// Whether records wait. Main thread only.
+// Whether records wait, and the oldest of them, which stays in the queue. Main thread only.
 bool Pending();
+const NotificationRecord& Front();
 
 // Forgets all records.
 void Reset();
 
 // The descriptor that an event loop watches for reading, so that it wakes the moment a record is
-// put; AcknowledgeWake makes it quiet again until the next one. -1 before Open.
+// put or Wake is called; AcknowledgeWake makes it quiet again until the next time. -1 before Open.
 int WakeDescriptor();
+void Wake();
 void AcknowledgeWake();
 
 }  // namespace NotifyQueue

@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <bitset>
 #include <limits>
 #include <mutex>
 
 #include "src/base/trace_log.h"
-#include "src/link/frame.h"
 #include "src/link/switch_info.h"
 
 namespace snmpmain {
@@ -54,8 +52,6 @@ struct SwitchState {
 struct State {
     std::mutex mutex;
     std::array<SwitchState, kPlaces> switches;
-    // Sequences that belong to probes, for those that are answered late.
-    std::bitset<kLastSequence - kFirstSequence + 1> probeSequences;
     std::atomic<bool> anyReturned{false};
     Time nextTime = kNever;
     std::atomic<bool> anythingDue{false};  // nextTime is not kNever
@@ -120,6 +116,10 @@ void BeginDoubt(SwitchState& one, Time now) {
         one.doubtedSince = now;
         one.nextProbe = now;
     }
+}
+
+auto FindProbe(SwitchState& one, std::uint32_t sequence) {
+    return std::ranges::find(one.probes, sequence, &Probe::sequence);
 }
 
 SwitchState* FindReturned(Time now) {
@@ -194,15 +194,13 @@ void KeepReachabilityOf(std::span<const std::uint16_t> listed) {
 void ResetReachability() {
     const std::lock_guard lock(state.mutex);
     state.switches = {};
-    state.probeSequences.reset();
     state.anyReturned = false;
     NoteNextTime();
 }
 
-void NoteRequest(std::uint32_t domain, std::uint32_t sequence) {
+void NoteRequest(std::uint32_t domain) {
     const std::lock_guard lock(state.mutex);
     At(domain).known = true;
-    state.probeSequences.reset(sequence - kFirstSequence);
 }
 
 void NoteUnanswered(std::uint32_t domain) {
@@ -277,25 +275,25 @@ void NoteProbe(std::uint16_t domain, std::uint32_t sequence, Time now) {
     SwitchState& one = At(domain);
     one.probes[one.nextSlot] = {sequence, now};
     one.nextSlot = (one.nextSlot + 1) % kProbesUnderWay;
-    state.probeSequences.set(sequence - kFirstSequence);
 }
 
 bool TakeProbeReply(std::uint32_t sequence, Time now) {
-    if (sequence < kFirstSequence || sequence > kLastSequence) {
-        return false;
-    }
     const std::lock_guard lock(state.mutex);
-    if (!state.probeSequences[sequence - kFirstSequence]) {
-        return false;
-    }
     for (SwitchState& one : state.switches) {
-        const auto probe = std::ranges::find(one.probes, sequence, &Probe::sequence);
-        if (probe != one.probes.end()) {
+        if (const auto probe = FindProbe(one, sequence); probe != one.probes.end()) {
             now - probe->sent <= kProbePatience ? SetAnswering(one) : Hear(one);
             NoteNextTime();
+            return true;
         }
     }
-    return true;
+    return false;
+}
+
+bool IsProbeUnderWay(std::uint32_t sequence) {
+    const std::lock_guard lock(state.mutex);
+    return std::ranges::any_of(state.switches, [sequence](SwitchState& one) {
+        return FindProbe(one, sequence) != one.probes.end();
+    });
 }
 
 }  // namespace snmpmain

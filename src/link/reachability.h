@@ -46,8 +46,8 @@ void ResetReachability();
 
 using ReachClock = std::chrono::steady_clock;
 
-// A request is sent to this switch with this sequence: it is one that probes may go to.
-void NoteRequest(std::uint32_t domain, std::uint32_t sequence);
+// A request is sent to this switch: it is one that probes may go to.
+void NoteRequest(std::uint32_t domain);
 
 // It was not answered with its full patience: the switch is suspect, and all are probed.
 void NoteUnanswered(std::uint32_t domain);
@@ -73,7 +73,8 @@ ReachClock::time_point NextProbeTime();
 std::size_t TakeDueProbes(ReachClock::time_point now, std::span<std::uint16_t> domains);
 void NoteProbe(std::uint16_t domain, std::uint32_t sequence, ReachClock::time_point now);
 
-// Whether a reply carries the sequence of a probe, in time or late: nobody else waits for it.
+// Whether a reply carries the sequence of a probe under way, in time or late.
 bool TakeProbeReply(std::uint32_t sequence, ReachClock::time_point now);
+bool IsProbeUnderWay(std::uint32_t sequence);
 
 }  // namespace snmpmain
