@@ -54,27 +54,50 @@ constexpr decltype(ConfKeyTable) kInitialTable = {{
     {"*endv3*", "", "", kString},
 }};
 
+struct Reading {
+    std::size_t row = 0;
+    bool failed = false;
+};
+
+Reading reading;
+
+// Returns 0, or -1 when a value without which nobody gets in was never told.
+int ReadRow(ConfKey& row) {
+    constexpr std::string_view kWayIn[] = {"V3Enable", "rocommunity", "rwcommunity"};
+    ReplyText reply;
+    const Outcome outcome = AskSwitch(0, row.command, reply, row.type).outcome;
+    if (outcome == Outcome::kAnswered) {
+        CopyText(row.value, sizeof(row.value), reply.data());
+    }
+    const bool unknown = outcome == Outcome::kNoAnswer && row.value[0] == '\0' &&
+                         std::ranges::find(kWayIn, row.key) != std::end(kWayIn);
+    return unknown ? -1 : 0;
+}
+
 }  // namespace
 
 decltype(ConfKeyTable) ConfKeyTable = kInitialTable;
 
 int ReadConfSettings() {
-    constexpr std::string_view kWayIn[] = {"V3Enable", "rocommunity", "rwcommunity"};
-    int result = 0;
-    for (ConfKey& row : ConfKeyTable) {
-        if (row.command[0] == '\0') {
-            continue;
-        }
-        ReplyText reply;
-        const Outcome outcome = AskSwitch(0, row.command, reply, row.type).outcome;
-        if (outcome == Outcome::kAnswered) {
-            CopyText(row.value, sizeof(row.value), reply.data());
-        } else if (outcome == Outcome::kNoAnswer && row.value[0] == '\0' &&
-                   std::ranges::find(kWayIn, row.key) != std::end(kWayIn)) {
-            result = -1;
-        }
+    BeginConfSettings();
+    return DoAll(StepConfSettings);
+}
+
+void BeginConfSettings() {
+    reading = {};
+}
+
+Progress StepConfSettings() {
+    while (reading.row < ConfKeyTable.size() && ConfKeyTable[reading.row].command[0] == '\0') {
+        ++reading.row;
     }
-    return result;
+    if (reading.row == ConfKeyTable.size()) {
+        return reading.failed ? Progress::kFailed : Progress::kDone;
+    }
+    if (ReadRow(ConfKeyTable[reading.row++]) != 0) {
+        reading.failed = true;
+    }
+    return Progress::kMore;
 }
 
 const char* V3Value(const char* key) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <span>
 
+#include "src/base/progress.h"
 #include "src/link/reply_parser.h"
 
 namespace snmpmain {
@@ -38,6 +39,10 @@ inline std::span<ConfKey> V3Section() {
 // when the switch left the way in (communities, or whether SNMPv3 takes their place) unanswered and
 // never told it before: a file written now would let nobody in.
 int ReadConfSettings();
+
+// The same in steps of one value each.
+void BeginConfSettings();
+Progress StepConfSettings();
 
 // The value of a key of the SNMPv3 section.
 const char* V3Value(const char* key);

@@ -37,6 +37,7 @@ enum class Pending {
 };
 Pending pending = Pending::kNothing;
 Clock::time_point nextRetry;
+bool underWay = false;
 
 std::string ConfigurationPath() {
     return RootedPath(kConfigurationFile);
@@ -96,13 +97,8 @@ int WriteBothSides() {
     return written;
 }
 
-int RunCycle() {
-    // The misspelling is known to those who watch for this line.
-    std::fputs("SNMP:Initializing configuration paramenters\n", stderr);
-    if (ReadConfSettings() != 0) {
-        std::fputs("SNMP:Error reading SNMP configuration data\n", stderr);
-        return -1;
-    }
+// What is done with the settings that have been read. Returns 0 or -1.
+int PutInForce() {
     const int written = WriteBothSides();
     std::fputs("SNMP:Saving configuration file stats\n", stderr);
     if (!SnmpdHasOwnFile()) {
@@ -128,15 +124,40 @@ void RecallSnmpdConf() {
 }
 
 int InitSnmpdConf() {
+    BeginSnmpdConf();
+    return DoAll(StepSnmpdConf);
+}
+
+void BeginSnmpdConf() {
+    underWay = true;
     pending = Pending::kCycle;
     nextRetry = Clock::now() + kRetryInterval;
-    return RunCycle();
+    // The misspelling is known to those who watch for this line.
+    std::fputs("SNMP:Initializing configuration paramenters\n", stderr);
+    BeginConfSettings();
+}
+
+bool IsSnmpdConfUnderWay() {
+    return underWay;
+}
+
+Progress StepSnmpdConf() {
+    const Progress read = StepConfSettings();
+    if (read == Progress::kMore) {
+        return read;
+    }
+    underWay = false;
+    if (read == Progress::kFailed) {
+        std::fputs("SNMP:Error reading SNMP configuration data\n", stderr);
+        return read;
+    }
+    return PutInForce() == 0 ? Progress::kDone : Progress::kFailed;
 }
 
 void SyncSnmpdPersistent() {
     const bool sent = CarryToSwitch();
     if (pending == Pending::kCycle) {
-        InitSnmpdConf();
+        BeginSnmpdConf();
     } else if (sent) {
         // The switch will tell of its change, and that leads to another cycle. But a daemon that is
         // started before has to find what its managers have set.
@@ -160,7 +181,7 @@ void ResumeSnmpdConf() {
     if (pending == Pending::kNothing) {
         SyncSnmpdPersistent();
     } else if (pending == Pending::kCycle || WriteConfiguration(ignored) == 0) {
-        InitSnmpdConf();
+        BeginSnmpdConf();
     }
 }
 

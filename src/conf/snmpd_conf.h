@@ -3,6 +3,7 @@
 // those of the switch, below SNMPMAIN_ROOT where that is set. Main thread only.
 #pragma once
 
+#include "src/base/progress.h"
 #include "src/conf/shared_settings.h"
 
 namespace snmpmain {
@@ -19,6 +20,11 @@ void RecallSnmpdConf();
 // line in the diagnostic log), ResumeSnmpdConf makes up for. Takes 37 queries, of up to 4 seconds
 // each when the switch is silent.
 int InitSnmpdConf();
+
+// The same in steps; a cycle may also be begun here to make up for one that failed.
+void BeginSnmpdConf();
+bool IsSnmpdConfUnderWay();
+Progress StepSnmpdConf();
 
 // Sends location, contact and name that managers have changed at the daemon to the local switch.
 // For when SnmpdConfChanged.

@@ -106,6 +106,28 @@ const char* TextOf(std::uint32_t domain, const char* kept, int (*read)(std::uint
     return read(domain) == 0 ? info.reply.data() : unknown;
 }
 
+// What is read first, in this order; then the blades' sensors and the rest.
+constexpr int (*kFacts[])() = {
+    ReadLocalDomainId,
+    ReadMergeMode,
+    ReadProxyEnable,
+    ReadSwitchType,
+    [] { return ReadChassisCount(GetLocalDomainId()); },
+    [] { return ReadBladeCount(GetLocalDomainId()); },
+    [] { return ReadMaxPorts(GetLocalDomainId()); },
+    [] { return ReadSwitchWwn(GetLocalDomainId()); },
+    [] { return ReadPowerSupplyCount(GetLocalDomainId()); },
+    [] { return ReadFanCount(GetLocalDomainId()); },
+};
+
+struct InfoReading {
+    std::size_t fact = 0;
+    std::uint32_t blade = 0;
+    bool idRead = false;
+};
+
+InfoReading reading;
+
 constexpr std::string_view kBladeTypes[] = {
     "SwitchBlade",     "GenericBlade",     "TelcoSwitchBlade",     "TelcoGenericBlade",
     "SwitchBlade20",   "GenericBlade20",   "TelcoSwitchBlade20",   "TelcoGenericBlade20",
@@ -265,25 +287,28 @@ bool IsBladeType() {
 }
 
 int InitSwitchInfo() {
-    if (ReadLocalDomainId() != 0 || ReadMergeMode() != 0 || ReadProxyEnable() != 0 ||
-        ReadSwitchType() != 0) {
-        return -1;
+    BeginSwitchInfo();
+    return DoAll(StepSwitchInfo);
+}
+
+void BeginSwitchInfo() {
+    reading = {};
+}
+
+Progress StepSwitchInfo() {
+    int result = 0;
+    if (reading.fact < std::size(kFacts)) {
+        result = kFacts[reading.fact++]();
+    } else if (reading.blade < std::min(info.blades, kMaxBlades)) {
+        result = ReadTempSensorCount(GetLocalDomainId(), reading.blade++);
+    } else if (!reading.idRead) {
+        result = ReadSysObjectId(GetLocalDomainId());
+        reading.idRead = true;
+    } else {
+        ReadAllow4GPorts(GetLocalDomainId());
+        return Progress::kDone;
     }
-    const std::uint32_t local = GetLocalDomainId();
-    if (ReadChassisCount(local) != 0 || ReadBladeCount(local) != 0 || ReadMaxPorts(local) != 0 ||
-        ReadSwitchWwn(local) != 0 || ReadPowerSupplyCount(local) != 0 || ReadFanCount(local) != 0) {
-        return -1;
-    }
-    for (std::uint32_t blade = 0; blade < std::min(info.blades, kMaxBlades); ++blade) {
-        if (ReadTempSensorCount(local, blade) != 0) {
-            return -1;
-        }
-    }
-    if (ReadSysObjectId(local) != 0) {
-        return -1;
-    }
-    ReadAllow4GPorts(local);
-    return 0;
+    return result == 0 ? Progress::kMore : Progress::kFailed;
 }
 
 bool WasAnswered() {

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "src/base/progress.h"
+
 namespace snmpmain {
 
 // Zoning merge modes, "Get.Config.Zoning.MergeMode".
@@ -24,6 +26,10 @@ constexpr std::uint32_t kMaxPortsAsked = 4096;
 
 // Reads all facts of the local switch, the first failure ending it. Returns 0 or -1.
 int InitSwitchInfo();
+
+// The same in steps of one fact each.
+void BeginSwitchInfo();
+Progress StepSwitchInfo();
 
 // Accessors: ask a switch and return 0, or -1 when the query fails. The value goes into the kept
 // record only when the domain is local; a failure leaves the record as it was. The first four

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <ctime>
+#include <iterator>
 
 #include "src/link/link.h"
 #include "src/link/reachability.h"
@@ -22,11 +22,6 @@ struct StatusMemo {
 
 StatusMemo memo;
 
-struct Findings {
-    bool warning = false;
-    bool failure = false;
-};
-
 // Seconds on a clock that nobody sets: the memo must not outlive a change of the date.
 std::time_t MonotonicSeconds() {
     timespec now{};
@@ -43,89 +38,8 @@ bool IsBeingReset(std::uint32_t domain) {
     return GetUnitReset(domain, reset) == 0 && reset == 1;
 }
 
-// Redundant parts: one bad one is a warning, none left good a failure of the unit. `path` names
-// their kind.
-int JudgeRedundantParts(std::uint32_t domain, const char* path, std::uint32_t count,
-                        Findings& findings) {
-    std::uint32_t good = 0;
-    for (std::uint32_t part = 0; part < count; ++part) {
-        ReplyText reply;
-        if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.Chassis.0.%s.%d", path,
-                             static_cast<int>(part)) != 0) {
-            return -1;
-        }
-        if (Contains(reply, "Good")) {
-            ++good;
-        }
-    }
-    if (good != count) {
-        findings.warning = true;
-        findings.failure = findings.failure || good == 0;
-    }
-    return 0;
-}
-
-// A blade whose temperature is unavailable counts as cool.
-void JudgeBlades(std::uint32_t domain, std::uint32_t count, Findings& findings) {
-    for (std::uint32_t blade = 0; blade < std::min(count, kMaxBlades); ++blade) {
-        ReplyText reply;
-        if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.Blade.%d.TempStatus",
-                             static_cast<int>(blade)) != 0) {
-            continue;
-        }
-        findings.warning = findings.warning || Contains(reply, "Warm");
-        findings.failure = findings.failure || Contains(reply, "Overheating");
-    }
-}
-
-int JudgePorts(std::uint32_t domain, std::uint32_t count, Findings& findings) {
-    for (std::uint32_t port = 0; port < count; ++port) {
-        ReplyText reply;
-        if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.UserPort.0.%d.OperState",
-                             static_cast<int>(port)) != 0) {
-            return -1;
-        }
-        findings.warning = findings.warning || Contains(reply, "Down");
-    }
-    return 0;
-}
-
-int JudgeOperState(std::uint32_t domain, Findings& findings) {
-    ReplyText reply;
-    if (SwitchMgmtQuery(domain, "Get.Oper.Switch.OperState", reply, kString) != 0) {
-        return -1;
-    }
-    findings.warning =
-        findings.warning || Contains(reply, "Offline") || Contains(reply, "Diagnostics");
-    findings.failure = findings.failure || Contains(reply, "Down");
-    return 0;
-}
-
-int ComputeUnitStatus(std::uint32_t domain, std::uint16_t& status) {
-    bool answered = true;
-    const auto count = [&](std::uint32_t (*get)(std::uint32_t)) {
-        const std::uint32_t parts = get(domain);
-        answered = answered && WasAnswered();
-        return parts;
-    };
-    const std::uint32_t powerSupplies = count(GetPowerSupplyCount);
-    const std::uint32_t fans = count(GetFanCount);
-    const std::uint32_t blades = count(GetBladeCount);
-    const std::uint32_t ports = count(GetMaxPorts);
-
-    Findings findings;
-    if (!answered || JudgeRedundantParts(domain, "PowerSupply", powerSupplies, findings) != 0 ||
-        JudgeRedundantParts(domain, "Fan", fans, findings) != 0) {
-        return -1;
-    }
-    JudgeBlades(domain, blades, findings);
-    if (JudgePorts(domain, ports, findings) != 0 || JudgeOperState(domain, findings) != 0) {
-        return -1;
-    }
-    status = findings.failure ? kUnitFailed : findings.warning ? kUnitWarning : kUnitOk;
-    SetUnitStatus(domain, status);
-    return 0;
-}
+constexpr std::uint32_t (*kCounters[])(std::uint32_t) = {GetPowerSupplyCount, GetFanCount,
+                                                         GetBladeCount, GetMaxPorts};
 
 }  // namespace
 
@@ -148,22 +62,134 @@ int ReadUnitState(std::uint32_t domain, std::uint16_t& state) {
 }
 
 int ReadUnitStatus(std::uint32_t domain, std::uint16_t& status) {
-    const std::time_t now = MonotonicSeconds();
-    const bool remembered =
-        memo.time > 0 && memo.domain == domain && now - memo.time < kMemoLifetime;
-    if (!remembered) {
-        memo = {now, domain, kUnitUnknown, 0};
-        if (IsBeingReset(domain)) {
-            GetUnitStatus(domain, memo.status);
-        } else {
-            memo.result = ComputeUnitStatus(domain, memo.status);
-            if (memo.result != 0 && !IsAnswering(domain)) {
-                memo.time = 0;  // perhaps nothing was even asked
-            }
-        }
+    UnitStatusReading reading(domain);
+    const int result = DoAll([&reading] { return reading.Step(); });
+    status = reading.Status();
+    return result;
+}
+
+Progress UnitStatusReading::Step() {
+    if (part_ == Part::kBegin) {
+        return Begin();
     }
-    status = memo.status;
-    return memo.result;
+    while (index_ >= CountOf(part_)) {
+        // One bad part of several is a warning, none left good a failure of the unit.
+        if ((part_ == Part::kPowerSupplies || part_ == Part::kFans) && good_ != index_) {
+            warning_ = true;
+            failure_ = failure_ || good_ == 0;
+        }
+        if (part_ == Part::kUnit) {
+            return End(0);
+        }
+        part_ = static_cast<Part>(static_cast<int>(part_) + 1);
+        index_ = good_ = 0;
+    }
+    const int result = Judge();
+    ++index_;
+    return result == 0 ? Progress::kMore : End(result);
+}
+
+Progress UnitStatusReading::Begin() {
+    began_ = MonotonicSeconds();
+    if (memo.time > 0 && memo.domain == domain_ && began_ - memo.time < kMemoLifetime) {
+        status_ = memo.status;
+        return memo.result == 0 ? Progress::kDone : Progress::kFailed;
+    }
+    if (IsBeingReset(domain_)) {
+        GetUnitStatus(domain_, status_);
+        memo = {began_, domain_, status_, 0};
+        return Progress::kDone;
+    }
+    part_ = Part::kCounts;
+    return Progress::kMore;
+}
+
+Progress UnitStatusReading::End(int result) {
+    if (result == 0) {
+        status_ = failure_ ? kUnitFailed : warning_ ? kUnitWarning : kUnitOk;
+        SetUnitStatus(domain_, status_);
+    }
+    memo = {began_, domain_, status_, result};
+    if (result != 0 && !IsAnswering(domain_)) {
+        memo.time = 0;  // perhaps nothing was even asked
+    }
+    return result == 0 ? Progress::kDone : Progress::kFailed;
+}
+
+std::uint32_t UnitStatusReading::CountOf(Part part) const {
+    switch (part) {
+        case Part::kPowerSupplies:
+            return counts_[0];
+        case Part::kFans:
+            return counts_[1];
+        case Part::kBlades:
+            return std::min(counts_[2], kMaxBlades);
+        case Part::kPorts:
+            return counts_[3];
+        case Part::kUnit:
+            return 1;
+        default:
+            return std::size(kCounters);
+    }
+}
+
+int UnitStatusReading::Judge() {
+    switch (part_) {
+        case Part::kPowerSupplies:
+            return JudgeRedundantPart("PowerSupply");
+        case Part::kFans:
+            return JudgeRedundantPart("Fan");
+        case Part::kBlades:
+            return JudgeBlade();
+        case Part::kPorts:
+            return JudgePort();
+        case Part::kUnit:
+            return JudgeOperState();
+        default:
+            counts_[index_] = kCounters[index_](domain_);
+            return WasAnswered() ? 0 : -1;
+    }
+}
+
+int UnitStatusReading::JudgeRedundantPart(const char* path) {
+    ReplyText reply;
+    if (SwitchMgmtQueryf(domain_, reply, kString, nullptr, "Get.Oper.Chassis.0.%s.%d", path,
+                         static_cast<int>(index_)) != 0) {
+        return -1;
+    }
+    good_ += Contains(reply, "Good") ? 1 : 0;
+    return 0;
+}
+
+// A blade whose temperature is unavailable counts as cool.
+int UnitStatusReading::JudgeBlade() {
+    ReplyText reply;
+    if (SwitchMgmtQueryf(domain_, reply, kString, nullptr, "Get.Oper.Blade.%d.TempStatus",
+                         static_cast<int>(index_)) == 0) {
+        warning_ = warning_ || Contains(reply, "Warm");
+        failure_ = failure_ || Contains(reply, "Overheating");
+    }
+    return 0;
+}
+
+int UnitStatusReading::JudgePort() {
+    ReplyText reply;
+    if (SwitchMgmtQueryf(domain_, reply, kString, nullptr, "Get.Oper.UserPort.0.%d.OperState",
+                         static_cast<int>(index_)) != 0) {
+        return -1;
+    }
+    warning_ = warning_ || Contains(reply, "Down");
+    return 0;
+}
+
+int UnitStatusReading::JudgeOperState() {
+    ReplyText reply;
+    if (SwitchMgmtQuery(domain_, "Get.Oper.Switch.OperState", reply, kString) != 0) {
+        return -1;
+    }
+    warning_ = warning_ || Contains(reply, "Offline") || Contains(reply, "Diagnostics");
+    failure_ = failure_ || Contains(reply, "Down");
+    return 0;
 }
 
 void ResetUnitStatusMemo() {

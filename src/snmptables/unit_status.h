@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 
+#include "src/base/progress.h"
 #include "src/snmptables/unit_table.h"
 
 namespace snmpmain {
@@ -22,6 +24,50 @@ int ReadUnitState(std::uint32_t domain, std::uint16_t& state);
 // outcome, a failure too, is remembered for three seconds for the unit asked last. Stores the
 // status in the unit's row. Returns 0, or -1 (with status unknown) when a query failed.
 int ReadUnitStatus(std::uint32_t domain, std::uint16_t& status);
+
+// The same in steps of one query each, for one unit at a time.
+class UnitStatusReading {
+  public:
+    explicit UnitStatusReading(std::uint32_t domain) : domain_(domain) {}
+
+    // kFailed when a query failed; kDone.
+    Progress Step();
+
+    // After the last step; unknown when it failed.
+    std::uint16_t Status() const {
+        return status_;
+    }
+
+  private:
+    enum class Part : std::uint8_t {
+        kBegin,
+        kCounts,
+        kPowerSupplies,
+        kFans,
+        kBlades,
+        kPorts,
+        kUnit
+    };
+
+    Progress Begin();
+    Progress End(int result);
+    int Judge();
+    int JudgeRedundantPart(const char* path);
+    int JudgeBlade();
+    int JudgePort();
+    int JudgeOperState();
+    std::uint32_t CountOf(Part part) const;
+
+    std::uint32_t domain_;
+    std::time_t began_ = 0;
+    Part part_ = Part::kBegin;
+    std::uint32_t index_ = 0;  // within the part
+    std::uint32_t counts_[4] = {};
+    std::uint32_t good_ = 0;  // of redundant parts
+    bool warning_ = false;
+    bool failure_ = false;
+    std::uint16_t status_ = kUnitUnknown;
+};
 
 // Forgets the remembered outcome.
 void ResetUnitStatusMemo();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <mutex>
 #include <utility>
 
@@ -80,44 +81,52 @@ int AskSetting(const char* setting, std::uint16_t destination, ReplyText& reply,
                : -1;
 }
 
-// Reads the settings behind the address. Returns 0, or -1 when one cannot be had.
-int ReadSettings(std::uint16_t destination, TrapRow& row) {
+// Asks whether there is a destination, and where. Returns 0 or -1.
+int ReadAddress(std::uint16_t destination, TrapRow& row) {
+    ReplyText address;
+    if (AskSetting("TrapAddr", destination, address, kIpAddress) != 0) {
+        return -1;
+    }
+    if (std::strcmp(address.data(), "0.0.0.0") == 0 ||
+        std::strcmp(address.data(), "255.255.255.255") == 0) {
+        NotePlaceVersion(destination, std::nullopt);
+    } else {
+        CopyText(row.address, sizeof(row.address), address.data());
+    }
+    return 0;
+}
+
+int ReadPort(std::uint16_t destination, TrapRow& row) {
     ReplyText reply;
-    if (AskSetting("TrapPort", destination, reply, kInteger, &row.port) != 0 ||
-        AskSetting("TrapSeverity", destination, reply) != 0) {
+    return AskSetting("TrapPort", destination, reply, kInteger, &row.port);
+}
+
+int ReadFilter(std::uint16_t destination, TrapRow& row) {
+    ReplyText reply;
+    if (AskSetting("TrapSeverity", destination, reply) != 0) {
         return -1;
     }
     row.filter = SeverityFromName(reply.data());
+    return 0;
+}
+
+int ReadState(std::uint16_t destination, TrapRow& row) {
+    ReplyText reply;
     if (AskSetting("TrapEnable", destination, reply) != 0) {
         return -1;
     }
     row.state = std::strstr(reply.data(), "True") != nullptr ? kTrapRowActive : kTrapRowInactive;
+    return 0;
+}
+
+int ReadVersion(std::uint16_t destination, TrapRow& row) {
     row.version = AskPlaceVersion(destination);
     return 0;
 }
 
-// Reads all destinations into the first rows. Returns how many there are, or -1.
-int ReadRows(TrapTable& rows) {
-    int used = 0;
-    for (std::uint16_t destination = 0; destination < kTrapDestinations; ++destination) {
-        ReplyText address;
-        if (AskSetting("TrapAddr", destination, address, kIpAddress) != 0) {
-            return -1;
-        }
-        if (std::strcmp(address.data(), "0.0.0.0") == 0 ||
-            std::strcmp(address.data(), "255.255.255.255") == 0) {
-            NotePlaceVersion(destination, std::nullopt);
-            continue;
-        }
-        TrapRow& row = rows[static_cast<std::size_t>(used)];
-        CopyText(row.address, sizeof(row.address), address.data());
-        if (ReadSettings(destination, row) != 0) {
-            return -1;
-        }
-        ++used;
-    }
-    return used;
-}
+// What is read of a destination, in this order.
+constexpr int (*kSettings[])(std::uint16_t destination, TrapRow& row) = {
+    ReadAddress, ReadPort, ReadFilter, ReadState, ReadVersion};
 
 // Removes rows that repeat an earlier one. The row that moves into a removed one's place is not
 // compared with that earlier one again: of three equal rows two remain.
@@ -149,22 +158,38 @@ void ResetTrapTable() {
 }
 
 int ReadTrapDestinations() {
-    Replaced replaced = Replaced::kReadAnew;
-    while (replaced == Replaced::kReadAnew) {
-        const std::uint32_t told = CountToldChanges();
-        TrapTable rows;
-        int used = ReadRows(rows);
-        if (used < 0) {
-            return -1;
-        }
-        RemoveDoubles(rows, used);
-        std::stable_sort(rows.begin(), rows.begin() + used, [](const TrapRow& a, const TrapRow& b) {
-            return IndexOf(a) < IndexOf(b);
-        });
-        replaced = ReplaceRows(rows, told);
+    TrapReading reading;
+    return DoAll([&reading] { return reading.Step(); });
+}
+
+Progress TrapReading::Step() {
+    if (destination_ == kTrapDestinations) {
+        return Replace();
+    }
+    if (destination_ == 0 && setting_ == 0) {
+        toldBefore_ = CountToldChanges();
+    }
+    TrapRow& row = rows_[static_cast<std::size_t>(used_)];
+    if (kSettings[setting_](destination_, row) != 0) {
+        return Progress::kFailed;
+    }
+    const bool isLast = !IsUsed(row) || setting_ + 1 == std::size(kSettings);
+    used_ += IsUsed(row) && isLast ? 1 : 0;
+    destination_ = static_cast<std::uint16_t>(destination_ + (isLast ? 1 : 0));
+    setting_ = isLast ? 0 : setting_ + 1;
+    return Progress::kMore;
+}
+
+Progress TrapReading::Replace() {
+    RemoveDoubles(rows_, used_);
+    std::stable_sort(rows_.begin(), rows_.begin() + used_,
+                     [](const TrapRow& a, const TrapRow& b) { return IndexOf(a) < IndexOf(b); });
+    if (ReplaceRows(rows_, toldBefore_) == Replaced::kReadAnew) {
+        *this = {};
+        return Progress::kMore;
     }
     DumpTrapTable();
-    return 0;
+    return Progress::kDone;
 }
 
 TrapTable GetTrapTable() {

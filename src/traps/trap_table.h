@@ -5,9 +5,12 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <optional>
+
+#include "src/base/progress.h"
 
 namespace snmpmain {
 
@@ -41,6 +44,21 @@ void ResetTrapTable();
 // query fails. Not within a receiver of notifications. "Get.Config.Snmp.TrapAddr%d", "TrapPort%d",
 // "TrapSeverity%d", "TrapEnable%d", "TrapVersion%d"
 int ReadTrapDestinations();
+
+// The same in steps of one query each.
+class TrapReading {
+  public:
+    Progress Step();
+
+  private:
+    Progress Replace();
+
+    TrapTable rows_;
+    int used_ = 0;
+    std::uint16_t destination_ = 0;
+    std::size_t setting_ = 0;
+    std::uint32_t toldBefore_ = 0;
+};
 
 // A copy of all rows.
 TrapTable GetTrapTable();
