@@ -18,10 +18,12 @@
 #include "src/link/link.h"
 #include "src/link/reply_parser.h"
 #include "src/link/switch_info.h"
+#include "src/link/tellings.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/registration.h"
 #include "src/snmpoid/walkers.h"
+#include "src/snmptables/discovery.h"
 #include "src/snmptables/unit_table.h"
 #include "src/traps/registration.h"
 #include "tests/support/loopback.h"
@@ -104,6 +106,7 @@ void Discovery(benchmark::State& state) {
     server.SetRecording(true);
     UpdateConnUnitTable();
     RegisterNotifications(true);
+    FinishTellings();
     const auto commands = static_cast<double>(server.TakeCommands().size());
     server.SetRecording(false);
     while (state.KeepRunning()) {
@@ -112,6 +115,7 @@ void Discovery(benchmark::State& state) {
             break;
         }
         RegisterNotifications(true);
+        FinishTellings();
     }
     state.counters["commands"] = commands;
     state.counters["per_command"] = benchmark::Counter(

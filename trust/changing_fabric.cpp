@@ -81,9 +81,14 @@ TEST(ChangingFabric, EveryWalkAscendsAndEnds) {
     Session manager(stack.SnmpAddress(), 30);
     long walks = 0, broken = 0, values = 0, most = 0;
     double longest = 0;
+    // While switches come and go that fast, a request often waits for one that has just left: with
+    // a sanitizer's speed whole MIBs would take minutes.
+    const std::vector<std::string> tables =
+        e2e::kIsSanitized ? std::vector{e2e::kUnits, e2e::kZones, e2e::kAliases, e2e::kNameServer}
+                          : std::vector{e2e::kFcmgmt, e2e::kFe, e2e::kVendorMib};
     const Clock::time_point start = Clock::now();
     while (SecondsSince(start) < Scaled(300, 10)) {
-        for (const char* table : {".1.3.6.1.3.94", ".1.3.6.1.2.1.75", ".1.3.6.1.4.1.32473"}) {
+        for (const std::string& table : tables) {
             const Clock::time_point begin = Clock::now();
             const long walked = manager.Walk(table);
             longest = std::max(longest, SecondsSince(begin));

@@ -1,16 +1,20 @@
 #include "src/agent/idle_step.h"
 
 #include <chrono>
+#include <thread>
 
+#include "src/base/progress.h"
 #include "src/base/trace_log.h"
 #include "src/conf/snmpd_conf.h"
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
 #include "src/link/reachability.h"
-#include "src/snmptables/unit_table.h"
+#include "src/link/tellings.h"
+#include "src/snmptables/discovery.h"
 #include "src/traps/notifications.h"
 #include "src/traps/registration.h"
 #include "src/traps/trap_table_update.h"
+#include "src/traps/upkeep.h"
 
 namespace snmpmain {
 namespace {
@@ -41,31 +45,67 @@ bool IsRefreshDue() {
     return true;
 }
 
-}  // namespace
+bool NotificationWaits() {
+    return NotifyQueue::Pending() && !MustWaitForUpkeep(NotifyQueue::Front());
+}
 
-bool AgentIdleStep() {
-    if (NotifyQueue::Pending()) {
-        DispatchNotification();
-    } else if (trapTableChanged != 0) {
+Progress DecideNotification() {
+    if (!NotificationWaits()) {
+        return Progress::kDone;
+    }
+    DispatchNotification();
+    return Progress::kMore;
+}
+
+Progress StepUnitStatus() {
+    RefreshNextUnitStatus();
+    return unitStatusRefreshPending != 0 ? Progress::kMore : Progress::kDone;
+}
+
+// What takes no time, or is begun here and goes on elsewhere.
+void BeginWork() {
+    if (trapTableChanged != 0) {
         if (StartTrapTableUpdate() != 0) {
             TraceLog(kSevere, "write to switchTable failed: SNMP_ERR_COMMITFAILED");
         }
         trapTableChanged = 0;
-    } else if (std::uint16_t returned = 0; TakeReturned(returned)) {
+    } else if (std::uint16_t returned = 0;
+               !IsOutstanding(Upkeep::kUnitTable) && TakeReturned(returned)) {
         WelcomeBack(returned);
     } else if (IsRefreshDue()) {
-        if (RefreshConnUnitTable() == 0) {
-            fabricUpdatePending = 0;
+        MarkUnitTableForStatusByte();
+    }
+}
+
+// A slice of the work that has been begun. Returns whether more can be done at once.
+bool GoOn() {
+    if (IsUpkeepDue()) {
+        if (DoSlice(StepUpkeep) == Progress::kPaused) {
+            std::this_thread::sleep_for(kSlice);
         }
+    } else if (NotificationWaits()) {
+        return true;
+    } else if (IsSnmpdConfUnderWay()) {
+        DoSlice(StepSnmpdConf);
     } else if (SnmpdHasSaved()) {
         SyncSnmpdPersistent();
     } else if (unitStatusRefreshPending != 0) {
-        RefreshNextUnitStatus();
+        DoSlice(StepUnitStatus);
     } else {
         ResumeSnmpdConf();
     }
+    return IsUpkeepDue() || IsSnmpdConfUnderWay() || unitStatusRefreshPending != 0;
+}
+
+}  // namespace
+
+bool AgentIdleStep() {
+    HandOutTold();
+    ServeTellings();
+    DoSlice(DecideNotification);
+    BeginWork();
     // New trap destinations are brought to the switch now, not with the next request.
-    return NotifyQueue::Pending() || trapTableChanged != 0 || HasReturned();
+    return GoOn() || NotificationWaits() || trapTableChanged != 0 || HasReturned();
 }
 
 }  // namespace snmpmain

@@ -3,12 +3,12 @@
 
 namespace snmpmain {
 
-// Does at most one piece of deferred work: handles a notification, starts bringing changed trap
-// destinations to the switch, welcomes a switch that answers again, refreshes the unit table after
-// a switch-management error (at most once in 30 seconds), carries back what snmpd has saved (looked
-// for at most ten times a second), reads one unit's status, or does again what failed of snmpd's
-// configuration, in this order of precedence. Returns whether notifications or changed trap
-// destinations still wait. Main thread only.
+// Does some milliseconds of deferred work: decides on notifications, starts bringing changed trap
+// destinations to the switch, welcomes a switch that answers again, has the unit table refreshed
+// after a switch-management error (at most once in 30 seconds), and goes on with the first of what
+// is to be brought up to date, snmpd's configuration, what snmpd has saved (looked for at most ten
+// times a second), the units' statuses and what failed of snmpd's configuration. Returns whether
+// more can be done at once. Main thread only.
 bool AgentIdleStep();
 
 }  // namespace snmpmain

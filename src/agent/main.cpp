@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -21,10 +22,12 @@
 #include "src/link/notify_queue.h"
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
+#include "src/link/tellings.h"
 #include "src/mibs/NorbexMIB/NorbexMIB.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/femgmt/femgmt.h"
 #include "src/snmpoid/snmp_headers.h"
+#include "src/snmptables/discovery.h"
 #include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"
@@ -35,6 +38,7 @@
 #include "src/traps/registration.h"
 #include "src/traps/trap_sender.h"
 #include "src/traps/trap_table.h"
+#include "src/traps/upkeep.h"
 
 namespace snmpmain {
 namespace {
@@ -43,6 +47,7 @@ constexpr const char* kAgentName = "SnmpMain";
 constexpr const char* kMasterSocket = "/var/agentx/master";
 constexpr int kBlock = 1000000;
 constexpr int kPoll = 0;
+constexpr std::chrono::milliseconds kRequestShare{20};
 
 int OpenLink(const Options& options) {
     SetNotificationReceiver(HandleIncomingNotification);
@@ -67,7 +72,10 @@ void ResetCaches() {
     ResetUnitStatusMemo();
     ResetLogins();
     ResetTrapTable();
-    SetDepartureHandler(NotifyQueue::Put);
+    ResetTellings();
+    ResetDiscovery();
+    ResetUpkeep();
+    SetDepartureHandler(ReportDeparture);
     SetRegistrationHandler(RegisterNotifications);
 }
 
@@ -134,12 +142,23 @@ void StartSubAgent(const char* socketPath) {
     KeepMasterSession(socketPath);
 }
 
+// Waits for a request unless `polls`, and serves what has come. Returns whether there was anything.
+bool ServeRequests(bool polls) {
+    KeepAnsweredCounts();
+    const int events = agent_check_and_process(polls ? kPoll : kBlock);
+    ForgetAnsweredCounts();
+    return events > 0;
+}
+
+// Requests come first, but managers that ask without a pause leave deferred work its share: a slice
+// after each kRequestShare.
 [[noreturn]] void RunMainLoop() {
+    using Clock = std::chrono::steady_clock;
     for (;;) {
         const bool waiting = AgentIdleStep();
-        KeepAnsweredCounts();
-        agent_check_and_process(waiting ? kPoll : kBlock);
-        ForgetAnsweredCounts();
+        const auto end = Clock::now() + kRequestShare;
+        while (ServeRequests(waiting) && waiting && Clock::now() < end) {
+        }
         LogCaughtSignals();
     }
 }

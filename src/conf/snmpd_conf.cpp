@@ -158,7 +158,9 @@ void SyncSnmpdPersistent() {
     const bool sent = CarryToSwitch();
     if (pending == Pending::kCycle) {
         BeginSnmpdConf();
-    } else if (sent) {
+        return;
+    }
+    if (sent) {
         // The switch will tell of its change, and that leads to another cycle. But a daemon that is
         // started before has to find what its managers have set.
         bool ignored = false;

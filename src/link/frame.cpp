@@ -96,7 +96,8 @@ void ReadReplyText(const ReplyFrame& reply, ReplyText& text) {
     std::memcpy(text.data(), &reply[kHeaderSize], length);
 }
 
-int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText& text) {
+int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText& text,
+                    bool statusCounts) {
     text.fill('\0');
     if (requestSize < kMinFrameSize || requestSize > kMaxFrameSize) {
         TossResponse(requestSize);
@@ -104,7 +105,9 @@ int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText&
     }
     if (ReplyStatus(reply) != 0) {
         TraceLog(kSevere, "SNMP:Error in status byte-0x%x. Tossing response.", ReplyStatus(reply));
-        fabricUpdatePending = 1;
+        if (statusCounts) {
+            fabricUpdatePending = 1;
+        }
         return -1;
     }
     ReadReplyText(reply, text);

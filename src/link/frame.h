@@ -75,7 +75,8 @@ void ReadReplyText(const ReplyFrame& reply, ReplyText& text);
 
 // Checks the reply to a request of `requestSize` bytes and takes its text. Returns 0, or -1
 // (logged) when the size lies outside 20..524 or the reply's status byte is not 0; a status byte
-// also sets `fabricUpdatePending` (link.h).
-int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText& text);
+// also sets `fabricUpdatePending` (link.h), unless it does not count.
+int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText& text,
+                    bool statusCounts = true);
 
 }  // namespace snmpmain

@@ -194,11 +194,12 @@ int BuildNextFrame(std::uint32_t domain, const char* command, bool isWaitedFor, 
 }
 
 // What does not fit the socket is lost like any datagram.
-void SendWithoutWaiting(std::uint16_t domain, const char* command, const RequestFrame& frame) {
-    TraceLog(kTrace, "%-3d>> %s", domain, command);
+void SendWithoutWaiting(const RequestFrame& frame) {
     const sockaddr_in& peer = link.reception.peer;
-    ::sendto(link.socket, frame.bytes.data(), frame.length, MSG_DONTWAIT,
-             reinterpret_cast<const sockaddr*>(&peer), sizeof(peer));
+    if (::sendto(link.socket, frame.bytes.data(), frame.length, MSG_DONTWAIT,
+                 reinterpret_cast<const sockaddr*>(&peer), sizeof(peer)) < 0) {
+        TraceLog(kSevere, "Error on write to socket");
+    }
 }
 
 // Sends the probes that are due.
@@ -216,7 +217,8 @@ void SendDueProbes() {
             continue;
         }
         NoteProbe(domain, sequence, now);
-        SendWithoutWaiting(domain, kProbeCommand, frame);
+        TraceLog(kTrace, "%-3d>> %s", domain, kProbeCommand);
+        SendWithoutWaiting(frame);
     }
 }
 
@@ -225,13 +227,14 @@ void SendTelling(DueTelling& due, Clock::time_point now) {
     if (due.sequence != 0) {
         BuildRequestFrame(due.command->c_str(), MakeTargetWord(due.domain), due.sequence, frame);
     } else if (BuildNextFrame(due.domain, due.command->c_str(), false, frame, due.sequence) != 0) {
-        DropTelling(due.domain);
+        DropTelling(due);
         return;
     } else {
+        TraceLog(kTrace, "%-3d>> %s", due.domain, due.command->c_str());
         NoteRequest(due.domain);
-        NoteTelling(due.domain, due.sequence, now);
+        NoteTelling(due, now);
     }
-    SendWithoutWaiting(due.domain, due.command->c_str(), frame);
+    SendWithoutWaiting(frame);
 }
 
 void SendDueTellings() {
@@ -397,8 +400,8 @@ bool AwaitProbe(std::uint32_t domain, ReplyFrame& buffer) {
     return advice == Advice::kAsk;
 }
 
-// Receives and sends until `end`: without waiting, or until no telling is left.
-void Serve(Clock::time_point end, bool waits) {
+// Receives and sends until `end`: without waiting, or until no telling before `awaited` is left.
+void Serve(Clock::time_point end, bool waits, TellingNumber awaited) {
     ReplyFrame buffer;
     do {
         SendDue();
@@ -406,7 +409,7 @@ void Serve(Clock::time_point end, bool waits) {
         if (ReceiveDatagram(buffer, MSG_DONTWAIT, unasked) != Received::kNothing) {
             continue;
         }
-        if (!waits || !IsTelling()) {
+        if (!waits || !IsTelling(awaited)) {
             return;
         }
         const auto left = end - Clock::now();
@@ -416,13 +419,13 @@ void Serve(Clock::time_point end, bool waits) {
 }
 
 // Whoever has a request open does it instead.
-bool ServeFor(std::chrono::milliseconds most, bool waits) {
+bool ServeFor(std::chrono::milliseconds most, bool waits, TellingNumber awaited) {
     if (inReceiver || ::pthread_mutex_trylock(&link.requestMutex) != 0) {
         return false;
     }
     {
         const OpenRequest request;
-        Serve(Clock::now() + most, waits);
+        Serve(Clock::now() + most, waits, awaited);
     }
     ::pthread_mutex_unlock(&link.requestMutex);
     return true;
@@ -595,12 +598,12 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
 
 void ServeTellings() {
     if (IsTelling()) {
-        ServeFor(kSlice, false);
+        ServeFor(kSlice, false, kAllTellings);
     }
 }
 
-void AwaitTellings(std::chrono::milliseconds most) {
-    if (IsTelling() && !ServeFor(most, true)) {
+void AwaitTellings(std::chrono::milliseconds most, TellingNumber before) {
+    if (IsTelling(before) && !ServeFor(most, true, before)) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 }

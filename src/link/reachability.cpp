@@ -37,6 +37,7 @@ struct Probe {
 struct SwitchState {
     Reach reach = Reach::kAnswering;
     bool known = false;     // has been asked something
+    bool left = false;      // the fabric does not list it any more
     bool returned = false;  // not taken yet
     bool refused = false;   // a request failed at once, though the switch was not silent
     Time taken = ReachClock::now() - kReturnPause;
@@ -55,6 +56,7 @@ struct State {
     std::atomic<bool> anyReturned{false};
     Time nextTime = kNever;
     std::atomic<bool> anythingDue{false};  // nextTime is not kNever
+    std::atomic<bool> anyLeft{false};
 };
 
 State& state = *new State;  // the ListenThread uses it until the process is gone
@@ -133,7 +135,8 @@ SwitchState* FindReturned(Time now) {
 
 bool IsAnswering(std::uint32_t domain) {
     const std::lock_guard lock(state.mutex);
-    return At(domain).reach == Reach::kAnswering;
+    const SwitchState& one = At(domain);
+    return one.reach == Reach::kAnswering && !one.left;
 }
 
 ReachClock::duration SilentFor(std::uint32_t domain) {
@@ -144,6 +147,9 @@ ReachClock::duration SilentFor(std::uint32_t domain) {
 }
 
 bool IsSilent(std::uint32_t domain) {
+    if (!state.anythingDue) {
+        return false;
+    }
     const std::lock_guard lock(state.mutex);
     return At(domain).reach == Reach::kSilent;
 }
@@ -181,20 +187,34 @@ void ForgetReturned() {
     state.anyReturned = false;
 }
 
-void KeepReachabilityOf(std::span<const std::uint16_t> listed) {
+void NoteListed(std::span<const std::uint16_t> listed) {
     const std::lock_guard lock(state.mutex);
+    bool anyLeft = false;
     for (std::size_t place = 1; place < kPlaces; ++place) {
-        if (std::ranges::find(listed, place) == listed.end()) {
-            state.switches[place] = {};
+        SwitchState& one = state.switches[place];
+        const bool isListed = std::ranges::find(listed, place) != listed.end();
+        // One that was never asked is none of this fabric's.
+        if (one.left == isListed || (!isListed && one.known)) {
+            const bool left = !isListed && (one.known || one.left);
+            one = {};
+            one.left = left;
         }
+        anyLeft = anyLeft || one.left;
     }
+    state.anyLeft = anyLeft;
     NoteNextTime();
+}
+
+bool HasLeftFabric(std::uint32_t domain) {
+    const std::lock_guard lock(state.mutex);
+    return At(domain).left;
 }
 
 void ResetReachability() {
     const std::lock_guard lock(state.mutex);
     state.switches = {};
     state.anyReturned = false;
+    state.anyLeft = false;
     NoteNextTime();
 }
 
@@ -206,9 +226,10 @@ void NoteRequest(std::uint32_t domain) {
 void NoteUnanswered(std::uint32_t domain) {
     const std::lock_guard lock(state.mutex);
     SwitchState& one = At(domain);
-    if (one.reach == Reach::kAnswering) {
-        one.reach = Reach::kSuspect;
+    if (one.reach == Reach::kSilent || one.left) {
+        return;
     }
+    one.reach = Reach::kSuspect;
     const Time now = ReachClock::now();
     for (SwitchState& other : state.switches) {
         if (other.known) {
@@ -219,20 +240,28 @@ void NoteUnanswered(std::uint32_t domain) {
 }
 
 Advice AdviceFor(std::uint32_t domain) {
-    if (!state.anythingDue) {
+    if (!AnyInDoubt()) {
         return Advice::kAsk;
     }
     const std::lock_guard lock(state.mutex);
     const SwitchState& one = At(domain);
+    if (one.left) {
+        return Advice::kFail;
+    }
     if (one.doubted && ReachClock::now() - one.doubtedSince < kFreshDoubt) {
         return Advice::kAwaitProbe;
     }
     return !one.doubted && one.reach == Reach::kAnswering ? Advice::kAsk : Advice::kFail;
 }
 
+bool AnyInDoubt() {
+    return state.anythingDue || state.anyLeft;
+}
+
 void NoteRefused(std::uint32_t domain) {
     const std::lock_guard lock(state.mutex);
-    At(domain).refused = true;
+    SwitchState& one = At(domain);
+    one.refused = !one.left;
 }
 
 void NoteHeard(std::uint32_t domain) {

@@ -36,8 +36,10 @@ bool HasReturned();
 // What is done for those that have returned has been done for all.
 void ForgetReturned();
 
-// Forgets the switches that the fabric does not list any more. The local one stays.
-void KeepReachabilityOf(std::span<const std::uint16_t> listed);
+// The fabric lists these switches: nobody answers for the others, until it lists them again. The
+// local one stays.
+void NoteListed(std::span<const std::uint16_t> listed);
+bool HasLeftFabric(std::uint32_t domain);
 
 // Forgets everything; part of start-up.
 void ResetReachability();
@@ -57,6 +59,9 @@ void NoteUnanswered(std::uint32_t domain);
 // whole patience of a probe: an answer that does not come soon is likely not to come at all.
 enum class Advice : std::uint8_t { kAsk, kAwaitProbe, kFail };
 Advice AdviceFor(std::uint32_t domain);
+
+// Whether it may be another advice than kAsk for any switch.
+bool AnyInDoubt();
 
 // A request failed at once.
 void NoteRefused(std::uint32_t domain);

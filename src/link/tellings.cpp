@@ -4,8 +4,10 @@
 #include <array>
 #include <atomic>
 #include <bitset>
+#include <iterator>
 #include <list>
 #include <mutex>
+#include <new>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -29,14 +31,17 @@ constexpr std::chrono::seconds kPatience{10};  // that of any command but a "Get
 constexpr std::size_t kWindow = 32;
 constexpr std::chrono::milliseconds kSoon{500};
 
-// As many as one switch can have before it: what a storm of notifications leads to.
-constexpr std::size_t kMostWaiting = 512;
+constexpr std::chrono::milliseconds kDoubtInterval{
+    50};  // of looks, while it is in doubt who answers
+
+// As many events as one switch can have before it: what a full queue of notifications leads to.
+constexpr std::size_t kMostWaiting = 256;
 
 // Domain ids have 8 bits; the local switch has place 0.
 constexpr std::size_t kPlaces = 257;
 
 struct Telling {
-    std::uint64_t ticket;  // ascends in the order of handing over
+    TellingNumber number;  // ascends in the order of handing over
     std::uint16_t domain;  // as it was given, to be addressed so
     std::shared_ptr<const std::string> command;
     StatusByte status;
@@ -60,7 +65,7 @@ struct Ended {
 struct State {
     std::mutex mutex;
     std::array<Line, kPlaces> lines;
-    std::uint64_t nextTicket = 0;
+    TellingNumber nextNumber = 0;
     std::size_t left = 0;               // in all lines
     std::vector<Ended> ended;           // not handed out yet
     std::atomic<bool> any{false};       // left > 0
@@ -106,23 +111,35 @@ void EndFirst(Line& line, Outcome outcome) {
     line.waiting.pop_front();
     line.sequence = 0;
     line.repeated = false;
+    state.nextTime = Time{};
+    NoteEnd(first, outcome);  // before nothing seems to be left
     CountLeft(state.left - 1);
-    state.nextTime = Time::min();
-    NoteEnd(first, outcome);
+}
+
+// Forgets what waits for this handler.
+void DropWaiting(Line& line, ToldHandler told) {
+    const auto first = std::next(line.waiting.begin(), IsUnderWay(line) ? 1 : 0);
+    const std::size_t before = line.waiting.size();
+    line.waiting.erase(std::remove_if(first, line.waiting.end(),
+                                      [told](const Telling& one) { return one.told == told; }),
+                       line.waiting.end());
+    CountLeft(state.left - (before - line.waiting.size()));
 }
 
 void HandOver(Telling telling) {
     Line& line = state.lines[PlaceOf(telling.domain)];
-    if (line.waiting.size() >= kMostWaiting) {
+    if (telling.status == StatusByte::kIsIgnored) {
+        DropWaiting(line, telling.told);
+    } else if (line.waiting.size() >= kMostWaiting) {
         TraceLog(kSevere, "Not told to domainId %d, which is told too much: %s", telling.domain,
                  telling.command->c_str());
         NoteEnd(telling, Outcome::kNoAnswer);
         return;
     }
-    telling.ticket = state.nextTicket++;
+    telling.number = state.nextNumber++;
     line.waiting.push_back(std::move(telling));
     CountLeft(state.left + 1);
-    state.nextTime = Time::min();
+    state.nextTime = Time{};
 }
 
 // The line whose turn it is, or null when none has or the window is full.
@@ -134,28 +151,51 @@ Line* NextLine(Time now, const std::bitset<kPlaces>& inDoubt) {
             underWay += IsExpectedSoon(line, now) ? 1 : 0;
         } else if (!line.waiting.empty() && !inDoubt[PlaceOf(line)] &&
                    (next == nullptr ||
-                    line.waiting.front().ticket < next->waiting.front().ticket)) {
+                    line.waiting.front().number < next->waiting.front().number)) {
             next = &line;
         }
     }
     return underWay < kWindow ? next : nullptr;
 }
 
-// Repeats or gives up the one that has waited longest for its answer.
+DueTelling DueOf(const Line& line) {
+    const Telling& first = line.waiting.front();
+    return {PlaceOf(line), first.number, first.domain, line.sequence, first.command};
+}
+
+// The line that is to tell it, or null when it was forgotten meanwhile.
+Line* LineOf(const DueTelling& due) {
+    Line& line = state.lines[due.place];
+    return !line.waiting.empty() && line.waiting.front().number == due.number ? &line : nullptr;
+}
+
+void LogNoValue() {
+    TraceLog(kSevere, "No value returned from switch management");
+}
+
+// Repeats or gives up one that has waited long enough for its answer. One to a switch that has
+// turned out to be silent has.
 bool TakeOverdue(Time now, DueTelling& due) {
     for (Line& line : state.lines) {
-        if (!IsUnderWay(line) || now - line.sent < kPatience) {
+        if (!IsUnderWay(line)) {
             continue;
         }
-        if (!line.repeated) {
-            line.repeated = true;
-            line.sent = now;
-            due = {line.waiting.front().domain, line.sequence, line.waiting.front().command};
-            return true;
+        const std::uint16_t domain = line.waiting.front().domain;
+        if (IsSilent(domain)) {
+            LogNoValue();
+            NoteRefused(domain);
+            EndFirst(line, Outcome::kNoAnswer);
+        } else if (now - line.sent >= kPatience) {
+            LogNoValue();
+            if (!line.repeated) {
+                line.repeated = true;
+                line.sent = now;
+                due = DueOf(line);
+                return true;
+            }
+            NoteUnanswered(domain);
+            EndFirst(line, Outcome::kNoAnswer);
         }
-        TraceLog(kSevere, "No value returned from switch management");
-        NoteUnanswered(line.waiting.front().domain);
-        EndFirst(line, Outcome::kNoAnswer);
     }
     return false;
 }
@@ -166,7 +206,7 @@ bool TakeFirst(Time now, DueTelling& due) {
         const std::uint16_t domain = line->waiting.front().domain;
         switch (AdviceFor(domain)) {
             case Advice::kAsk:
-                due = {domain, 0, line->waiting.front().command};
+                due = DueOf(*line);
                 return true;
             case Advice::kAwaitProbe:
                 inDoubt.set(PlaceOf(*line));
@@ -189,10 +229,10 @@ void NoteNextTime(Time now) {
         if (IsUnderWay(line)) {
             next = std::min(next,
                             IsExpectedSoon(line, now) ? line.sent + kSoon : line.sent + kPatience);
-        } else if (!line.waiting.empty() &&
-                   AdviceFor(line.waiting.front().domain) != Advice::kAsk) {
-            next = std::min(next, now + kSoon / 10);
         }
+    }
+    if (AnyInDoubt()) {
+        next = std::min(next, now + kDoubtInterval);
     }
     state.nextTime = next;
 }
@@ -205,10 +245,8 @@ Line* FindLine(std::uint32_t sequence) {
 // How a reply ends the line's first telling.
 Outcome OutcomeOf(const Line& line, const ReplyFrame& reply) {
     ReplyText text;
-    if (line.waiting.front().status == StatusByte::kIsIgnored && ReplyStatus(reply) != 0) {
-        return Outcome::kRefused;
-    }
-    if (CheckReplyFrame(reply, kMinFrameSize, text) != 0) {
+    const bool counts = line.waiting.front().status == StatusByte::kCounts;
+    if (CheckReplyFrame(reply, kMinFrameSize, text, counts) != 0) {
         return Outcome::kRefused;
     }
     TraceLog(kTrace, "%-3d<< %s", line.waiting.front().domain, text.data());
@@ -223,14 +261,21 @@ void Tell(std::span<const std::uint16_t> domains, const char* command, StatusByt
     if (domains.empty()) {
         return;
     }
-    {
+    try {
         const auto shared = std::make_shared<const std::string>(command);
         const std::lock_guard lock(state.mutex);
         for (const std::uint16_t domain : domains) {
             HandOver({0, domain, shared, status, told});
         }
+    } catch (const std::bad_alloc&) {
+        TraceLog(kSevere, "No memory to tell: %s", command);
     }
     ServeTellings();
+}
+
+TellingNumber NextTelling() {
+    const std::lock_guard lock(state.mutex);
+    return state.nextNumber;
 }
 
 void HandOutTold() {
@@ -248,14 +293,15 @@ void HandOutTold() {
     }
 }
 
-bool IsTelling() {
+bool IsTelling(TellingNumber before) {
     if (!state.any) {
         return false;
     }
     const std::lock_guard lock(state.mutex);
     const Time now = TellClock::now();
-    return std::ranges::any_of(state.lines, [now](const Line& line) {
-        return IsUnderWay(line) ? IsExpectedSoon(line, now) : !line.waiting.empty();
+    return std::ranges::any_of(state.lines, [now, before](const Line& line) {
+        return !line.waiting.empty() && line.waiting.front().number < before &&
+               (!IsUnderWay(line) || IsExpectedSoon(line, now));
     });
 }
 
@@ -271,6 +317,7 @@ void KeepTellingsOf(std::span<const std::uint16_t> listed) {
             line = {};
         }
     }
+    state.nextTime = Time{};
 }
 
 void FinishTellings() {
@@ -309,16 +356,19 @@ bool TakeDueTelling(Time now, DueTelling& due) {
     return false;
 }
 
-void NoteTelling(std::uint16_t domain, std::uint32_t sequence, Time now) {
+void NoteTelling(const DueTelling& due, Time now) {
     const std::lock_guard lock(state.mutex);
-    Line& line = state.lines[PlaceOf(domain)];
-    line.sequence = sequence;
-    line.sent = now;
+    if (Line* line = LineOf(due); line != nullptr) {
+        line->sequence = due.sequence;
+        line->sent = now;
+    }
 }
 
-void DropTelling(std::uint16_t domain) {
+void DropTelling(const DueTelling& due) {
     const std::lock_guard lock(state.mutex);
-    EndFirst(state.lines[PlaceOf(domain)], Outcome::kRefused);
+    if (Line* line = LineOf(due); line != nullptr) {
+        EndFirst(*line, Outcome::kRefused);
+    }
 }
 
 bool TakeTellingReply(std::uint32_t sequence, const ReplyFrame& reply) {

@@ -25,20 +25,27 @@ using ToldHandler = void (*)(std::uint16_t domain, Outcome outcome);
 enum class StatusByte : std::uint8_t { kCounts, kIsIgnored };
 
 // Hands a command other than a "Get." over for each of the switches; `told` may be null. What the
-// window allows is sent at once.
+// window allows is sent at once. One whose status byte is ignored takes the place of what still
+// waits for the same handler: the newest registration counts.
 void Tell(std::span<const std::uint16_t> domains, const char* command, StatusByte status,
           ToldHandler told);
 
 // Calls the handlers of those that have ended. Main thread only.
 void HandOutTold();
 
-// Whether tellings are still to be sent, or sent so short ago that their answers can be expected.
-bool IsTelling();
+// The number of the next one: those handed over so far have smaller ones.
+using TellingNumber = std::uint64_t;
+constexpr TellingNumber kAllTellings = ~TellingNumber{0};
+TellingNumber NextTelling();
 
-// Receives and sends without waiting, or until no telling is left, for `most` at most. While
-// another thread has a request open, that one does so.
+// Whether tellings before that one are still to be sent, or sent so short ago that their answers
+// can be expected.
+bool IsTelling(TellingNumber before = kAllTellings);
+
+// Receives and sends without waiting, or until no telling before that one is left, for `most` at
+// most. While another thread has a request open, that one does so.
 void ServeTellings();
-void AwaitTellings(std::chrono::milliseconds most);
+void AwaitTellings(std::chrono::milliseconds most, TellingNumber before = kAllTellings);
 
 // Waits until all are answered or given up, for up to 20 seconds each, and calls their handlers;
 // part of start-up.
@@ -60,15 +67,17 @@ TellClock::time_point NextTellingTime();
 
 // One that is to be sent now: for the first time, or once more with the same sequence.
 struct DueTelling {
+    std::size_t place = 0;
+    TellingNumber number = 0;
     std::uint16_t domain = 0;
     std::uint32_t sequence = 0;  // 0: the first time
     std::shared_ptr<const std::string> command;
 };
 bool TakeDueTelling(TellClock::time_point now, DueTelling& due);
 
-// It goes out with this sequence; or cannot be sent at all.
-void NoteTelling(std::uint16_t domain, std::uint32_t sequence, TellClock::time_point now);
-void DropTelling(std::uint16_t domain);
+// It goes out with its sequence; or cannot be sent at all. Nothing when it was forgotten meanwhile.
+void NoteTelling(const DueTelling& due, TellClock::time_point now);
+void DropTelling(const DueTelling& due);
 
 // Whether a reply carries the sequence of a telling under way, which ends that one.
 bool TakeTellingReply(std::uint32_t sequence, const ReplyFrame& reply);

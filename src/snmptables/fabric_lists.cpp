@@ -72,23 +72,4 @@ void FetchSchedule::NoteOutcome(Fetched outcome, std::uint16_t& stale) {
     }
 }
 
-int VisitDomains(const std::function<int(std::uint16_t domain)>& visit) {
-    KeyWalk walk(kDomainList);
-    for (;;) {
-        std::uint16_t domain = 0;
-        switch (NextDomain(walk, domain)) {
-            case DomainStep::kFound:
-                break;
-            case DomainStep::kEnd:
-                return 0;
-            case DomainStep::kNoAnswer:
-            case DomainStep::kFailed:
-                return -1;
-        }
-        if (visit(domain) != 0) {
-            return -1;
-        }
-    }
-}
-
 }  // namespace snmpmain

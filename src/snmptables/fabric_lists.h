@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <new>
 #include <vector>
 
@@ -65,8 +64,8 @@ constexpr std::size_t kMaxDomains = 256;
 
 constexpr KeyList kDomainList{0, "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID"};
 
-// One step of a walk over that list. kFailed: there is not even a first domain, or a reply is no
-// number.
+// One step of a walk over that list, in switch management's order. kFailed: there is not even a
+// first domain, or a reply is no number.
 enum class DomainStep { kFound, kEnd, kNoAnswer, kFailed };
 DomainStep NextDomain(KeyWalk& walk, std::uint16_t& domain);
 
@@ -94,12 +93,6 @@ class FetchSchedule {
     Clock::time_point next_{};
     std::chrono::seconds pause_{0};
 };
-
-// Calls `visit` (0 to go on) with every domain of the fabric in switch management's order. Returns
-// 0, or -1 when there is not even a first one, a visit failed, a reply is no number, or there is no
-// reply.
-// "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID.%d"
-int VisitDomains(const std::function<int(std::uint16_t domain)>& visit);
 
 // Appends to a list. Returns 0, or -1 when there is no memory for it.
 template <typename T>

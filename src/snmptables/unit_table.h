@@ -5,8 +5,8 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
-#include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
 
 namespace snmpmain {
@@ -30,7 +30,7 @@ struct ConnUnitEntry {
 
 // The rows, sorted by WWN; the row behind the last has domain id 0 and no WWN. Rows further on may
 // still hold units of an earlier, larger fabric: lookups by WWN see them, other lookups do not.
-// Only the walk writes domain ids and WWNs, since searches rely on the order that it notes.
+// Only ReplaceUnits writes domain ids and WWNs, since searches rely on the order that it notes.
 extern std::array<ConnUnitEntry, MAX_CONN_UNITS> connUnitTbl;
 
 // ---- maintenance ----
@@ -38,44 +38,18 @@ extern std::array<ConnUnitEntry, MAX_CONN_UNITS> connUnitTbl;
 // Empties the table; part of start-up.
 void ResetConnUnitTable();
 
-// Empties the table, waits for the local switch as long as it takes, and walks the fabric once;
-// announces it on standard output. Returns 0 or -1.
-int InitConnUnitTable();
+// Replaces the rows by those of a finished discovery, sorted by WWN. A unit's status and reset flag
+// that were set after NoteChangesFromNowOn stay.
+void NoteChangesFromNowOn();
+void ReplaceUnits(std::span<ConnUnitEntry> rows);
 
-// Walks the fabric once: asks for every domain, greets the units (the local one only, unless
-// proxying is enabled) and replaces the table. A unit that is in the table and still listed stays
-// as it was when the walk does not reach it, unless it has been silent for ten seconds. Returns 0,
-// or -1 with the table as it was.
-int UpdateConnUnitTable();
+// A unit in the table has answered: takes its Fibre Channel address, and whether it accepts private
+// events. Nothing for one that is not in the table.
+void NoteGreeting(std::uint16_t domain, std::uint32_t fcAddress);
+void SetUnitEventSupport(std::uint16_t domain, bool supports);
 
-// The walk with up to three repetitions, one second apart, with notifications off meanwhile.
-// Returns 0, or -1 (and a line in the system log) when the third walk failed as well; -1 at once
-// while the local switch does not answer.
-int RefreshConnUnitTable();
-
-// Asks one unit for a sign of life, says Hello, and completes its row. Returns 0 or -1.
-int HelloUnit(std::uint16_t domain, ConnUnitEntry& row);
-
-// The same for a unit in the table that answers again; reads its status into its row.
-void GreetUnit(std::uint16_t domain);
-void RefreshUnitStatus(std::uint16_t domain);
-
-// One step of the background refresh of the units' statuses; does nothing unless
-// `unitStatusRefreshPending`. Always 0.
-int RefreshNextUnitStatus();
-
-// Writes a table to the diagnostic log, level 0.
-void DumpConnUnitTable(const std::array<ConnUnitEntry, MAX_CONN_UNITS>& table);
-
-// 1 while statuses of units remain to be read after a walk.
-extern std::uint16_t unitStatusRefreshPending;
-
-// What a walk asks of the modules above. The departure handler receives one record {local domain,
-// kind 38, WWN} when a unit has left the fabric; the registration handler turns notifications of
-// all units on (true) or of the remote ones off (false). Null for none.
-constexpr std::uint16_t kUnitDeletedKind = 38;
-void SetDepartureHandler(void (*handler)(const NotificationRecord& record));
-void SetRegistrationHandler(int (*handler)(bool on));
+// Writes the table to the diagnostic log, level 0.
+void DumpConnUnitTable();
 
 // ---- lookups ----
 // Results are 0, or -1 (logged at level 1 by those with a message). Those that take domain id 0 for
@@ -134,16 +108,6 @@ WwnBytes BytesOfWwn(const char* wwn);
 // them; rows in use from there up to GetRowsEnd() are in any order.
 std::uint16_t GetAscendingRows();
 std::uint16_t GetRowsEnd();
-
-// ---- the fabric ----
-
-// Sends a command to every other unit that accepts private events and answers; one that does not is
-// left out with a line in the log. Results are ignored.
-void BroadcastToFabric(const char* command);
-
-// Whether the fabric has no such switch any more, though it still has a row: nobody answers for it,
-// and a command other than a "Get." would wait 20 seconds. "Get.Oper.Fabric.Entry.%d.WWN"
-bool HasLeftFabric(std::uint16_t domain);
 
 // Whether a port number is below the port count of the local switch's row in the table.
 bool IsPortOfLocalUnit(std::uint32_t port);

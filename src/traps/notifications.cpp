@@ -1,7 +1,5 @@
 #include "src/traps/notifications.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -11,9 +9,7 @@
 #include "src/base/system_log.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
-#include "src/conf/snmpd_conf.h"
 #include "src/link/frame.h"
-#include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
@@ -25,7 +21,7 @@
 #include "src/traps/local_state.h"
 #include "src/traps/private_events.h"
 #include "src/traps/trap_decision.h"
-#include "src/traps/trap_table.h"
+#include "src/traps/upkeep.h"
 
 namespace snmpmain {
 namespace {
@@ -33,7 +29,6 @@ namespace {
 constexpr std::size_t kShortestPayload = 4;
 constexpr std::size_t kLongestPayload = 524;
 constexpr std::uint16_t kInteropDomainOffset = 96;
-constexpr int kRefreshAttempts = 4;
 
 using NotificationText = std::array<char, kNotificationTextSize>;
 
@@ -66,19 +61,6 @@ void Decorate(const EventKind& kind, NotificationText& text) {
     AppendText(text.data(), text.size(), decoration.data());
 }
 
-void RefreshSwitchInfo() {
-    TraceLog(kTrace, "Refreshing switch information");
-    int attempts = 1;
-    while (InitSwitchInfo() != 0 && attempts < kRefreshAttempts) {
-        ++attempts;
-        ::sleep(1);
-    }
-    // Needing the last attempt is reported even when it succeeded.
-    if (attempts == kRefreshAttempts) {
-        SystemLog("SNMP:Failed to properly update cache!\n");
-    }
-}
-
 // A port's hardware may have changed along with its state.
 void FollowPortHardware(const NotificationRecord& record) {
     const std::uint16_t port = GetPortFromEventText(record.text);
@@ -89,18 +71,16 @@ void FollowPortHardware(const NotificationRecord& record) {
 
 void FollowLocalConfig(std::uint16_t kind) {
     if (kind == kSnmpConfig) {
-        RefreshConnUnitTable();
-        InitSnmpdConf();
-        ReadTrapDestinations();
-        return;
-    }
-    if (CheckInbandEnableChange() != 0) {
+        MarkUpkeep(Upkeep::kUnitTable);
+        MarkUpkeep(Upkeep::kTrapDestinations);
+        HoldNotifications();  // whether and where traps go may have changed
+    } else if (CheckInbandEnableChange() != 0) {
         SendFabricUpdateEvent();
     }
-    InitSnmpdConf();
+    MarkUpkeep(Upkeep::kSnmpdConf);
 }
 
-// Brings up to date what the agent keeps. `fabricUpdated`: a private event says so.
+// Marks what is to be brought up to date. `fabricUpdated`: a private event says so.
 void Follow(const NotificationRecord& record, bool fabricUpdated) {
     const bool local = record.domainId == GetLocalDomainId();
     switch (record.kind) {
@@ -109,7 +89,7 @@ void Follow(const NotificationRecord& record, bool fabricUpdated) {
             if (local) {
                 FollowLocalConfig(record.kind);
             } else if (record.kind == kSwitchConfig) {
-                RefreshConnUnitTable();
+                MarkUpkeep(Upkeep::kUnitTable);
             }
             break;
         case kPortConfig:
@@ -122,7 +102,7 @@ void Follow(const NotificationRecord& record, bool fabricUpdated) {
         case kFabricOper:
         case kSwitchState:
         case kSwitchReset:
-            RefreshConnUnitTable();
+            MarkUpkeep(Upkeep::kUnitTable);
             break;
         case kZoningOper:
             MarkZoningStale();
@@ -132,15 +112,17 @@ void Follow(const NotificationRecord& record, bool fabricUpdated) {
             ForgetLogins(record.domainId);
             break;
         case kSwitchOper:
-            InitLogLevel();
+            MarkUpkeep(Upkeep::kLogLevel);
             break;
         case kPrivateEvent:
             if (fabricUpdated) {
-                RefreshConnUnitTable();
+                MarkUpkeep(Upkeep::kUnitTable);
+                HoldNotifications();
             }
             break;
         case kSwitchInfo:
-            RefreshSwitchInfo();
+            MarkUpkeep(Upkeep::kSwitchInfo);
+            HoldNotifications();
             break;
         default:
             break;
@@ -196,9 +178,13 @@ void DispatchNotification() {
                   record.domainId);
         // One that tells but does not answer would be left out again; its answer brings it in.
         if (!IsSilent(record.domainId)) {
-            RefreshConnUnitTable();
+            MarkUpkeep(Upkeep::kUnitTable);
         }
     }
+}
+
+void ReportDeparture(NotificationRecord& record) {
+    ProcessNotificationForTraps(record.domainId, record.kind, record.text);
 }
 
 }  // namespace snmpmain

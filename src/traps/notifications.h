@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <span>
 
+#include "src/link/notify_queue.h"
+
 namespace snmpmain {
 
 // Checks a received frame of 20 to 524 bytes, decorates the texts of change notices with the time
@@ -12,8 +14,12 @@ namespace snmpmain {
 // NotificationReceiver.
 int HandleIncomingNotification(std::span<const std::uint8_t> frame);
 
-// Takes one record from the queue, which must not be empty, and brings up to date what the agent
-// keeps of the switch and the fabric. Main thread only.
+// Takes one record from the queue, which must not be empty, decides on its traps, and marks what
+// the agent is to bring up to date (upkeep.h). Main thread only.
 void DispatchNotification();
+
+// Reports a unit that has left the fabric, at once: the queue may be full. A departure handler
+// (discovery.h).
+void ReportDeparture(NotificationRecord& record);
 
 }  // namespace snmpmain

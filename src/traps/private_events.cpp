@@ -1,11 +1,13 @@
 #include "src/traps/private_events.h"
 
 #include <array>
+#include <span>
 
 #include "src/base/clock.h"
 #include "src/base/text.h"
 #include "src/link/link.h"
 #include "src/link/switch_info.h"
+#include "src/link/tellings.h"
 #include "src/snmptables/unit_table.h"
 
 namespace snmpmain {
@@ -58,10 +60,10 @@ void SendPortHwStateEvent(std::uint16_t kind, std::uint16_t port) {
                LocalDomain(), port, carried.data());
     SendPrivateEventToFabric(command.data());
 
-    ReplyText ignored;
-    SwitchMgmtQueryf(0, ignored, kString, nullptr,
-                     "Set.Cmd.Switch.GenericEvent.[%s][0][0x0][%s. Port:%d]", DateTimeString(),
-                     kPortHwStateEvent, port);
+    FormatText(command, "Set.Cmd.Switch.GenericEvent.[%s][0][0x0][%s. Port:%d]", DateTimeString(),
+               kPortHwStateEvent, port);
+    constexpr std::uint16_t kLocal = 0;
+    Tell(std::span(&kLocal, 1), command.data(), StatusByte::kCounts, nullptr);
 }
 
 void SendEventChangeEvent(std::uint16_t kind, const char* text) {
@@ -81,7 +83,14 @@ void SendFabricUpdateEvent() {
 }
 
 void SendPrivateEventToFabric(const char* command) {
-    BroadcastToFabric(command);
+    std::array<std::uint16_t, MAX_CONN_UNITS> domains{};
+    std::size_t count = 0;
+    for (const ConnUnitEntry& row : std::span(connUnitTbl).first(GetUnitCount())) {
+        if (row.domainId != GetLocalDomainId() && row.eventSupport != 0) {
+            domains[count++] = row.domainId;
+        }
+    }
+    Tell(std::span(domains).first(count), command, StatusByte::kCounts, nullptr);
 }
 
 }  // namespace snmpmain

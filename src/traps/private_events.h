@@ -1,7 +1,7 @@
 // Private events: how an agent tells the agents of the other switches, in the fabric's own paths,
 // of a change that it has found at its switch. They arrive there as notifications of kind 32.
-// Answers are not looked at. Main thread only. `kind` is that of the notification that led to the
-// event, sensors and ports count from 0.
+// Answers are neither awaited nor looked at. Main thread only. `kind` is that of the notification
+// that led to the event, sensors and ports count from 0.
 #pragma once
 
 #include <cstdint>
@@ -31,7 +31,8 @@ void SendEventChangeEvent(std::uint16_t kind, const char* text);
 
 void SendFabricUpdateEvent();
 
-// Sends a command to every other unit that takes private events, in the order of connUnitTbl.
+// Tells a command to every other unit that takes private events, in the order of connUnitTbl. One
+// that does not answer is left out with a line in the log.
 void SendPrivateEventToFabric(const char* command);
 
 }  // namespace snmpmain

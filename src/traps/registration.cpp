@@ -1,26 +1,35 @@
 #include "src/traps/registration.h"
 
+#include <array>
 #include <cstdio>
+#include <span>
 
 #include "src/base/system_log.h"
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
+#include "src/link/tellings.h"
+#include "src/snmptables/discovery.h"
 #include "src/snmptables/unit_table.h"
 #include "src/traps/trap_sender.h"
 #include "src/traps/trap_table.h"
+#include "src/traps/upkeep.h"
 
 namespace snmpmain {
 namespace {
 
-int RegisterAt(std::uint16_t domain, const char* command) {
-    ReplyText ignored;
-    if (SwitchMgmtQuery(domain, command, ignored, kString) != 0) {
+int failures = 0;
+
+void TakeRegistration(std::uint16_t domain, Outcome outcome) {
+    if (outcome != Outcome::kAnswered) {
         SystemLog("SNMP:Failed to properly register for notifications at domainId: %d\n", domain);
-        return -1;
+        ++failures;
     }
-    return 0;
+}
+
+void RegisterAt(std::span<const std::uint16_t> domains, const char* command) {
+    Tell(domains, command, StatusByte::kIsIgnored, TakeRegistration);
 }
 
 void ReportFailure(int result, const char* message) {
@@ -31,33 +40,29 @@ void ReportFailure(int result, const char* message) {
 
 }  // namespace
 
-int RegisterNotifications(bool on) {
-    int result = on ? RegisterAt(0, "NotifyOn") : 0;
+void RegisterNotifications(bool on) {
+    std::array<std::uint16_t, 1 + MAX_CONN_UNITS> domains{};
+    std::size_t count = on ? 1 : 0;  // the local switch
     const std::uint16_t units = GetUnitCount();
     for (std::uint16_t unit = 0; unit < units; ++unit) {
         std::uint16_t domain = 0;
-        if (GetDomainIdFromIndex(unit, domain) != 0 || domain == GetLocalDomainId() ||
-            (!on && HasLeftFabric(domain))) {
-            continue;
-        }
-        if (RegisterAt(domain, on ? "NotifyOn" : "NotifyOff") != 0) {
-            result = -1;
+        if (GetDomainIdFromIndex(unit, domain) == 0 && domain != GetLocalDomainId() &&
+            (on || !HasLeftFabric(domain))) {
+            domains[count++] = domain;
         }
     }
-    return result;
+    RegisterAt(std::span(domains).first(count), on ? "NotifyOn" : "NotifyOff");
 }
 
 void WelcomeBack(std::uint16_t domain) {
     std::uint16_t status = 0;
     if (domain == 0 || GetUnitStatus(domain, status) != 0) {
-        if (RefreshConnUnitTable() == 0) {
-            ForgetReturned();
-        }
+        MarkUnitTableForReturn();
         return;
     }
-    RegisterAt(domain, "NotifyOn");
+    RegisterAt(std::span(&domain, 1), "NotifyOn");
     GreetUnit(domain);
-    RefreshUnitStatus(domain);
+    WantUnitStatus(domain);
 }
 
 int InitTrapNotifications() {
@@ -69,7 +74,10 @@ int InitTrapNotifications() {
         std::fputs("SNMP:Failed to get trap community name\n", stderr);
     }
     ReportFailure(ReadTrapDestinations(), "SNMP:Failed to get switch trap information\n");
-    ReportFailure(RegisterNotifications(true), "SNMP:Failed to register for notifications\n");
+    failures = 0;
+    RegisterNotifications(true);
+    FinishTellings();
+    ReportFailure(failures, "SNMP:Failed to register for notifications\n");
     NotifyQueue::Reset();
     std::fputs("SNMP:Trap notifications initialized.\n", stderr);
     return 0;

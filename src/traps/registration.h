@@ -6,15 +6,14 @@
 
 namespace snmpmain {
 
-// Registers at the local switch and at every other unit of connUnitTbl ("NotifyOn"), or withdraws
-// from the other units that the fabric still has ("NotifyOff"; the local registration is never
-// withdrawn). Returns 0, or -1
-// when one of them failed, each of which goes to the system log.
-int RegisterNotifications(bool on);
+// Tells the local switch and every other unit of connUnitTbl to notify ("NotifyOn"), or the other
+// units that the fabric still has to stop ("NotifyOff"; the local registration is never withdrawn),
+// without waiting for the answers. One that fails goes to the system log.
+void RegisterNotifications(bool on);
 
-// A switch that was silent answers again (0: the local one): registers with it, greets it and reads
-// its status, or, for one that is not in the table, refreshes that. So does the return of the local
-// switch, through which all others are reached.
+// A switch that was silent answers again (0: the local one): registers with it, greets it and has
+// its status read, or, for one that is not in the table, marks that for a refresh. So does the
+// return of the local switch, through which all others are reached.
 void WelcomeBack(std::uint16_t domain);
 
 // Reads the community and the destinations of traps, registers for notifications and empties the

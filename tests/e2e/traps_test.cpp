@@ -452,7 +452,9 @@ TEST_F(Traps, TellOfOtherSwitchesWithProxyOnly) {
     Expect("on", {EventTrap(kLocal, config)}, {}, setProxy(true));
     Expect("now with others", {EventTrap(kEdge, zoning)}, {EventOf(7, zoning)},
            Notices(7, {"7;0;0;0;0"}));
-    Expect("off", {EventTrap(kAnnex, config), EventTrap(kLocal, config), DeletedTrap(kEdge)},
+    Expect("off",
+           {EventTrap(kAnnex, config), EventTrap(kLocal, config), DeletedTrap(kEdge),
+            DeletedTrap(kAnnex)},
            {EventOf(1, config), EventOf(1, config)}, setProxy(false));
     ExpectNoMore();
 }

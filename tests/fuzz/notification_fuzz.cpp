@@ -25,11 +25,14 @@
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
+#include "src/link/tellings.h"
+#include "src/snmptables/discovery.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
 #include "src/traps/local_state.h"
 #include "src/traps/notifications.h"
 #include "src/traps/registration.h"
+#include "src/traps/upkeep.h"
 #include "tests/fuzz/instant_switch.h"
 #include "tests/fuzz/surroundings.h"
 #include "tests/support/loopback.h"
@@ -58,7 +61,7 @@ class Agent {
         ::setenv("SNMPMAIN_ROOT", "/dev/null", 1);  // no files, no daemon to be signalled
         SetNotificationReceiver(HandleIncomingNotification);
         Require(InitLink(LoopbackAddress(0).c_str()) == 0 && InitSendRecvLock() == 0, "link");
-        SetDepartureHandler(NotifyQueue::Put);
+        SetDepartureHandler(ReportDeparture);
         SetRegistrationHandler(RegisterNotifications);
         OpenTraceLog();
         SetDiagnosticLevel(kTrace);
@@ -84,6 +87,7 @@ class Agent {
         Deliver(bits, (bits & kRaw) != 0 ? Cut(rest) : WellFormed(rest));
         while (NotifyQueue::Pending()) {
             DispatchNotification();
+            FinishUpkeep();
         }
         Require(GetLocalDomainId() == fuzz::kLocalDomain, "the local switch stays the same");
         Require(GetUnitCount() <= 3, "no unit appears from nowhere");
@@ -113,6 +117,13 @@ class Agent {
 
     static void Discover() {
         Require(UpdateConnUnitTable() == 0, "discovery");
+    }
+
+    static void FinishUpkeep() {
+        while (IsUpkeepDue()) {
+            StepUpkeep();
+        }
+        FinishTellings();
     }
 
     static void RememberStates() {

@@ -29,6 +29,7 @@
 #include "src/mibs/NorbexMIB/NorbexMIB.h"
 #include "src/mibs/fcmgmt/tables.h"
 #include "src/mibs/femgmt/tables.h"
+#include "src/snmptables/discovery.h"
 #include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"

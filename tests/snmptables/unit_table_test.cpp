@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "sim/frame.h"
+#include "src/snmptables/discovery.h"
 #include "tests/support/switch_test.h"
 
 namespace snmpmain {
@@ -17,11 +18,23 @@ class UnitTableTest : public SwitchTest {
     UnitTableTest() {
         departures.clear();
         registrations.clear();
-        SetDepartureHandler([](const NotificationRecord& record) { departures.push_back(record); });
-        SetRegistrationHandler([](bool on) {
-            registrations.push_back(on);
-            return 0;
-        });
+        SetDepartureHandler([](NotificationRecord& record) { departures.push_back(record); });
+        SetRegistrationHandler([](bool on) { registrations.push_back(on); });
+    }
+
+    static Progress Refresh() {
+        BeginConnUnitTableRefresh();
+        Progress progress = Progress::kMore;
+        while (progress == Progress::kMore || progress == Progress::kPaused) {
+            progress = RefreshConnUnitTable();
+        }
+        return progress;
+    }
+
+    static void ReadStatuses() {
+        while (unitStatusRefreshPending != 0) {
+            EXPECT_EQ(RefreshNextUnitStatus(), 0);
+        }
     }
 
     static std::vector<std::uint16_t> Domains() {
@@ -131,18 +144,19 @@ TEST_F(UnitTableTest, UnitsWithoutWwnOrAnswerAreLeftOut) {
     EXPECT_EQ(Domains(), std::vector<std::uint16_t>{2});
 }
 
-TEST_F(UnitTableTest, DepartureIsReportedOncePerWalk) {
+TEST_F(UnitTableTest, EachDepartureIsReportedOnce) {
     Discover();
     server.WithFabric([](sim::Fabric& fabric) {
         std::erase_if(fabric.switches, [](const sim::Switch& s) { return s.domain != 2; });
     });
     ASSERT_EQ(UpdateConnUnitTable(), 0);
-    ASSERT_EQ(departures.size(), 1u);
+    ASSERT_EQ(departures.size(), 2u);
     EXPECT_EQ(departures[0].domainId, 2);
     EXPECT_EQ(departures[0].kind, kUnitDeletedKind);
     EXPECT_STREQ(departures[0].text, sim::DefaultFabric().Find(7)->wwn.c_str());
+    EXPECT_STREQ(departures[1].text, sim::DefaultFabric().Find(1)->wwn.c_str());
     ASSERT_EQ(UpdateConnUnitTable(), 0);
-    EXPECT_EQ(departures.size(), 1u);
+    EXPECT_EQ(departures.size(), 2u);
     // Rows behind the terminator: gone for lookups by number and domain, there for those by WWN.
     std::uint16_t found = 0;
     EXPECT_EQ(GetUnitCount(), 1);
@@ -225,38 +239,39 @@ TEST_F(UnitTableTest, RefreshGivesUpAfterFourWalksAndReportsTheFourth) {
     Discover();
     server.SetValue(0, "Oper.Fabric.Entry.7.WWN", std::nullopt);
     TakeLogged();
-    EXPECT_EQ(RefreshConnUnitTable(), -1);
+    EXPECT_EQ(Refresh(), Progress::kFailed);
     EXPECT_TRUE(Logged("8:SNMP:Failed to properly update connUnitTable!\n"));
-    EXPECT_EQ(CountTexts("FirstDomainID"), 4);
+    EXPECT_EQ(CountTexts("MergeMode"), 4);
     EXPECT_EQ(registrations, (std::vector<bool>{false, true}));
     EXPECT_EQ(GetUnitCount(), 3);
 
     // Each outcome by the number of walks that fail first.
-    for (const auto& [failures, result] : {std::pair(2, 0), std::pair(3, -1)}) {
+    for (const auto& [failures, result] :
+         {std::pair(2, Progress::kDone), std::pair(3, Progress::kFailed)}) {
         std::atomic<int> walks{0};
         ChangeReplies([&walks, most = failures](const sim::ReceivedCommand& command, auto& reply) {
-            walks += command.text == "Get.Oper.Fabric.FirstDomainID" ? 1 : 0;
+            walks += command.text == "Get.Config.Zoning.MergeMode" ? 1 : 0;
             reply[2] = command.text == "Get.Oper.Fabric.Entry.2.WWN" && walks <= most ? 1 : 0;
         });
         server.SetValue(0, "Oper.Fabric.Entry.7.WWN", "1000020000000200");
-        EXPECT_EQ(RefreshConnUnitTable(), result) << failures;
+        EXPECT_EQ(Refresh(), result) << failures;
         server.SetReplyOverride({});
         EXPECT_EQ(walks, failures + 1);
     }
 }
 
-TEST_F(UnitTableTest, StatusesAreRefreshedOneUnitAStep) {
+TEST_F(UnitTableTest, StatusesAreReadAfterAWalkACommandAtATime) {
     Discover();
-    for (int unit = 0; unit < 3; ++unit) {
-        EXPECT_EQ(RefreshNextUnitStatus(), 0);
-        EXPECT_EQ(unitStatusRefreshPending, 1);
+    for (int step = 0; step < 4; ++step) {
+        RefreshNextUnitStatus();
+        EXPECT_LE(TakeTexts().size(), 1u);
     }
+    EXPECT_EQ(unitStatusRefreshPending, 1);
+    ReadStatuses();
     EXPECT_EQ(CountTexts("Get.Oper.Switch.OperState"), 3);
     EXPECT_EQ(connUnitTbl[0].status, kUnitWarning);
     EXPECT_EQ(connUnitTbl[1].status, kUnitFailed);
     EXPECT_EQ(connUnitTbl[2].status, kUnitOk);
-    RefreshNextUnitStatus();
-    EXPECT_EQ(unitStatusRefreshPending, 0);
     RefreshNextUnitStatus();
     EXPECT_TRUE(TakeTexts().empty());
     // A unit that does not answer is unknown; the next walk begins with the first unit again.
@@ -264,8 +279,29 @@ TEST_F(UnitTableTest, StatusesAreRefreshedOneUnitAStep) {
     ASSERT_EQ(UpdateConnUnitTable(), 0);
     connUnitTbl[0].status = kUnitOk;
     ResetUnitStatusMemo();
-    RefreshNextUnitStatus();
+    ReadStatuses();
     EXPECT_EQ(connUnitTbl[0].status, kUnitUnknown);
+}
+
+TEST_F(UnitTableTest, WhatIsSetDuringAWalkIsKept) {
+    Discover();
+    ReadStatuses();
+    ASSERT_EQ(SetUnitReset(1, 1), 0);
+    BeginConnUnitTableRefresh();
+    while (CountTexts("Get.Oper.Fabric.Entry.7.WWN") == 0) {
+        ASSERT_EQ(RefreshConnUnitTable(), Progress::kMore);
+    }
+    ASSERT_EQ(SetUnitReset(7, 1), 0);
+    ASSERT_EQ(SetUnitStatus(2, kUnitFailed), 0);
+    while (RefreshConnUnitTable() == Progress::kMore) {
+    }
+    std::uint32_t reset = 9;
+    EXPECT_EQ(GetUnitReset(7, reset), 0);
+    EXPECT_EQ(reset, 1u);
+    EXPECT_EQ(GetUnitReset(1, reset), 0);
+    EXPECT_EQ(reset, 0u);
+    EXPECT_EQ(connUnitTbl[0].status, kUnitFailed);
+    EXPECT_EQ(connUnitTbl[1].status, kUnitUnknown);
 }
 
 }  // namespace

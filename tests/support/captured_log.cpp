@@ -13,7 +13,8 @@
 namespace {
 
 std::mutex mutex;
-std::vector<std::string> messages;
+// Never destroyed: the ListenThread logs until the process is gone.
+std::vector<std::string>& messages = *new std::vector<std::string>;
 
 }  // namespace
 

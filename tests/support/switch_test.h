@@ -19,6 +19,8 @@
 #include "src/link/notify_queue.h"
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
+#include "src/link/tellings.h"
+#include "src/snmptables/discovery.h"
 #include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"
@@ -40,8 +42,10 @@ class SwitchTest : public testing::Test {
         ::setenv("SNMPMAIN_ROOT", "/dev/null", 1);  // whoever runs tests may have a snmpd
         ResetTraceLog();
         ResetReachability();
+        ResetTellings();
         ResetSwitchInfo();
         ResetConnUnitTable();
+        ResetDiscovery();
         ResetNameServerTable();
         ResetZoningTable();
         ResetAliasTable();
@@ -64,6 +68,7 @@ class SwitchTest : public testing::Test {
 
     // Texts of the commands received since the last look.
     std::vector<std::string> TakeTexts() {
+        FinishTellings();
         std::vector<std::string> texts;
         for (const sim::ReceivedCommand& command : server.TakeCommands()) {
             texts.push_back(command.text);

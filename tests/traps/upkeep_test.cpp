@@ -1,0 +1,117 @@
+#include "src/traps/upkeep.h"
+
+#include "src/agent/idle_step.h"
+#include "src/base/text.h"
+#include "src/snmptables/discovery.h"
+#include "src/traps/event_kinds.h"
+#include "src/traps/notifications.h"
+#include "src/traps/trap_decision.h"
+#include "src/traps/trap_table.h"
+#include "tests/support/switch_test.h"
+#include "tests/support/trap_sink.h"
+
+namespace snmpmain {
+namespace {
+
+class UpkeepTest : public SwitchTest {
+  protected:
+    UpkeepTest() : sink(LoopbackAddress(3)) {
+        ResetUpkeep();
+        server.WithFabric([&](sim::Fabric& fabric) {
+            fabric.Find(0)->traps = {};
+            fabric.Find(0)->traps[0] = {sink.Address(), sink.Port(), "mark", true, "2"};
+        });
+        Discover();
+        EXPECT_EQ(ReadTrapDestinations(), 0);
+        DoIdleSteps();
+        TakeTexts();
+        SetDepartureHandler(ReportDeparture);
+    }
+    ~UpkeepTest() override {
+        ResetUpkeep();
+    }
+
+    static void Put(std::uint16_t domain, std::uint16_t kind, const char* text = "x") {
+        NotificationRecord record{domain, kind, {}};
+        CopyText(record.text, sizeof(record.text), text);
+        NotifyQueue::Put(record);
+    }
+
+    static void DoIdleSteps() {
+        while (AgentIdleStep() || IsUpkeepDue()) {
+        }
+    }
+
+    long CountRefreshes() {
+        return CountTexts("Get.Config.Zoning.MergeMode");
+    }
+
+    TrapSink sink;
+};
+
+TEST_F(UpkeepTest, ManyNotificationsCostOneRefresh) {
+    for (int i = 0; i < 60; ++i) {
+        Put(i % 2 == 0 ? 2 : 7, i % 3 == 0 ? kSwitchConfig : kFabricOper);
+    }
+    DoIdleSteps();
+    EXPECT_EQ(CountRefreshes(), 1);
+    EXPECT_EQ(sink.Take(200).size(), 60u);
+    // What is marked while the work is done is done once more.
+    Put(2, kFabricOper);
+    DispatchNotification();
+    for (int step = 0; step < 8; ++step) {
+        ASSERT_EQ(StepUpkeep(), Progress::kMore);
+    }
+    Put(2, kFabricOper);
+    Put(2, kFabricOper);
+    DoIdleSteps();
+    EXPECT_EQ(CountRefreshes(), 2);
+    EXPECT_EQ(sink.Take(200).size(), 3u);
+}
+
+TEST_F(UpkeepTest, NotificationsThatItDecidesAboutWaitForIt) {
+    // The switch has its proxy turned off: what others tell behind that is not reported any more.
+    server.WithFabric([](sim::Fabric& fabric) { fabric.proxy = false; });
+    Put(7, kZoningOper);
+    Put(2, kSnmpConfig);
+    Put(7, kZoningOper);
+    DoIdleSteps();
+    EXPECT_EQ(sink.Take(200).size(), 2u + 2) << "two events, two units that are not shown any more";
+    EXPECT_EQ(CountRefreshes(), 2) << "7 is a switch that is not known";
+}
+
+TEST_F(UpkeepTest, AnUnknownSwitchIsLookedForOnce) {
+    for (int i = 0; i < 5; ++i) {
+        Put(42, kZoningOper);
+    }
+    DoIdleSteps();
+    EXPECT_EQ(CountRefreshes(), 2) << "the second one waited; the others know that it was in vain";
+    EXPECT_FALSE(NotifyQueue::Pending());
+    EXPECT_EQ(sink.Take(200).size(), 5u);
+}
+
+TEST_F(UpkeepTest, EveryResetOfAnotherSwitchIsReported) {
+    Put(7, kSwitchReset);
+    Put(7, kSwitchReset);
+    Put(1, kSwitchReset);
+    DoIdleSteps();
+    EXPECT_EQ(sink.Take(200).size(), 3u);
+    EXPECT_EQ(CountRefreshes(), 2);
+}
+
+TEST_F(UpkeepTest, EveryDepartureIsReportedThoughTheQueueIsFull) {
+    server.WithFabric([](sim::Fabric& fabric) {
+        std::erase_if(fabric.switches, [](const sim::Switch& unit) { return unit.domain != 2; });
+    });
+    Put(2, kFabricOper);
+    AgentIdleStep();
+    for (int i = 0; i < 300; ++i) {
+        Put(2, kEPortOper);  // nothing to report
+    }
+    DoIdleSteps();
+    EXPECT_EQ(sink.Take(200).size(), 3u);
+    EXPECT_EQ(GetUnitCount(), 1);
+}
+
+}  // namespace
+}  // namespace snmpmain
