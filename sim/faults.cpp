@@ -25,6 +25,10 @@ ReplyFate DecideFate(const Faults& faults, std::mt19937_64& random) {
     return fate;
 }
 
+bool LosesNotice(const Faults& faults, std::mt19937_64& random) {
+    return Happens(faults.loseNotices, random);
+}
+
 std::uint32_t StraySequence(std::uint32_t sequence) {
     return sequence == kFirstReplySequence ? kLastReplySequence : sequence - 1;
 }

@@ -9,6 +9,7 @@ namespace sim {
 /// Every probability is from 0 (never) to 1 (always). The faults may be combined.
 struct Faults {
     double lose = 0;           // a reply is not sent
+    double loseNotices = 0;    // a notification to one receiver is not sent
     unsigned delayMs = 0;      // milliseconds before a reply is sent; other requests go on
     double duplicate = 0;      // a reply is sent twice
     double reorder = 0;        // a reply is held back until after the next one, which is not
@@ -32,6 +33,9 @@ struct ReplyFate {
 /// Rolls the dice for one reply. A fault of probability 0 rolls none, so that switching one fault
 /// on does not change how the others fall.
 ReplyFate DecideFate(const Faults& faults, std::mt19937_64& random);
+
+/// Whether one notification gets lost on its way to one receiver.
+bool LosesNotice(const Faults& faults, std::mt19937_64& random);
 
 /// The reply sequence just before the given one: what a late reply of the request before carries.
 std::uint32_t StraySequence(std::uint32_t sequence);

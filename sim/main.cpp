@@ -58,6 +58,8 @@ void Declare(CLI::App& app, Options& options) {
     };
     sim::Faults& faults = options.faults;
     probability("--lose", faults.lose, "Probability P that a reply is not sent");
+    probability("--lose-notifications", faults.loseNotices,
+                "Probability P that a notification is not sent to one receiver");
     app.add_option("--delay", faults.delayMs, "Milliseconds before each reply")
         ->group("Faults (P is 0..1)");
     probability("--duplicate", faults.duplicate, "Probability P that a reply is sent twice");

@@ -361,6 +361,9 @@ std::size_t Server::State::SendNotification(std::uint16_t domain, std::string_vi
                                             bool zeroAsLocal, const std::set<Peer>& receivers) {
     notificationSequence = notificationSequence % 0xFFFF + 1;
     for (const Peer& peer : receivers) {
+        if (LosesNotice(faults, random)) {
+            continue;
+        }
         const bool zero = zeroAsLocal && LocalDomain(peer.endpoint) == domain;
         Send(BuildFrame(zero ? 0 : DomainWord(domain, fabric.Interop()), kNotificationType,
                         notificationSequence, text),

@@ -13,6 +13,7 @@
 #include "src/snmptables/discovery.h"
 #include "src/traps/notifications.h"
 #include "src/traps/registration.h"
+#include "src/traps/sweep.h"
 #include "src/traps/trap_table_update.h"
 #include "src/traps/upkeep.h"
 
@@ -105,7 +106,8 @@ bool AgentIdleStep() {
     DoSlice(DecideNotification);
     BeginWork();
     // New trap destinations are brought to the switch now, not with the next request.
-    return GoOn() || NotificationWaits() || trapTableChanged != 0 || HasReturned();
+    const bool sweeps = !IsUpkeepDue() && DoSlice(StepSweep) == Progress::kMore;
+    return GoOn() || sweeps || NotificationWaits() || trapTableChanged != 0 || HasReturned();
 }
 
 }  // namespace snmpmain

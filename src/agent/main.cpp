@@ -23,6 +23,7 @@
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
 #include "src/link/tellings.h"
+#include "src/link/worked_with.h"
 #include "src/mibs/NorbexMIB/NorbexMIB.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/femgmt/femgmt.h"
@@ -36,6 +37,7 @@
 #include "src/traps/local_state.h"
 #include "src/traps/notifications.h"
 #include "src/traps/registration.h"
+#include "src/traps/sweep.h"
 #include "src/traps/trap_sender.h"
 #include "src/traps/trap_table.h"
 #include "src/traps/upkeep.h"
@@ -73,6 +75,7 @@ void ResetCaches() {
     ResetLogins();
     ResetTrapTable();
     ResetTellings();
+    ResetWorkedWith();
     ResetDiscovery();
     ResetUpkeep();
     SetDepartureHandler(ReportDeparture);
@@ -188,5 +191,6 @@ int main(int argc, char** argv) {
         SendColdStartTrap();
     }
     std::fprintf(stderr, "%s] SNMP is up and running!\n", ClockStamp());
+    StartSweep();
     RunMainLoop();
 }

@@ -5,6 +5,7 @@
 
 #include "src/base/text.h"
 #include "src/link/link.h"
+#include "src/link/worked_with.h"
 
 namespace snmpmain {
 namespace {
@@ -65,7 +66,9 @@ Reading reading;
 int ReadRow(ConfKey& row) {
     constexpr std::string_view kWayIn[] = {"V3Enable", "rocommunity", "rwcommunity"};
     ReplyText reply;
-    const Outcome outcome = AskSwitch(0, row.command, reply, row.type).outcome;
+    const Answer answer = AskSwitch(0, row.command, reply, row.type);
+    NoteWorkedWith(Worker::kSnmpdConf, row.command, row.type, answer, reply);
+    const Outcome outcome = answer.outcome;
     if (outcome == Outcome::kAnswered) {
         CopyText(row.value, sizeof(row.value), reply.data());
     }

@@ -73,6 +73,7 @@ struct Link {
     pthread_mutex_t requestMutex = PTHREAD_MUTEX_INITIALIZER;
     Reception reception;
     std::atomic<NotificationReceiver> receiver{nullptr};
+    std::atomic<std::uint64_t> sent{0};
 };
 
 // Never destroyed: the ListenThread uses it until the process is gone.
@@ -232,6 +233,7 @@ void SendTelling(DueTelling& due, Clock::time_point now) {
     } else {
         TraceLog(kTrace, "%-3d>> %s", due.domain, due.command->c_str());
         NoteRequest(due.domain);
+        ++link.sent;
         NoteTelling(due, now);
     }
     SendWithoutWaiting(frame);
@@ -547,6 +549,7 @@ Outcome SwitchMgmtExchange(std::uint32_t domain, const char* command, const char
         return Outcome::kRefused;
     }
     NoteRequest(domain);
+    ++link.sent;
     requestSize = frame.length;
     TraceLog(kTrace, "%-3d>> %s", static_cast<int>(domain), loggedText);
     return SendWithRetry(frame, domain, sequence, reply) == 0 ? Outcome::kAnswered
@@ -606,6 +609,10 @@ void AwaitTellings(std::chrono::milliseconds most, TellingNumber before) {
     if (IsTelling(before) && !ServeFor(most, true, before)) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+}
+
+std::uint64_t CountSent() {
+    return link.sent;
 }
 
 int PingSwitchMgmt(std::uint32_t domain) {

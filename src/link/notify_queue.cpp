@@ -14,6 +14,7 @@ struct Queue {
     std::array<NotificationRecord, kNotifyQueueSlots> slots;
     std::atomic<std::uint16_t> writeIndex{0};
     std::atomic<std::uint16_t> readIndex{0};
+    std::atomic<bool> lost{false};
     int wakeDescriptor = -1;
 };
 
@@ -38,12 +39,17 @@ void Put(const NotificationRecord& record) {
         const std::lock_guard lock(queue.mutex);
         const std::uint16_t next = Following(queue.writeIndex);
         if (next == queue.readIndex) {
+            queue.lost = true;
             return;
         }
         queue.slots[queue.writeIndex] = record;
         queue.writeIndex = next;
     }
     Wake();
+}
+
+bool TakeLost() {
+    return queue.lost && queue.lost.exchange(false);
 }
 
 void Get(NotificationRecord& record) {

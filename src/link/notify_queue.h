@@ -28,6 +28,9 @@ int Open();
 // Puts a copy of the record; when the ring is full the record is dropped. Any thread.
 void Put(const NotificationRecord& record);
 
+// Whether a record has been dropped since the last call.
+bool TakeLost();
+
 // Takes the oldest record. Test with Pending first. Main thread only.
 void Get(NotificationRecord& record);
 

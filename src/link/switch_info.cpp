@@ -8,6 +8,7 @@
 
 #include "src/base/text.h"
 #include "src/link/link.h"
+#include "src/link/worked_with.h"
 
 namespace snmpmain {
 namespace {
@@ -37,12 +38,22 @@ struct SwitchInfo {
 
 SwitchInfo info;
 
-int AskText(std::uint32_t domain, const char* command) {
-    return SwitchMgmtQuery(domain, command, info.reply, kString) == 0 ? 0 : -1;
+// Whoever keeps a fact of the local switch has it compared later.
+Answer AskFact(Worker worker, std::uint32_t domain, const char* command, ConversionType type,
+               std::uint32_t* value = nullptr) {
+    const Answer answer = AskSwitch(domain, command, info.reply, type, value);
+    if (IsLocalDomain(domain)) {
+        NoteWorkedWith(worker, command, type, answer, info.reply);
+    }
+    return answer;
+}
+
+int AskText(std::uint32_t domain, const char* command, Worker worker = Worker::kSwitchInfo) {
+    return AskFact(worker, domain, command, kString).code == 0 ? 0 : -1;
 }
 
 int ReadCount(std::uint32_t domain, const char* command, std::uint32_t& kept) {
-    const Answer answer = AskSwitch(domain, command, info.reply, kInteger, &info.value);
+    const Answer answer = AskFact(Worker::kSwitchInfo, domain, command, kInteger, &info.value);
     info.answered = answer.outcome != Outcome::kNoAnswer;
     if (answer.code != 0) {
         return -1;
@@ -137,7 +148,8 @@ constexpr std::string_view kBladeTypes[] = {
 }  // namespace
 
 int ReadLocalDomainId() {
-    if (SwitchMgmtQuery(0, "Get.Oper.Switch.DomainID", info.reply, kInteger, &info.value) != 0) {
+    if (AskFact(Worker::kUnitTable, 0, "Get.Oper.Switch.DomainID", kInteger, &info.value).code !=
+        0) {
         return -1;
     }
     info.localDomainId = info.value;
@@ -145,7 +157,7 @@ int ReadLocalDomainId() {
 }
 
 int ReadMergeMode() {
-    if (AskText(0, "Get.Config.Zoning.MergeMode") != 0) {
+    if (AskText(0, "Get.Config.Zoning.MergeMode", Worker::kUnitTable) != 0) {
         return -1;
     }
     const std::string_view mode = info.reply.data();
@@ -156,7 +168,7 @@ int ReadMergeMode() {
 }
 
 int ReadProxyEnable() {
-    if (AskText(0, "Get.Config.Snmp.ProxyEnable") != 0) {
+    if (AskText(0, "Get.Config.Snmp.ProxyEnable", Worker::kUnitTable) != 0) {
         return -1;
     }
     info.proxyEnable = std::strstr(info.reply.data(), "True") != nullptr ? 1 : 0;

@@ -19,7 +19,9 @@
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
 #include "src/link/tellings.h"
+#include "src/link/worked_with.h"
 #include "src/snmptables/fabric_lists.h"
+#include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_status.h"
 
 namespace snmpmain {
@@ -210,6 +212,11 @@ void FindDeletedUnits() {
     }
 }
 
+bool HasUnitJoined() {
+    return std::ranges::any_of(
+        WalkedRows(), [](const ConnUnitEntry& row) { return FindUnit(row.domainId) == nullptr; });
+}
+
 // Sorts the new rows by WWN text, keeping the order of equal ones.
 void SortUnitsByWwn() {
     const auto before = [](const ConnUnitEntry& a, const ConnUnitEntry& b) {
@@ -226,6 +233,9 @@ void Commit() {
     NoteListed(state.walk.listed.Listed());
     KeepTellingsOf(state.walk.listed.Listed());
     FindDeletedUnits();
+    if (HasUnitJoined() || state.departures.count > 0) {
+        MarkNameServerStale();  // of the whole fabric
+    }
     state.walked = state.walk.listed;
     SortUnitsByWwn();
     ReplaceUnits(WalkedRows());
@@ -371,6 +381,9 @@ Progress StepRefreshWalk() {
 }
 
 Progress EndRefresh() {
+    if (!state.refresh.walked) {
+        NoteWorkFailed(Worker::kUnitTable);
+    }
     if (state.refresh.failures > kFailuresBeforeGivingUp) {
         SystemLog("SNMP:Failed to properly update connUnitTable!\n");
         return Progress::kFailed;

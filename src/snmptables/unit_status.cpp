@@ -91,7 +91,8 @@ Progress UnitStatusReading::Step() {
 
 Progress UnitStatusReading::Begin() {
     began_ = MonotonicSeconds();
-    if (memo.time > 0 && memo.domain == domain_ && began_ - memo.time < kMemoLifetime) {
+    if (use_ == Memo::kIsUsed && memo.time > 0 && memo.domain == domain_ &&
+        began_ - memo.time < kMemoLifetime) {
         status_ = memo.status;
         return memo.result == 0 ? Progress::kDone : Progress::kFailed;
     }

@@ -28,7 +28,11 @@ int ReadUnitStatus(std::uint32_t domain, std::uint16_t& status);
 // The same in steps of one query each, for one unit at a time.
 class UnitStatusReading {
   public:
-    explicit UnitStatusReading(std::uint32_t domain) : domain_(domain) {}
+    // Whether an outcome that is remembered will do.
+    enum class Memo : std::uint8_t { kIsUsed, kIgnored };
+
+    explicit UnitStatusReading(std::uint32_t domain, Memo use = Memo::kIsUsed)
+        : domain_(domain), use_(use) {}
 
     // kFailed when a query failed; kDone.
     Progress Step();
@@ -59,6 +63,7 @@ class UnitStatusReading {
     std::uint32_t CountOf(Part part) const;
 
     std::uint32_t domain_;
+    Memo use_;
     std::time_t began_ = 0;
     Part part_ = Part::kBegin;
     std::uint32_t index_ = 0;  // within the part

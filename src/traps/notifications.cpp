@@ -73,11 +73,11 @@ void FollowLocalConfig(std::uint16_t kind) {
     if (kind == kSnmpConfig) {
         MarkUpkeep(Upkeep::kUnitTable);
         MarkUpkeep(Upkeep::kTrapDestinations);
+        MarkUpkeep(Upkeep::kSnmpdConf);
         HoldNotifications();  // whether and where traps go may have changed
-    } else if (CheckInbandEnableChange() != 0) {
-        SendFabricUpdateEvent();
+    } else {
+        FollowInbandEnable();
     }
-    MarkUpkeep(Upkeep::kSnmpdConf);
 }
 
 // Marks what is to be brought up to date. `fabricUpdated`: a private event says so.
@@ -168,6 +168,17 @@ int HandleIncomingNotification(std::span<const std::uint8_t> frame) {
 void DispatchNotification() {
     NotificationRecord record;
     NotifyQueue::Get(record);
+    ActOnNotification(record);
+}
+
+void FollowInbandEnable() {
+    if (CheckInbandEnableChange() != 0) {
+        SendFabricUpdateEvent();
+    }
+    MarkUpkeep(Upkeep::kSnmpdConf);
+}
+
+void ActOnNotification(NotificationRecord& record) {
     // Before a text that the event carries takes its place.
     const bool fabricUpdated = std::strstr(record.text, kFabricUpdateEvent) != nullptr;
     ProcessNotificationForTraps(record.domainId, record.kind, record.text);

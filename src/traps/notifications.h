@@ -18,6 +18,13 @@ int HandleIncomingNotification(std::span<const std::uint8_t> frame);
 // the agent is to bring up to date (upkeep.h). Main thread only.
 void DispatchNotification();
 
+// The same for one that was not received: what it would have told is known otherwise.
+void ActOnNotification(NotificationRecord& record);
+
+// Tells the other agents when the in-band setting of the local switch has changed, and marks
+// snmpd's configuration.
+void FollowInbandEnable();
+
 // Reports a unit that has left the fabric, at once: the queue may be full. A departure handler
 // (discovery.h).
 void ReportDeparture(NotificationRecord& record);

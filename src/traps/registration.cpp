@@ -12,6 +12,7 @@
 #include "src/link/tellings.h"
 #include "src/snmptables/discovery.h"
 #include "src/snmptables/unit_table.h"
+#include "src/traps/sweep.h"
 #include "src/traps/trap_sender.h"
 #include "src/traps/trap_table.h"
 #include "src/traps/upkeep.h"
@@ -56,6 +57,9 @@ void RegisterNotifications(bool on) {
 
 void WelcomeBack(std::uint16_t domain) {
     std::uint16_t status = 0;
+    if (domain == 0) {
+        HurrySweep();  // it may have been started anew, without our registration
+    }
     if (domain == 0 || GetUnitStatus(domain, status) != 0) {
         MarkUnitTableForReturn();
         return;

@@ -102,8 +102,7 @@ std::uint16_t SensorOf(const Decision& decision) {
     return static_cast<std::uint16_t>(blades == 1 ? 0 : firstBlade + blades);
 }
 
-void DecideSensor(Decision& decision) {
-    const std::uint16_t sensor = SensorOf(decision);
+void DecideSensor(Decision& decision, std::uint16_t sensor) {
     // Whether a voltage has changed is compared with the local one, wherever it comes from.
     if (decision.IsLocal() || decision.kind >= kVoltageFirst) {
         if (CheckSensorStatusChange(sensor) == 0) {
@@ -255,7 +254,7 @@ void Decide(Decision& decision) {
         case kVoltageFirst:
         case kVoltageFirst + 1:
         case kVoltageLast:
-            DecideSensor(decision);
+            DecideSensor(decision, SensorOf(decision));
             break;
         case kGenericEvent:
             DecideGenericEvent(decision);
@@ -278,16 +277,27 @@ void Decide(Decision& decision) {
     }
 }
 
+void SendReported(const Decision& decision) {
+    if (decision.reported && (decision.IsLocal() || GetProxyEnable() != 0)) {
+        SendTrapToSinks(decision.trap, decision.Severity());
+    }
+}
+
 }  // namespace
 
 int ProcessNotificationForTraps(std::uint16_t domain, std::uint16_t kind, char* text) {
     Trap trap;
     Decision decision{domain, kind, text, trap};
     Decide(decision);
-    if (decision.reported && (decision.IsLocal() || GetProxyEnable() != 0)) {
-        SendTrapToSinks(trap, decision.Severity());
-    }
+    SendReported(decision);
     return 0;
+}
+
+void DecideLocalSensor(std::uint16_t kind, std::uint16_t sensor) {
+    Trap trap;
+    Decision decision{static_cast<std::uint16_t>(GetLocalDomainId()), kind, nullptr, trap};
+    DecideSensor(decision, sensor);
+    SendReported(decision);
 }
 
 std::uint16_t GetPortFromEventText(const char* text) {

@@ -11,6 +11,9 @@ namespace snmpmain {
 // switch also whoever receives, which then needs no query.
 int ProcessNotificationForTraps(std::uint16_t domain, std::uint16_t kind, char* text);
 
+// Decides on a change of a sensor of the local switch, as the notification of that kind would.
+void DecideLocalSensor(std::uint16_t kind, std::uint16_t sensor);
+
 // The first number behind the fourth ";" of a text, 65535 when there are fewer.
 std::uint16_t GetPortFromEventText(const char* text);
 

@@ -11,6 +11,7 @@
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
+#include "src/link/worked_with.h"
 #include "src/traps/event_kinds.h"
 
 namespace snmpmain {
@@ -75,10 +76,11 @@ bool IsSameDestination(const TrapRow& a, const TrapRow& b) {
 // Asks for one setting of a destination.
 int AskSetting(const char* setting, std::uint16_t destination, ReplyText& reply,
                ConversionType type = kString, std::uint32_t* number = nullptr) {
-    return SwitchMgmtQueryf(0, reply, type, number, "Get.Config.Snmp.%s%s", setting,
-                            DigitsOfPlace(destination).data()) == 0
-               ? 0
-               : -1;
+    std::array<char, kCommandSize> command;
+    FormatText(command, "Get.Config.Snmp.%s%s", setting, DigitsOfPlace(destination).data());
+    const Answer answer = AskSwitch(0, command.data(), reply, type, number);
+    NoteWorkedWith(Worker::kTrapDestinations, command.data(), type, answer, reply);
+    return answer.outcome == Outcome::kAnswered ? 0 : -1;
 }
 
 // Asks whether there is a destination, and where. Returns 0 or -1.
@@ -171,6 +173,7 @@ Progress TrapReading::Step() {
     }
     TrapRow& row = rows_[static_cast<std::size_t>(used_)];
     if (kSettings[setting_](destination_, row) != 0) {
+        NoteWorkFailed(Worker::kTrapDestinations);
         return Progress::kFailed;
     }
     const bool isLast = !IsUsed(row) || setting_ + 1 == std::size(kSettings);
@@ -219,9 +222,11 @@ void NotePlaceVersion(std::uint16_t place, std::optional<std::uint32_t> version)
 
 std::uint32_t AskPlaceVersion(std::uint16_t place) {
     ReplyText reply;
-    const Outcome outcome = AskSwitchf(0, reply, kString, nullptr, "Get.Config.Snmp.TrapVersion%s",
-                                       DigitsOfPlace(place).data())
-                                .outcome;
+    std::array<char, kCommandSize> command;
+    FormatText(command, "Get.Config.Snmp.TrapVersion%s", DigitsOfPlace(place).data());
+    const Answer answer = AskSwitch(0, command.data(), reply, kString);
+    NoteWorkedWith(Worker::kTrapDestinations, command.data(), kString, answer, reply);
+    const Outcome outcome = answer.outcome;
     // Older switches know no version.
     const bool version1 =
         outcome == Outcome::kAnswered && std::strchr(reply.data(), '1') != nullptr;
