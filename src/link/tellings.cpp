@@ -116,12 +116,15 @@ void EndFirst(Line& line, Outcome outcome) {
     CountLeft(state.left - 1);
 }
 
-// Forgets what waits for this handler.
-void DropWaiting(Line& line, ToldHandler told) {
+// Forgets what waits for the same handler.
+void DropWaiting(Line& line, const Telling& newer) {
     const auto first = std::next(line.waiting.begin(), IsUnderWay(line) ? 1 : 0);
     const std::size_t before = line.waiting.size();
     line.waiting.erase(std::remove_if(first, line.waiting.end(),
-                                      [told](const Telling& one) { return one.told == told; }),
+                                      [&newer](const Telling& one) {
+                                          return one.told == newer.told &&
+                                                 one.status == newer.status;
+                                      }),
                        line.waiting.end());
     CountLeft(state.left - (before - line.waiting.size()));
 }
@@ -129,7 +132,7 @@ void DropWaiting(Line& line, ToldHandler told) {
 void HandOver(Telling telling) {
     Line& line = state.lines[PlaceOf(telling.domain)];
     if (telling.status == StatusByte::kIsIgnored) {
-        DropWaiting(line, telling.told);
+        DropWaiting(line, telling);
     } else if (line.waiting.size() >= kMostWaiting) {
         TraceLog(kSevere, "Not told to domainId %d, which is told too much: %s", telling.domain,
                  telling.command->c_str());
