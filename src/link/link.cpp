@@ -73,7 +73,7 @@ struct Link {
     pthread_mutex_t requestMutex = PTHREAD_MUTEX_INITIALIZER;
     Reception reception;
     std::atomic<NotificationReceiver> receiver{nullptr};
-    std::atomic<std::uint64_t> sent{0};
+    std::atomic<std::uint32_t> sent{0};
 };
 
 // Never destroyed: the ListenThread uses it until the process is gone.
@@ -611,7 +611,7 @@ void AwaitTellings(std::chrono::milliseconds most, TellingNumber before) {
     }
 }
 
-std::uint64_t CountSent() {
+std::uint32_t CountSent() {
     return link.sent;
 }
 

@@ -84,9 +84,9 @@ std::uint16_t SwitchMgmtQueryf(std::uint32_t domain, ReplyText& result, Conversi
 Outcome SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
                            ReplyFrame& reply, std::size_t& requestSize);
 
-// How many requests and tellings have been sent since the start; repetitions and probes do not
-// count.
-std::uint64_t CountSent();
+// How many requests and tellings have been sent since the start, modulo 2^32; repetitions and
+// probes do not count.
+std::uint32_t CountSent();
 
 // Asks a switch for nothing but a sign of life. Returns 0 or -1.
 int PingSwitchMgmt(std::uint32_t domain);

@@ -73,7 +73,7 @@ struct State {
     Clock::time_point nextLook{};
     double allowance = 0;  // commands
     Clock::time_point allowedAt{};
-    std::uint64_t sentBefore = 0;
+    std::uint32_t sentBefore = 0;
     Clock::time_point lastBusy{};
     // The list of domains that is being read, and the replies about the other lists.
     KeyWalk domainWalk{kDomainList};
@@ -363,7 +363,7 @@ Progress StepSweep() {
         state.nextLook = now + std::chrono::duration_cast<Clock::duration>(state.round / kLooks);
         return Progress::kDone;
     }
-    const std::uint64_t sent = CountSent();
+    const std::uint32_t sent = CountSent();
     const Progress progress = kTable[state.part].step(state.object);
     state.allowance -= static_cast<double>(CountSent() - sent);
     state.sentBefore = CountSent();
