@@ -43,7 +43,7 @@ using Seconds = std::chrono::duration<double>;
 constexpr double kRound = 57;              // seconds, at most between two comparisons
 constexpr double kQuietShare = 50.0 / 57;  // of a round, in a quiet moment
 constexpr double kFirstShare = 30.0 / 57;  // of a round, before the first
-constexpr double kListRounds = 15;
+constexpr double kListRounds = 63;         // an hour
 constexpr double kCommandsPerSecond = 25;
 constexpr std::chrono::seconds kQuiet{1};
 constexpr double kLooks = 200;  // a round, for what is due: often enough for the commands allowed
@@ -183,17 +183,18 @@ Progress CompareDomains(std::size_t) {
     return Progress::kDone;
 }
 
-// Whether the reply to a command about a list is another than the last one; also for the first.
+// Whether the reply to a command about a list is another than the last one.
 bool HasChanged(LastReply& last, const char* command) {
     ReplyText reply;
     const Answer answer = AskSwitch(0, command, reply, kString);
     if (answer.outcome == Outcome::kNoAnswer) {
         return false;
     }
-    const std::size_t hash = answer.outcome == Outcome::kAnswered
-                                 ? std::hash<std::string_view>{}(std::string_view(reply.data()))
-                                 : answer.code;
-    return std::exchange(last, hash) != hash;
+    const LastReply hash = answer.outcome == Outcome::kAnswered
+                               ? std::hash<std::string_view>{}(std::string_view(reply.data()))
+                               : answer.code;
+    const LastReply before = std::exchange(last, hash);
+    return before && before != hash;
 }
 
 Progress CompareNames(std::size_t unit) {

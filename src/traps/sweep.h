@@ -9,7 +9,7 @@
 namespace snmpmain {
 
 // Every part is compared at most 57 seconds after the last time; after 50 already when nothing was
-// asked or told for a second. The lists themselves are read anew after a quarter of an hour. The
+// asked or told for a second. The lists themselves are read anew after an hour. The
 // first round begins 30 seconds after this. Where SNMPMAIN_SWEEP is set, a round takes that many
 // seconds instead; for tests.
 void StartSweep();
