@@ -81,11 +81,6 @@ int ReadRow(ConfKey& row) {
 
 decltype(ConfKeyTable) ConfKeyTable = kInitialTable;
 
-int ReadConfSettings() {
-    BeginConfSettings();
-    return DoAll(StepConfSettings);
-}
-
 void BeginConfSettings() {
     reading = {};
 }

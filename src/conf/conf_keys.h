@@ -35,12 +35,9 @@ inline std::span<ConfKey> V3Section() {
     return std::span(ConfKeyTable).subspan<kV2Keys + 1, kV3Keys>();
 }
 
-// Asks the local switch for every value; one that is unavailable stays as it is. Returns 0, or -1
-// when the switch left the way in (communities, or whether SNMPv3 takes their place) unanswered and
-// never told it before: a file written now would let nobody in.
-int ReadConfSettings();
-
-// The same in steps of one value each.
+// Asks the local switch for every value, in steps of one each; one that is unavailable stays as it
+// is. kFailed when the switch left the way in (communities, or whether SNMPv3 takes their place)
+// unanswered and never told it before: a file written now would let nobody in.
 void BeginConfSettings();
 Progress StepConfSettings();
 

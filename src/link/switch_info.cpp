@@ -304,6 +304,7 @@ int InitSwitchInfo() {
 }
 
 void BeginSwitchInfo() {
+    ForgetWorkedWith(Worker::kSwitchInfo);  // there may be fewer blades now
     reading = {};
 }
 

@@ -1,57 +1,62 @@
 #include "src/link/worked_with.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <mutex>
-#include <optional>
 #include <string_view>
 #include <vector>
 
 namespace snmpmain {
 namespace {
 
+// A command, and the reply that each worker has had to it; none: the work is to be done again.
 struct Noted {
-    WorkedWith what;
-    std::optional<std::size_t>
-        reply;  // its hash: pass phrases are not kept. None: to be done again
+    std::string command;
+    ConversionType type;
+    Workers workers;
+    std::array<std::optional<std::size_t>, kWorkers> replies;
 };
 
 struct State {
     std::mutex mutex;
-    std::vector<Noted> noted;
+    std::vector<Noted> noted;  // entries keep their numbers
 };
 
 State& state = *new State;  // the trap table update uses it until the process is gone
 
-std::size_t HashOf(const Answer& answer, const ReplyText& reply) {
-    return answer.outcome == Outcome::kAnswered
-               ? std::hash<std::string_view>{}(std::string_view(reply.data()))
-               : answer.code;
+std::size_t PlaceOf(Worker worker) {
+    return static_cast<std::size_t>(worker);
+}
+
+Noted& EntryOf(const char* command, ConversionType type) {
+    const auto found = std::ranges::find_if(
+        state.noted, [&](const Noted& one) { return one.type == type && one.command == command; });
+    return found == state.noted.end() ? state.noted.emplace_back(Noted{command, type, {}, {}})
+                                      : *found;
 }
 
 }  // namespace
 
+void ForgetWorkedWith(Worker worker) {
+    const std::lock_guard lock(state.mutex);
+    for (Noted& one : state.noted) {
+        one.workers.reset(PlaceOf(worker));
+    }
+}
+
 void NoteWorkedWith(Worker worker, const char* command, ConversionType type, const Answer& answer,
                     const ReplyText& reply) {
     const std::lock_guard lock(state.mutex);
-    const auto place = std::ranges::find_if(state.noted, [&](const Noted& one) {
-        return one.what.worker == worker && one.what.command == command;
-    });
-    Noted& one = place == state.noted.end()
-                     ? state.noted.emplace_back(Noted{{worker, command, type}, {}})
-                     : *place;
-    one.reply.reset();
-    if (answer.outcome != Outcome::kNoAnswer) {
-        one.reply = HashOf(answer, reply);
-    }
+    Noted& one = EntryOf(command, type);
+    one.workers.set(PlaceOf(worker));
+    one.replies[PlaceOf(worker)] = HashOfReply(answer, reply);
 }
 
 void NoteWorkFailed(Worker worker) {
     const std::lock_guard lock(state.mutex);
     for (Noted& one : state.noted) {
-        if (one.what.worker == worker) {
-            one.reply.reset();
-        }
+        one.replies[PlaceOf(worker)].reset();
     }
 }
 
@@ -60,18 +65,40 @@ std::size_t CountWorkedWith() {
     return state.noted.size();
 }
 
-bool GetWorkedWith(std::size_t number, WorkedWith& noted) {
+bool GetWorkedWith(std::size_t number, std::string& command, ConversionType& type) {
     const std::lock_guard lock(state.mutex);
-    if (number >= state.noted.size()) {
+    if (number >= state.noted.size() || state.noted[number].workers.none()) {
         return false;
     }
-    noted = state.noted[number].what;
+    command = state.noted[number].command;
+    type = state.noted[number].type;
     return true;
 }
 
-bool DiffersFromWorkedWith(std::size_t number, const Answer& answer, const ReplyText& reply) {
+Workers WhoWorkedWithAnother(std::size_t number, const Answer& answer, const ReplyText& reply) {
+    const auto hash = HashOfReply(answer, reply);
+    Workers others;
     const std::lock_guard lock(state.mutex);
-    return number < state.noted.size() && state.noted[number].reply != HashOf(answer, reply);
+    if (!hash || number >= state.noted.size()) {
+        return others;
+    }
+    const Noted& one = state.noted[number];
+    for (std::size_t place = 0; place < kWorkers; ++place) {
+        others[place] = one.workers[place] && one.replies[place] != hash;
+    }
+    return others;
+}
+
+std::optional<std::size_t> HashOfReply(const Answer& answer, const ReplyText& reply) {
+    switch (answer.outcome) {
+        case Outcome::kAnswered:
+            return std::hash<std::string_view>{}(std::string_view(reply.data()));
+        case Outcome::kRefused:
+            return answer.code;
+        case Outcome::kNoAnswer:
+            break;
+    }
+    return std::nullopt;
 }
 
 void ResetWorkedWith() {

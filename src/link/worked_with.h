@@ -4,7 +4,9 @@
 // Any thread.
 #pragma once
 
+#include <bitset>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "src/link/link.h"
@@ -12,7 +14,18 @@
 namespace snmpmain {
 
 // Who did it.
-enum class Worker : std::uint8_t { kSwitchInfo, kUnitTable, kSnmpdConf, kTrapDestinations };
+enum class Worker : std::uint8_t {
+    kSwitchInfo,
+    kUnitTable,
+    kSnmpdConf,
+    kTrapDestinations,
+    kNameServer
+};
+constexpr std::size_t kWorkers = 5;
+using Workers = std::bitset<kWorkers>;
+
+// The work begins anew: what it asked last time it may not ask this time.
+void ForgetWorkedWith(Worker worker);
 
 // Keeps a reply of the local switch to a command, asked with this conversion; a refusal is one.
 // Where there was no answer, the next one counts as another.
@@ -22,17 +35,15 @@ void NoteWorkedWith(Worker worker, const char* command, ConversionType type, con
 // The work failed: whatever the switch replies now, it is to be done again.
 void NoteWorkFailed(Worker worker);
 
-// What has been noted, by number.
-struct WorkedWith {
-    Worker worker;
-    std::string command;
-    ConversionType type;
-};
+// The commands that have been noted, by number. False for one that nobody works with any more.
 std::size_t CountWorkedWith();
-bool GetWorkedWith(std::size_t number, WorkedWith& noted);
+bool GetWorkedWith(std::size_t number, std::string& command, ConversionType& type);
 
-// Whether a reply is another than the one noted.
-bool DiffersFromWorkedWith(std::size_t number, const Answer& answer, const ReplyText& reply);
+// Those who worked with another reply to that command. None where there was no answer.
+Workers WhoWorkedWithAnother(std::size_t number, const Answer& answer, const ReplyText& reply);
+
+// What stands for a reply here, since pass phrases are not kept: a hash, nothing for no answer.
+std::optional<std::size_t> HashOfReply(const Answer& answer, const ReplyText& reply);
 
 // Forgets everything; part of start-up.
 void ResetWorkedWith();

@@ -10,6 +10,7 @@
 
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
+#include "src/link/worked_with.h"
 #include "src/snmptables/fabric_lists.h"
 #include "src/snmptables/unit_table.h"
 
@@ -116,8 +117,10 @@ Step AskSwitchWwn() {
 Step AskEntryCount() {
     NameServerRow& row = RowUnderWay();
     ReplyText reply;
-    const Answer answer = AskSwitchf(0, reply, kInteger, &row.entryCount,
-                                     "Get.Oper.NameServerAll.%d.Entries", row.domainId);
+    std::array<char, kCommandSize> command;
+    FormatText(command, "Get.Oper.NameServerAll.%d.Entries", row.domainId);
+    const Answer answer = AskSwitch(0, command.data(), reply, kInteger, &row.entryCount);
+    NoteWorkedWith(Worker::kNameServer, command.data(), kInteger, answer, reply);
     if (answer.outcome != Outcome::kAnswered) {
         return {FailureOf(answer)};
     }
@@ -210,6 +213,7 @@ void DumpTable() {
 Fetched FetchTable() {
     if (!fetch) {
         fetch.emplace();
+        ForgetWorkedWith(Worker::kNameServer);
     }
     Step step;
     do {

@@ -5,10 +5,9 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <optional>
 #include <span>
-#include <string_view>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -22,7 +21,6 @@
 #include "src/link/worked_with.h"
 #include "src/snmptables/discovery.h"
 #include "src/snmptables/fabric_lists.h"
-#include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/part_status.h"
 #include "src/snmptables/row_numbers.h"
@@ -60,9 +58,7 @@ constexpr const char* kZoningCommands[] = {"Get.Oper.Zoning.ActiveZoneSet",
                                            "Get.Oper.Zoning.ActiveZoneSet.ZoneEntries",
                                            "Get.Oper.Zoning.AliasEntries"};
 
-constexpr std::size_t kParts = 10;
-constexpr std::size_t kDomains = 256;
-using LastReply = std::optional<std::size_t>;  // its hash
+constexpr std::size_t kParts = 9;
 
 struct State {
     Seconds round{kRound};
@@ -78,8 +74,7 @@ struct State {
     // The list of domains that is being read, and the replies about the other lists.
     KeyWalk domainWalk{kDomainList};
     std::vector<std::uint16_t> domains;
-    std::array<LastReply, kDomains> nameCounts;
-    std::array<LastReply, std::size(kZoningCommands)> zoningCounts;
+    std::array<std::optional<std::size_t>, std::size(kZoningCommands)> zoningReplies;  // hashes
 };
 
 State state;
@@ -183,62 +178,45 @@ Progress CompareDomains(std::size_t) {
     return Progress::kDone;
 }
 
-// Whether the reply to a command about a list is another than the last one.
-bool HasChanged(LastReply& last, const char* command) {
-    ReplyText reply;
-    const Answer answer = AskSwitch(0, command, reply, kString);
-    if (answer.outcome == Outcome::kNoAnswer) {
-        return false;
-    }
-    const LastReply hash = answer.outcome == Outcome::kAnswered
-                               ? std::hash<std::string_view>{}(std::string_view(reply.data()))
-                               : answer.code;
-    const LastReply before = std::exchange(last, hash);
-    return before && before != hash;
-}
-
-Progress CompareNames(std::size_t unit) {
-    const std::uint16_t domain = connUnitTbl[unit].domainId;
-    std::array<char, kCommandSize> command;
-    FormatText(command, "Get.Oper.NameServerAll.%d.Entries", domain);
-    if (domain < kDomains && HasChanged(state.nameCounts[domain], command.data())) {
-        MarkNameServerStale();
-        ForgetLogins(domain);
-    }
-    return Progress::kDone;
-}
-
+// The fetch of zones and aliases asks for no numbers: they are compared with those of the last
+// round.
 Progress CompareZoning(std::size_t object) {
-    if (HasChanged(state.zoningCounts[object], kZoningCommands[object])) {
-        MarkZoningStale();
+    ReplyText reply;
+    const Answer answer = AskSwitch(0, kZoningCommands[object], reply, kString);
+    if (const auto hash = HashOfReply(answer, reply); hash) {
+        const auto before = std::exchange(state.zoningReplies[object], hash);
+        if (before && before != hash) {
+            MarkZoningStale();
+        }
     }
     return Progress::kDone;
 }
 
-Progress CompareSetting(std::size_t number) {
-    WorkedWith setting;
-    if (!GetWorkedWith(number, setting)) {
+// In the order of Worker: has the work done again.
+constexpr std::array<void (*)(), kWorkers> kRedo = {
+    [] { MarkUpkeep(Upkeep::kSwitchInfo); },
+    [] { MarkUpkeep(Upkeep::kUnitTable); },
+    [] { MarkUpkeep(Upkeep::kSnmpdConf); },
+    [] { MarkUpkeep(Upkeep::kTrapDestinations); },
+    MarkNameServerStale,
+};
+
+Progress CompareReply(std::size_t number) {
+    std::string command;
+    ConversionType type{};
+    if (!GetWorkedWith(number, command, type)) {
         return Progress::kDone;
     }
     ReplyText reply;
-    const Answer answer = AskSwitch(0, setting.command.c_str(), reply, setting.type);
-    if (answer.outcome == Outcome::kNoAnswer || !DiffersFromWorkedWith(number, answer, reply)) {
-        return Progress::kDone;
+    const Answer answer = AskSwitch(0, command.c_str(), reply, type);
+    const Workers workers = WhoWorkedWithAnother(number, answer, reply);
+    if (workers.any()) {
+        TraceLog(kError, "Found by comparing, without a notification: %s", command.c_str());
     }
-    TraceLog(kError, "Found by comparing, without a notification: %s", setting.command.c_str());
-    switch (setting.worker) {
-        case Worker::kSwitchInfo:
-            MarkUpkeep(Upkeep::kSwitchInfo);
-            break;
-        case Worker::kSnmpdConf:
-            MarkUpkeep(Upkeep::kSnmpdConf);
-            break;
-        case Worker::kTrapDestinations:
-            MarkUpkeep(Upkeep::kTrapDestinations);
-            break;
-        case Worker::kUnitTable:
-            MarkUpkeep(Upkeep::kUnitTable);
-            break;
+    for (std::size_t worker = 0; worker < kWorkers; ++worker) {
+        if (workers[worker]) {
+            kRedo[worker]();
+        }
     }
     return Progress::kDone;
 }
@@ -261,9 +239,8 @@ constexpr std::array<Part, kParts> kTable = {{
     {[]() -> std::size_t { return CountKeptPorts(); }, ComparePortStates, 1},
     {One, CompareInband, 1},
     {One, CompareDomains, 1},
-    {[]() -> std::size_t { return GetUnitCount(); }, CompareNames, 1},
     {[]() -> std::size_t { return std::size(kZoningCommands); }, CompareZoning, 1},
-    {CountWorkedWith, CompareSetting, 1},
+    {CountWorkedWith, CompareReply, 1},
     {One, RenewLists, kListRounds},
 }};
 

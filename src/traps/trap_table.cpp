@@ -169,6 +169,7 @@ Progress TrapReading::Step() {
         return Replace();
     }
     if (destination_ == 0 && setting_ == 0) {
+        ForgetWorkedWith(Worker::kTrapDestinations);  // places may be empty now
         toldBefore_ = CountToldChanges();
     }
     TrapRow& row = rows_[static_cast<std::size_t>(used_)];
