@@ -261,26 +261,26 @@ void RenewAllowance(Clock::time_point now) {
     state.allowedAt = now;
 }
 
-// Objects that are new are due.
-Clock::time_point& TimeOf(std::size_t part, std::size_t object) {
+// Objects that are new have been read just now.
+Clock::time_point& TimeOf(std::size_t part, std::size_t object, Clock::time_point now) {
     auto& times = state.compared[part];
     if (object >= times.size()) {
-        times.resize(object + 1, Clock::time_point::min());
+        times.resize(object + 1, now);
     }
     return times[object];
 }
 
 bool IsDue(Clock::time_point now, bool isQuiet) {
-    const Clock::time_point last = TimeOf(state.part, state.object);
+    const Clock::time_point last = TimeOf(state.part, state.object, now);
     const Seconds most = state.round * kTable[state.part].rounds;
     return last == Clock::time_point::min() || now - last >= (isQuiet ? most * kQuietShare : most);
 }
 
 // Moves to the next object. False at the end of the parts.
-bool MoveOn() {
+bool MoveOn(Clock::time_point now) {
     ++state.object;
     while (state.part < kParts && state.object >= kTable[state.part].count()) {
-        state.compared[state.part].resize(kTable[state.part].count(), Clock::time_point::min());
+        state.compared[state.part].resize(kTable[state.part].count(), now);
         state.object = 0;
         ++state.part;
     }
@@ -297,7 +297,7 @@ bool FindDue(Clock::time_point now, bool isQuiet) {
         if (state.object < kTable[state.part].count() && IsDue(now, isQuiet)) {
             return true;
         }
-        if (!MoveOn() && std::exchange(isSecondTime, true)) {
+        if (!MoveOn(now) && std::exchange(isSecondTime, true)) {
             return false;
         }
     }
@@ -347,8 +347,8 @@ Progress StepSweep() {
     state.sentBefore = CountSent();
     state.isUnderWay = progress == Progress::kMore;
     if (!state.isUnderWay) {
-        TimeOf(state.part, state.object) = now;
-        MoveOn();
+        TimeOf(state.part, state.object, now) = now;
+        MoveOn(now);
     }
     return Progress::kMore;
 }
