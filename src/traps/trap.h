@@ -50,10 +50,11 @@ struct Trap {
     Trap(const Trap&) = delete;
     Trap& operator=(const Trap&) = delete;
 
-    // Makes it a trap of this OID without bindings.
-    void Begin(std::initializer_list<std::uint32_t> trapOid) {
+    // Makes it a trap of a MIB, by its number there, without bindings.
+    void Begin(std::span<const std::uint32_t> mib, std::uint32_t number) {
         oid = {};
-        oid.Append(trapOid);
+        oid.Append(mib);
+        oid.Append({0, number});
         bindingCount = 0;
     }
 

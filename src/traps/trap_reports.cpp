@@ -8,23 +8,19 @@
 #include "src/snmptables/part_status.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
+#include "src/traps/trap_objects.h"
 
 namespace snmpmain {
 namespace {
 
-constexpr std::uint32_t kVendor = VENDOR_ENTERPRISE_NUMBER;
-
-// Columns of FCMGMT-MIB's tables: table (1.x), column.
-constexpr std::uint32_t kUnitTable = 6;
-constexpr std::uint32_t kSensorTable = 8;
-constexpr std::uint32_t kPortTable = 10;
-constexpr std::uint32_t kEventTable = 11;
-
-// Status of a port as the vendor MIB numbers it: the column and then the trap's two bindings.
-constexpr std::uint32_t kVendorAdminStatus = 3;
-constexpr std::uint32_t kVendorOperStatus = 4;
-constexpr std::uint32_t kLinkDownTrap = 10;
-constexpr std::uint32_t kLinkUpTrap = 11;
+// Traps of both MIBs, by their last sub-identifier.
+constexpr std::uint32_t kUnitStatusChange = 1;
+constexpr std::uint32_t kUnitDeleted = 3;
+constexpr std::uint32_t kUnitEvent = 4;
+constexpr std::uint32_t kSensorStatusChange = 5;
+constexpr std::uint32_t kPortStatusChange = 6;
+constexpr std::uint32_t kLinkDown = 10;
+constexpr std::uint32_t kLinkUp = 11;
 
 constexpr std::uint32_t kStatusEvent = 3;
 
@@ -46,18 +42,27 @@ UnitId IdOfDomain(std::uint16_t domain) {
     return MakeUnitId(wwn);
 }
 
-TrapOid ColumnOf(const UnitId& unit, std::uint32_t table, std::uint32_t column) {
+TrapOid ColumnOf(std::span<const std::uint32_t> mib, const EntryOid& entry, std::uint32_t column) {
     TrapOid oid;
-    oid.Append({1, 3, 6, 1, 3, 94, 1, table, 1, column});
+    oid.Append(mib);
+    for (const std::uint8_t number : std::span(entry).first(LengthOf(entry))) {
+        oid.Append({number});
+    }
+    oid.Append({column});
+    return oid;
+}
+
+TrapOid ColumnOf(const UnitId& unit, const EntryOid& entry, std::uint32_t column) {
+    TrapOid oid = ColumnOf(kFcmgmtOid, entry, column);
     for (const std::uint8_t octet : unit) {
         oid.Append({octet});
     }
     return oid;
 }
 
-TrapOid ColumnOf(const UnitId& unit, std::uint32_t table, std::uint32_t column,
+TrapOid ColumnOf(const UnitId& unit, const EntryOid& entry, std::uint32_t column,
                  std::uint32_t rowNumber) {
-    TrapOid oid = ColumnOf(unit, table, column);
+    TrapOid oid = ColumnOf(unit, entry, column);
     oid.Append({rowNumber});
     return oid;
 }
@@ -92,21 +97,21 @@ constexpr const char* kPortFailure = "Error reporting port change event";
 
 void BuildStatusTrap(std::uint16_t domain, std::uint16_t status, std::uint16_t state, Trap& trap) {
     const UnitId unit = IdOfDomain(domain);
-    trap.Begin({1, 3, 6, 1, 3, 94, 0, 1});
-    AddNumber(trap, ColumnOf(unit, kUnitTable, 6), status);
-    AddNumber(trap, ColumnOf(unit, kUnitTable, 5), state);
+    trap.Begin(kFcmgmtOid, kUnitStatusChange);
+    AddNumber(trap, ColumnOf(unit, kUnitEntry, kConnUnitStatus), status);
+    AddNumber(trap, ColumnOf(unit, kUnitEntry, kConnUnitState), state);
 }
 
 void BuildEventTrap(const UnitId& unit, const TrapOid& object, const char* text, Trap& trap) {
     constexpr std::uint32_t kEventNumber = 1;  // traps have no row in the log
     constexpr std::uint32_t kMostInteger = 0x7FFFFFFF;
     const char* number = std::strchr(text, ';');
-    trap.Begin({1, 3, 6, 1, 3, 94, 0, 4});
-    AddNumber(trap, ColumnOf(unit, kEventTable, 3, kEventNumber),
+    trap.Begin(kFcmgmtOid, kUnitEvent);
+    AddNumber(trap, ColumnOf(unit, kEventEntry, kConnUnitEventId, kEventNumber),
               number == nullptr ? 0 : std::min(ReadDecimalBehindBlanks(number + 1), kMostInteger));
-    AddNumber(trap, ColumnOf(unit, kEventTable, 7, kEventNumber), kStatusEvent);
-    AddObjectId(trap, ColumnOf(unit, kEventTable, 8, kEventNumber), object);
-    AddOctets(trap, ColumnOf(unit, kEventTable, 9, kEventNumber),
+    AddNumber(trap, ColumnOf(unit, kEventEntry, kConnUnitEventType, kEventNumber), kStatusEvent);
+    AddObjectId(trap, ColumnOf(unit, kEventEntry, kConnUnitEventObject, kEventNumber), object);
+    AddOctets(trap, ColumnOf(unit, kEventEntry, kConnUnitEventDescr, kEventNumber),
               {reinterpret_cast<const std::uint8_t*>(text), std::strlen(text)});
 }
 
@@ -129,9 +134,9 @@ void ReportResetTrap(std::uint16_t domain, std::uint16_t status, Trap& trap) {
 
 void ReportFabricChangeTrap(std::uint16_t domain, const char* wwn, Trap& trap) {
     TraceLog(kTrace, "Reporting a FabricChangeTrap");
-    trap.Begin({1, 3, 6, 1, 3, 94, 0, 3});
+    trap.Begin(kFcmgmtOid, kUnitDeleted);
     trap.unitId = wwn == nullptr ? IdOfDomain(domain) : MakeUnitId(wwn);
-    AddOctets(trap, ColumnOf(trap.unitId, kUnitTable, 1), trap.unitId);
+    AddOctets(trap, ColumnOf(trap.unitId, kUnitEntry, kConnUnitId), trap.unitId);
 }
 
 void ReportSensorChangeTrap(std::uint16_t domain, std::uint16_t sensor, Trap& trap) {
@@ -142,8 +147,9 @@ void ReportSensorChangeTrap(std::uint16_t domain, std::uint16_t sensor, Trap& tr
     const int result =
         GetSensorFromIndex(domain, sensor, part) != 0 ? -1 : ReadSensorStatus(domain, part, status);
     ReportFailure(result, "Error reporting sensor change event");
-    trap.Begin({1, 3, 6, 1, 3, 94, 0, 5});
-    AddNumber(trap, ColumnOf(IdOfDomain(domain), kSensorTable, 4, rowNumber), status);
+    trap.Begin(kFcmgmtOid, kSensorStatusChange);
+    AddNumber(trap, ColumnOf(IdOfDomain(domain), kSensorEntry, kConnUnitSensorStatus, rowNumber),
+              status);
 }
 
 void ReportPortChangeTrap(std::uint16_t domain, std::uint16_t port, Trap& trap) {
@@ -152,22 +158,23 @@ void ReportPortChangeTrap(std::uint16_t domain, std::uint16_t port, Trap& trap) 
     std::uint32_t state = kPortStateUnknown;
     ReportFailure(ReadStateOfPort(domain, port, state), kPortFailure);
     const UnitId unit = IdOfDomain(domain);
-    trap.Begin({1, 3, 6, 1, 3, 94, 0, 6});
-    AddNumber(trap, ColumnOf(unit, kPortTable, 7, rowNumber), kPortStatus);
-    AddNumber(trap, ColumnOf(unit, kPortTable, 6, rowNumber), state);
+    trap.Begin(kFcmgmtOid, kPortStatusChange);
+    AddNumber(trap, ColumnOf(unit, kPortEntry, kConnUnitPortStatus, rowNumber), kPortStatus);
+    AddNumber(trap, ColumnOf(unit, kPortEntry, kConnUnitPortState, rowNumber), state);
 }
 
 void ReportEventTrap(std::uint16_t domain, const char* text, Trap& trap) {
     TraceLog(kTrace, "Reporting an EventTrap");
     const UnitId unit = IdOfDomain(domain);
-    BuildEventTrap(unit, ColumnOf(unit, kUnitTable, 1), text, trap);
+    BuildEventTrap(unit, ColumnOf(unit, kUnitEntry, kConnUnitId), text, trap);
 }
 
 void ReportPortHwStateEventTrap(std::uint16_t domain, const char* text, std::uint16_t port,
                                 Trap& trap) {
     TraceLog(kTrace, "Reporting a port HW state change EventTrap");
     const UnitId unit = IdOfDomain(domain);
-    BuildEventTrap(unit, ColumnOf(unit, kPortTable, 23, std::uint32_t{port} + 1), text, trap);
+    BuildEventTrap(unit, ColumnOf(unit, kPortEntry, kConnUnitPortHWState, std::uint32_t{port} + 1),
+                   text, trap);
 }
 
 int ReportLinkStateChangeTrap(std::uint16_t domain, std::uint16_t port, Trap& trap) {
@@ -177,19 +184,17 @@ int ReportLinkStateChangeTrap(std::uint16_t domain, std::uint16_t port, Trap& tr
         return -1;
     }
     std::uint32_t admin = kPortAdminOffline;
-    std::uint32_t oper = kPortOperOnline;  // as LocalStateTable takes it that cannot be had
+    std::uint32_t oper = kPortOperOnline;  // as LocalStateTable takes it that is unavailable
     ReportFailure(ReadPortAdminStatus(domain, port, admin), kPortFailure);
     ReportFailure(ReadPortOperStatus(domain, port, oper), kPortFailure);
     const auto column = [&](std::uint32_t number) {
-        TrapOid oid;
-        oid.Append({1, 3, 6, 1, 4, 1, kVendor, 1, 3, 10, 1, 1, number, unit + std::uint32_t{1},
-                    port + std::uint32_t{1}});
+        TrapOid oid = ColumnOf(kNorbexOid, kNxFxPortPhysEntry, number);
+        oid.Append({unit + std::uint32_t{1}, port + std::uint32_t{1}});
         return oid;
     };
-    trap.Begin({1, 3, 6, 1, 4, 1, kVendor, 1, 3, 0,
-                oper == kPortOperOnline ? kLinkUpTrap : kLinkDownTrap});
-    AddNumber(trap, column(kVendorAdminStatus), admin);
-    AddNumber(trap, column(kVendorOperStatus), oper);
+    trap.Begin(kNorbexOid, oper == kPortOperOnline ? kLinkUp : kLinkDown);
+    AddNumber(trap, column(kNxFxPortPhysAdminStatus), admin);
+    AddNumber(trap, column(kNxFxPortPhysOperStatus), oper);
     return 0;
 }
 

@@ -1,5 +1,5 @@
 // Builds the traps: which OID, which bindings, with values taken at that moment from the same
-// functions as the MIB columns'. A value that cannot be had is reported (level 2) and the trap is
+// functions as the MIB columns'. A value that is unavailable is reported (level 2) and the trap is
 // built all the same, with "unknown" in its place. `domain` is a domain id; sensors and ports count
 // from 0. Each replaces what the trap held.
 #pragma once
