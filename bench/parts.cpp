@@ -20,8 +20,6 @@
 #include "src/link/switch_info.h"
 #include "src/link/tellings.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
-#include "src/mibs/fcmgmt/tables.h"
-#include "src/mibs/registration.h"
 #include "src/snmpoid/walkers.h"
 #include "src/snmptables/discovery.h"
 #include "src/snmptables/unit_table.h"
@@ -160,15 +158,11 @@ BENCHMARK(NextUnit)->Arg(3)->Arg(50)->Arg(239);
 // A handler's GETNEXT of the units' names: the row, one command, the value.
 void HandlerValue(benchmark::State& state) {
     TheSurroundings().Use(static_cast<unsigned>(state.range(0)));
-    std::array<variable7, 300> records;
-    const std::size_t count =
-        MakeVariables(fcmgmt::GetModule().groups, std::span<variable7>(records));
+    const auto records = MakeVariables<variable7>(fcmgmt::kModule);
     constexpr std::array<oid, 4> kNames{1, 6, 1, 20};
-    const auto record = std::find_if(
-        records.begin(), records.begin() + static_cast<std::ptrdiff_t>(count),
-        [&](const variable7& v) {
-            return std::equal(v.name, v.name + v.namelen, std::begin(kNames), std::end(kNames));
-        });
+    const auto record = std::ranges::find_if(records, [&](const variable7& v) {
+        return std::ranges::equal(std::span(v.name, v.namelen), kNames);
+    });
     variable column{};
     column.magic = record->magic;
     column.type = static_cast<char>(record->type);

@@ -4,9 +4,9 @@
 #include <cstring>
 #include <string>
 
-#include "src/mibs/NorbexMIB/NorbexMIB.h"
-#include "src/mibs/fcmgmt/tables.h"
-#include "src/mibs/femgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
+#include "src/mibs/femgmt/femgmt.h"
+#include "src/mibs/norbex/norbex.h"
 
 namespace snmpmain {
 namespace {
@@ -56,17 +56,24 @@ std::string Origin(const ValueSource& source) {
     if (source.read == ReadConstantOctets) {
         return "always " + Octets(source);
     }
-    return source.origin != nullptr ? source.origin : "index";
+    std::string text = source.origin != nullptr ? source.origin : "";
+    const char* separator = source.origin != nullptr ? "; " : "";
+    for (const char* command : source.commands) {
+        text += std::string(separator) + "`" + command + "`";
+        separator = ", ";
+    }
+    return text.empty() ? "index" : text;
 }
 
 const char* NameOfAccess(const Column& column) {
-    if (column.access == Access::kReadOnly) {
-        return "read-only";
+    switch (column.set.access) {
+        case Access::kReadOnly:
+            return "read-only";
+        case Access::kReadCreate:
+            return "read-create";
+        default:
+            return column.source.read != nullptr ? "read-write" : "read-write, refused";
     }
-    if (column.access == Access::kReadCreate) {
-        return "read-create";
-    }
-    return column.write != nullptr ? "read-write" : "read-write, refused";
 }
 
 void Print(const MibModule& module) {
@@ -76,12 +83,12 @@ void Print(const MibModule& module) {
     }
     std::printf("\n## %s, %s\n\n", module.name, prefix.c_str() + 1);
     std::printf("| below | object | type | access | value |\n|---|---|---|---|---|\n");
-    for (const ColumnGroup& group : module.groups) {
-        for (const Column& column : group.columns) {
-            std::string suffix;
-            for (std::size_t i = 0; i < group.prefixLength; ++i) {
-                suffix += std::to_string(group.prefix[i]) + ".";
-            }
+    for (const auto& [table, handler] : module.tables) {
+        std::string suffix;
+        for (std::size_t i = 0; i < LengthOf(table.entry); ++i) {
+            suffix += std::to_string(table.entry[i]) + ".";
+        }
+        for (const Column& column : table.columns) {
             std::printf("| %s%d | %s | %s | %s | %s |\n", suffix.c_str(), column.suffix,
                         column.object != nullptr ? column.object : "-", NameOfType(column.type),
                         NameOfAccess(column), Origin(column.source).c_str());
@@ -101,7 +108,7 @@ int main() {
         "The value's column gives the command that is sent to the switch, with places for a\n"
         "blade's and a port's number or for a key. Other values are constants, come from the\n"
         "instance's index, or are made of several replies or of what the agent keeps.\n");
-    snmpmain::Print(snmpmain::fcmgmt::GetModule());
-    snmpmain::Print(snmpmain::femgmt::GetModule());
-    snmpmain::Print(snmpmain::norbex::GetModule());
+    snmpmain::Print(snmpmain::fcmgmt::kModule);
+    snmpmain::Print(snmpmain::femgmt::kModule);
+    snmpmain::Print(snmpmain::norbex::kModule);
 }

@@ -16,6 +16,12 @@ struct WordTable {
     std::uint32_t otherwise;
 };
 
+// A command and what the words of its reply stand for.
+struct WordQuestion {
+    const char* command;
+    WordTable words;
+};
+
 // The number of the first word that the reply contains.
 std::uint32_t FirstContained(const WordTable& table, const char* reply);
 

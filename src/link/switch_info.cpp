@@ -188,7 +188,7 @@ int ReadBladeCount(std::uint32_t domain) {
 }
 
 int ReadMaxPorts(std::uint32_t domain) {
-    return ReadCount(domain, "Get.Oper.Switch.MaxPorts", info.maxPorts);
+    return ReadCount(domain, kMaxPortsCommand, info.maxPorts);
 }
 
 int ReadSwitchWwn(std::uint32_t domain) {

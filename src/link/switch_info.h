@@ -24,6 +24,8 @@ constexpr std::uint32_t kMaxChassis = 256;
 constexpr std::uint32_t kMaxBlades = 256;
 constexpr std::uint32_t kMaxPortsAsked = 4096;
 
+constexpr const char* kMaxPortsCommand = "Get.Oper.Switch.MaxPorts";
+
 // Reads all facts of the local switch, the first failure ending it. Returns 0 or -1.
 int InitSwitchInfo();
 
@@ -40,7 +42,7 @@ int ReadProxyEnable();                           // "Get.Config.Snmp.ProxyEnable
 int ReadSwitchType();                            // "Get.Oper.Switch.Type"
 int ReadChassisCount(std::uint32_t domain);      // "Get.Oper.Switch.Chassis"
 int ReadBladeCount(std::uint32_t domain);        // "Get.Oper.Chassis.0.Blades"
-int ReadMaxPorts(std::uint32_t domain);          // "Get.Oper.Switch.MaxPorts"
+int ReadMaxPorts(std::uint32_t domain);          // kMaxPortsCommand
 int ReadSwitchWwn(std::uint32_t domain);         // "Get.Config.Mfg.WWN"
 int ReadPowerSupplyCount(std::uint32_t domain);  // "Get.Oper.Chassis.0.PowerSupplies"
 int ReadFanCount(std::uint32_t domain);          // "Get.Oper.Chassis.0.Fans"

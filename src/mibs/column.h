@@ -1,6 +1,7 @@
-// MIB objects as data: what a column is called, what type it has, and how its value comes about.
-// Each module lists its columns in constexpr tables; the array that the SNMP library wants and the
-// handlers' answers are made from them. Main thread only.
+// MIB objects as data: what a column is called, what type it has, how its value comes about and
+// what managers may set it to. Each module lists its columns in constexpr tables; the array that
+// the SNMP library wants, the handlers' answers and the write methods are made from them. Main
+// thread only.
 #pragma once
 
 #include <array>
@@ -9,6 +10,7 @@
 
 #include "src/base/words.h"
 #include "src/link/link.h"
+#include "src/mibs/setting.h"
 #include "src/snmpoid/snmp_headers.h"
 #include "src/snmptables/row_numbers.h"
 
@@ -53,8 +55,8 @@ struct Instance {
 
     // What the instance is called in commands, in the order of their places: numbers stand for
     // "%d" and "%i", texts for "%s". The texts belong to the table that the row comes from.
-    std::array<std::uint32_t, 2> numbers = {};
-    std::array<const char*, 3> texts = {"", "", ""};
+    std::array<std::uint32_t, kMostNumbers> numbers = {};
+    std::array<const char*, kMostTexts> texts = {"", "", ""};
 };
 
 // Sends a command, completed with the instance's numbers and texts, to the instance's switch.
@@ -78,21 +80,19 @@ struct ValueSource {
     const WordTable* words = nullptr;
     std::uint32_t number = 0;
     const char* text = nullptr;
-    std::size_t place = 0;         // among the instance's texts
-    const char* origin = nullptr;  // in words, where no single command tells
+    std::size_t place = 0;  // among the instance's texts
+
+    // For those who want to know, where no single command tells.
+    const char* origin = nullptr;
+    std::span<const char* const> commands = {};
 };
 
-// A SET of what is read-create may make the instance: nothing need be there before.
-enum class Access : std::uint8_t { kReadOnly, kReadWrite, kReadCreate };
-
 struct Column {
-    std::uint8_t suffix;  // last sub-identifier of the object
-    std::uint8_t magic;
-    std::uint8_t type;  // ASN.1 type
-    Access access;
-    const char* object;  // name in the MIB; null where it has none
+    std::uint8_t suffix;           // last sub-identifier of the object
+    std::uint8_t type;             // ASN.1 type
+    const char* object = nullptr;  // name in the MIB; null where it has none
     ValueSource source = {};
-    WriteMethod* write = nullptr;  // what handlers hand to the library; null: nothing
+    Setting set = {};
 };
 
 // Strings that managers show in one line are cut at this length.
@@ -110,21 +110,6 @@ int QueryHexOctets(const Column& column, const Instance& instance, MibValue& val
 int ReadIndexText(const Column& column, const Instance& instance, MibValue& value);
 int ReadIndexOctets(const Column& column, const Instance& instance, MibValue& value);
 int ReadLastIndex(const Column& column, const Instance& instance, MibValue& value);
-
-// A command as it stands in a column, with no more places than an instance can fill.
-consteval const char* Checked(const char* command) {
-    std::size_t numbers = 0;
-    std::size_t texts = 0;
-    for (const char* at = command; at != nullptr && *at != '\0'; ++at) {
-        if (*at == '%') {
-            ++(*++at == 's' ? texts : numbers);
-        }
-    }
-    if (numbers > Instance{}.numbers.size() || texts > Instance{}.texts.size()) {
-        throw "a command has too many places";
-    }
-    return command;
-}
 
 // A constant, without a query.
 consteval ValueSource Constant(std::uint32_t number) {
@@ -153,6 +138,9 @@ consteval ValueSource ShortTextOf(const char* command) {
 consteval ValueSource WordOf(const char* command, const WordTable& words) {
     return {.read = QueryWord, .command = Checked(command), .words = &words};
 }
+consteval ValueSource WordOf(const WordQuestion& question) {
+    return WordOf(question.command, question.words);
+}
 consteval ValueSource WholeWordOf(const char* command, const WordTable& words) {
     return {.read = QueryWholeWord, .command = Checked(command), .words = &words};
 }
@@ -171,76 +159,21 @@ consteval ValueSource IndexOctets(std::size_t place, std::uint32_t size) {
 consteval ValueSource LastIndex() {
     return {.read = ReadLastIndex};
 }
-// A function of its own. The command is the one that the value rests on, where that is a single
-// one: the function takes it from here, or, where it stands below the MIBs, it is told for the
-// record.
-consteval ValueSource Computed(ValueReader read, const char* command = nullptr) {
+// A function of its own, for the reply to a command. The function takes the command from here, or,
+// where it stands below the MIBs, from where the column has it too.
+consteval ValueSource Computed(ValueReader read, const char* command) {
     return {.read = read, .command = Checked(command)};
 }
-// The same for a value of several commands, or of what the agent keeps: in words for those who want
-// to know.
-consteval ValueSource Derived(ValueReader read, const char* origin) {
-    return {.read = read, .origin = origin};
+// The same for a value of several commands, or of what the agent keeps, told in words.
+consteval ValueSource Derived(ValueReader read, const char* origin,
+                              std::span<const char* const> commands = {}) {
+    return {.read = read, .origin = origin, .commands = commands};
+}
+consteval ValueSource Derived(ValueReader read, std::span<const char* const> commands) {
+    return Derived(read, nullptr, commands);
 }
 consteval ValueSource NeverAnswers() {
     return {};
 }
-
-// Objects with a common OID and handler, in the order of registration.
-struct ColumnGroup {
-    std::array<std::uint8_t, 6> prefix;  // below the module's OID
-    std::uint8_t prefixLength;
-    FindVarMethod* handler;
-    std::span<const Column> columns;
-};
-
-// What a handler is called with.
-struct HandlerCall {
-    variable* vp;
-    oid* name;
-    std::size_t* length;
-    bool exact;
-    std::size_t* valueLength;
-    WriteMethod** writeMethod;
-};
-
-// How a table resolves instances; both return 0 or -1. `resolve` takes a request for exactly one
-// instance; `next` finds the first one behind the request and rewrites it.
-struct TableShape {
-    int (*resolve)(const HandlerCall& call, Instance& instance);
-    int (*next)(const HandlerCall& call, Instance& instance);
-};
-
-// A table or group of scalars as its handler serves it.
-struct ServedTable {
-    // What messages call the module's source; up to its dot it is the module's name. Null: nothing
-    // is said of unknown objects.
-    const char* source;
-    std::span<const std::span<const Column>> columns;
-    TableShape shape;
-};
-
-// The column of an object by its name, or null.
-const Column* FindColumn(const ServedTable& table, const char* object);
-
-// Serves one request: finds the column by the variable's magic, resolves the instance, reads the
-// value. Returns the value, or null for no such instance.
-u_char* Serve(const ServedTable& table, const HandlerCall& call, MibValue& value);
-
-// Shapes that several tables have.
-int ResolveScalar(const HandlerCall& call, Instance& instance);
-int ResolveUnit(const HandlerCall& call, Instance& instance);
-int NextUnit(const HandlerCall& call, Instance& instance);
-constexpr TableShape kScalarShape{ResolveScalar, ResolveScalar};  // instance 0
-constexpr TableShape kUnitShape{ResolveUnit, NextUnit};           // index: unit id
-
-// Resolves an exact request for a unit id and a number + 1: sets all of `instance`.
-int ResolveUnitRow(const HandlerCall& call, Instance& instance);
-
-// The same for an index that is taken as it stands; `row` is left alone.
-int ResolveUnitIndex(const HandlerCall& call, Instance& instance);
-
-// Completes an instance whose unit is known. Returns 0, or -1 when the unit is not in use.
-int CompleteUnit(const HandlerCall& call, Instance& instance);
 
 }  // namespace snmpmain

@@ -2,10 +2,8 @@
 
 #include <array>
 
-#include "src/link/switch_info.h"
 #include "src/mibs/conversions.h"
 #include "src/snmpoid/walkers.h"
-#include "src/snmptables/part_status.h"
 #include "src/snmptables/row_numbers.h"
 #include "src/snmptables/unit_table.h"
 
@@ -24,18 +22,17 @@ int QueryClasses(const Column& column, const Instance& instance, MibValue& value
     return SetOctets(value, std::array{ReadClassesOfService(value.text.data())});
 }
 
-int ReadAdminStatusOfPort(const Column&, const Instance& instance, MibValue& value) {
-    std::uint32_t status = 0;
-    return ReadPortAdminStatus(instance.domain, instance.numbers[1], status) == 0
-               ? SetNumber(value, status)
-               : -1;
+int ReadPortCount(const Column&, const Instance& instance, MibValue& value) {
+    const std::uint32_t ports = GetMaxPorts(instance.domain);
+    return WasAnswered() ? SetNumber(value, ports) : -1;
 }
 
-int ReadOperStatusOfPort(const Column&, const Instance& instance, MibValue& value) {
-    std::uint32_t status = 0;
-    return ReadPortOperStatus(instance.domain, instance.numbers[1], status) == 0
-               ? SetNumber(value, status)
-               : -1;
+int ReadUnitCount(const Column&, const Instance&, MibValue& value) {
+    return SetNumber(value, GetUnitCount());
+}
+
+int ReadUnitWwn(const Column&, const Instance& instance, MibValue& value) {
+    return SetHexOctets(value, WwnOfUnit(instance), kWwnSize);
 }
 
 int ResolveModulePort(const HandlerCall& call, Instance& instance) {

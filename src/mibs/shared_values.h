@@ -1,7 +1,8 @@
 // Values that more than one of the MIBs has.
 #pragma once
 
-#include "src/mibs/column.h"
+#include "src/link/switch_info.h"
+#include "src/mibs/table.h"
 
 namespace snmpmain {
 
@@ -20,9 +21,23 @@ const char* WwnOfUnit(const Instance& instance);
 // The column's command gives a list of classes of service: one octet, see conversions.h.
 int QueryClasses(const Column& column, const Instance& instance, MibValue& value);
 
-// The instance's port status as the vendor's MIB numbers it; see part_status.h for the commands.
-int ReadAdminStatusOfPort(const Column& column, const Instance& instance, MibValue& value);
-int ReadOperStatusOfPort(const Column& column, const Instance& instance, MibValue& value);
+// The number of ports of the instance's unit; no value when it does not answer.
+int ReadPortCount(const Column& column, const Instance& instance, MibValue& value);
+consteval ValueSource PortCount() {
+    return Computed(ReadPortCount, kMaxPortsCommand);
+}
+
+// The number of units in the fabric.
+int ReadUnitCount(const Column& column, const Instance& instance, MibValue& value);
+consteval ValueSource UnitCount() {
+    return Derived(ReadUnitCount, "number of units");
+}
+
+// 8 octets from the WWN of the instance's unit.
+int ReadUnitWwn(const Column& column, const Instance& instance, MibValue& value);
+consteval ValueSource UnitWwn() {
+    return Derived(ReadUnitWwn, "the unit's WWN");
+}
 
 // Index: unit + 1, port + 1. The instance's numbers are the module and the port.
 int ResolveModulePort(const HandlerCall& call, Instance& instance);

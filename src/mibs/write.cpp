@@ -7,10 +7,6 @@
 
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
-#include "src/snmpoid/index_codec.h"
-#include "src/snmpoid/walkers.h"
-#include "src/snmptables/row_numbers.h"
-#include "src/snmptables/unit_table.h"
 
 namespace snmpmain {
 namespace {
@@ -34,15 +30,20 @@ const char* NameOfStatus(int status) {
     }
 }
 
-int RefuseWith(const WrittenObject& object, const char* name, const char* reason, int status) {
-    TraceLog(kSevere, "%s%s: %s", object.messageStart, name, reason);
+int RefuseWith(const char* start, const char* object, const char* reason, int status) {
+    TraceLog(kSevere, "%s%s: %s", start, object, reason);
     return status;
 }
 
+int RefuseValue(const Column& column, int status) {
+    return RefuseWith(column.set.messageStart, column.object, NameOfStatus(status), status);
+}
+
 // About the instance or the sending.
-int RefuseLater(const WrittenObject& object, const char* reason, int status) {
-    const char* name = object.laterName != nullptr ? object.laterName : object.name;
-    return name[0] != '\0' ? RefuseWith(object, name, reason, status) : status;
+int RefuseLater(const Column& column, int status) {
+    const char* name = column.set.laterName != nullptr ? column.set.laterName : column.object;
+    return name[0] != '\0' ? RefuseWith(column.set.messageStart, name, NameOfStatus(status), status)
+                           : status;
 }
 
 template <typename Number, typename Wide>
@@ -70,64 +71,78 @@ bool IsPrintable(u_char c) {
     return c >= 0x20 && c <= 0x7E;
 }
 
-int CheckText(const WrittenObject& object, const WriteRequest& request) {
-    if (request.type != ASN_OCTET_STR) {
-        return Refuse(object, SNMP_ERR_WRONGTYPE);
+// What a request makes of an object.
+struct Wanted {
+    const char* setting = nullptr;
+    std::int32_t number = 0;  // of an INTEGER
+    char text[kCommandSize] = "";
+
+    bool IsAlready(const Column& column, const void* current) const {
+        return column.set.longest != 0 ? std::strcmp(text, static_cast<const char*>(current)) == 0
+                                       : std::memcmp(&number, current, sizeof(number)) == 0;
     }
-    if (request.length < 1 || request.length > object.longest) {
-        return Refuse(object, SNMP_ERR_WRONGLENGTH);
+};
+
+int TakeText(const Column& column, const WriteRequest& request, Wanted& wanted) {
+    if (const int status = CheckText(column.object, column.set.longest, request);
+        status != SNMP_ERR_NOERROR) {
+        return status;
     }
-    if (!std::ranges::all_of(std::span(request.value, request.length), IsPrintable)) {
-        return RefuseWith(object, object.name, "non-printable characters", SNMP_ERR_WRONGVALUE);
-    }
+    const std::string_view text(reinterpret_cast<const char*>(request.value), request.length);
+    wanted.text[text.copy(wanted.text, sizeof(wanted.text) - 1)] = '\0';
+    wanted.setting = column.set.format;
     return SNMP_ERR_NOERROR;
 }
 
-// `choice` becomes that of the value.
-int CheckNumber(const WrittenObject& object, const WriteRequest& request,
-                const WrittenObject::Choice*& choice) {
-    std::int32_t number = 0;
-    if (const int status = TakeInteger(request, number); status != SNMP_ERR_NOERROR) {
-        return Refuse(object, status);
+int TakeChoice(const Column& column, const WriteRequest& request, Wanted& wanted) {
+    if (const int status = TakeInteger(request, wanted.number); status != SNMP_ERR_NOERROR) {
+        return RefuseValue(column, status);
     }
-    const auto found = std::ranges::find(object.choices, number, &WrittenObject::Choice::value);
-    if (found == object.choices.end()) {
-        return Refuse(object, SNMP_ERR_WRONGVALUE);
+    const auto found = std::ranges::find(column.set.choices, wanted.number, &Choice::value);
+    if (found == column.set.choices.end()) {
+        return RefuseValue(column, SNMP_ERR_WRONGVALUE);
     }
-    choice = &*found;
-    return SNMP_ERR_NOERROR;
-}
-
-int SendSetting(const WrittenObject& object, const Instance& instance, const char* setting) {
-    char completed[kCommandSize];
-    CompleteCommand(setting, instance, completed);
-    if (object.send(instance.domain, completed, object.mode) != 0) {
-        return RefuseLater(object, object.sendFailure, SNMP_ERR_COMMITFAILED);
-    }
+    wanted.setting = found->setting;
     return SNMP_ERR_NOERROR;
 }
 
 // Finds the instance and sends the setting, unless the current value is already the one wanted.
-template <typename Equals>
-int Apply(const WrittenObject& object, const WriteRequest& request, const char* setting,
-          const char* text, Equals equals) {
+int Apply(const ServedTable& table, const Column& column, const WriteRequest& request,
+          const Wanted& wanted) {
     Instance instance;
-    if (object.find(request.name, instance) != 0) {
-        return RefuseLater(object, NameOfStatus(SNMP_ERR_NOSUCHNAME), SNMP_ERR_NOSUCHNAME);
+    if (FindInstance(table, request, instance) != 0) {
+        return RefuseLater(column, SNMP_ERR_NOSUCHNAME);
     }
     MibValue again;
-    const void* current = CurrentValue(object, request, instance, again);
-    if (current != nullptr && equals(current)) {
+    const void* current = CurrentValue(table, request, instance, again);
+    if (current != nullptr && wanted.IsAlready(column, current)) {
         return SNMP_ERR_NOERROR;
     }
-    instance.texts[0] = text;
-    return SendSetting(object, instance, setting);
+    instance.texts[0] = wanted.text;
+    char completed[kCommandSize];
+    CompleteCommand(wanted.setting, instance, completed);
+    return column.set.send(instance.domain, completed) == 0
+               ? SNMP_ERR_NOERROR
+               : RefuseLater(column, SNMP_ERR_COMMITFAILED);
 }
 
 }  // namespace
 
-int Refuse(const WrittenObject& object, int status) {
-    return RefuseWith(object, object.name, NameOfStatus(status), status);
+int Refuse(const char* object, int status) {
+    return RefuseWith("write to ", object, NameOfStatus(status), status);
+}
+
+int CheckText(const char* object, std::size_t longest, const WriteRequest& request) {
+    if (request.type != ASN_OCTET_STR) {
+        return Refuse(object, SNMP_ERR_WRONGTYPE);
+    }
+    if (request.length < 1 || request.length > longest) {
+        return Refuse(object, SNMP_ERR_WRONGLENGTH);
+    }
+    if (!std::ranges::all_of(std::span(request.value, request.length), IsPrintable)) {
+        return RefuseWith("write to ", object, "non-printable characters", SNMP_ERR_WRONGVALUE);
+    }
+    return SNMP_ERR_NOERROR;
 }
 
 int TakeInteger(const WriteRequest& request, std::int32_t& number) {
@@ -138,91 +153,39 @@ int TakeGauge(const WriteRequest& request, std::uint32_t& number) {
     return TakeCell<std::uint32_t, unsigned long>(ASN_GAUGE, request, number);
 }
 
-const void* CurrentValue(const WrittenObject& object, const WriteRequest& request,
+int FindInstance(const ServedTable& table, const WriteRequest& request, Instance& instance) {
+    variable vp{};
+    vp.namelen = static_cast<u_char>(ColumnLength(table));
+    std::size_t length = request.name.size();
+    return table.shape.resolve({&vp, request.name.data(), &length, true, nullptr, nullptr},
+                               instance);
+}
+
+const Column& ColumnOf(const ServedTable& table, const WriteRequest& request) {
+    return *std::ranges::find(table.columns, request.name[ColumnLength(table) - 1],
+                              &Column::suffix);
+}
+
+const void* CurrentValue(const ServedTable& table, const WriteRequest& request,
                          const Instance& instance, MibValue& again) {
-    if (request.current == nullptr || object.buffer == nullptr ||
-        object.buffer->answers.IsFor(request.name)) {
+    if (request.current == nullptr || table.module.result.answers.IsFor(request.name)) {
         return request.current;
     }
-    const Column* column = FindColumn(*object.table, object.name);
-    const bool isRead = column != nullptr && column->source.read(*column, instance, again) == 0;
-    return isRead ? again.data : nullptr;
+    const Column& column = ColumnOf(table, request);
+    return column.source.read(column, instance, again) == 0 ? again.data : nullptr;
 }
 
-int WriteText(const WrittenObject& object, const WriteRequest& request) {
+int WriteColumn(const ServedTable& table, const WriteRequest& request) {
     if (!IsWritingPhase(request.action)) {
         return SNMP_ERR_NOERROR;
     }
-    const int status = CheckText(object, request);
-    if (status != SNMP_ERR_NOERROR || request.action == RESERVE1) {
+    const Column& column = ColumnOf(table, request);
+    Wanted wanted;
+    const int status = (column.set.longest != 0 ? TakeText : TakeChoice)(column, request, wanted);
+    if (status != SNMP_ERR_NOERROR || request.action == RESERVE1 || wanted.setting == nullptr) {
         return status;
     }
-    const std::string_view text(reinterpret_cast<const char*>(request.value), request.length);
-    char terminated[kCommandSize];
-    terminated[text.copy(terminated, sizeof(terminated) - 1)] = '\0';
-    return Apply(object, request, object.textSetting, terminated,
-                 [&](const void* current) { return text == static_cast<const char*>(current); });
-}
-
-int WriteNumber(const WrittenObject& object, const WriteRequest& request) {
-    if (!IsWritingPhase(request.action)) {
-        return SNMP_ERR_NOERROR;
-    }
-    const WrittenObject::Choice* choice = nullptr;
-    const int status = CheckNumber(object, request, choice);
-    if (status != SNMP_ERR_NOERROR || request.action == RESERVE1) {
-        return status;
-    }
-    return Apply(object, request, choice->setting, "", [&](const void* current) {
-        return std::memcmp(current, &choice->value, sizeof(choice->value)) == 0;
-    });
-}
-
-int AcceptText(const WrittenObject& object, const WriteRequest& request) {
-    return request.action == RESERVE1 ? CheckText(object, request) : SNMP_ERR_NOERROR;
-}
-
-int AcceptNumber(const WrittenObject& object, const WriteRequest& request) {
-    const WrittenObject::Choice* choice = nullptr;
-    return request.action == RESERVE1 ? CheckNumber(object, request, choice) : SNMP_ERR_NOERROR;
-}
-
-int FindWrittenLocalSwitch(std::span<const oid>, Instance&) {
-    return 0;
-}
-
-int FindWrittenUnit(std::span<const oid> name, Instance& instance) {
-    return name.size() >= WWN_OID_LEN &&
-                   GetWwnIndexFromWwnOID(name.last<WWN_OID_LEN>(), instance.unit) == 0 &&
-                   GetDomainIdFromIndex(instance.unit, instance.domain) == 0
-               ? 0
-               : -1;
-}
-
-int FindWrittenPort(std::span<const oid> name, Instance& instance) {
-    char wwn[kWwnTextSize];
-    std::uint16_t number = 0;
-    // The unit is found by its id as for reading: its WWN may be written in capitals.
-    if (GetWWNandIndexFromOID(name, wwn, number) != 0 ||
-        FindWrittenUnit(name.first(name.size() - 1), instance) != 0) {
-        return -1;
-    }
-    auto& [module, port] = instance.numbers;
-    return GetModuleAndPort(instance.domain, number, module, port);
-}
-
-int FindWrittenModulePort(std::span<const oid> name, Instance& instance) {
-    if (name.size() < kModulePortIndexLength) {
-        return -1;
-    }
-    const auto index = name.last<kModulePortIndexLength>();
-    instance.unit = static_cast<std::uint16_t>(index[0] - 1);
-    const auto number = static_cast<std::uint16_t>(index[1] - 1);
-    if (GetDomainIdFromIndex(instance.unit, instance.domain) != 0) {
-        return -1;
-    }
-    auto& [module, port] = instance.numbers;
-    return GetModuleAndPort(instance.domain, number, module, port);
+    return Apply(table, column, request, wanted);
 }
 
 }  // namespace snmpmain

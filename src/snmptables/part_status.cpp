@@ -1,7 +1,6 @@
 #include "src/snmptables/part_status.h"
 
 #include "src/base/text.h"
-#include "src/base/words.h"
 #include "src/link/link.h"
 
 namespace snmpmain {
@@ -14,51 +13,32 @@ constexpr Word kTempWords[] = {
     {"Normal", kSensorOk}, {"Warm", kSensorWarning}, {"Overheating", kSensorFailed}};
 constexpr WordTable kTemps{kTempWords, kSensorUnknown};
 
-constexpr Word kPortStateWords[] = {{"Online", 2}, {"Offline", 3}, {"Down", 3}, {"Diagnostics", 5}};
-constexpr WordTable kPortStates{kPortStateWords, kPortStateUnknown};
-
-constexpr Word kAdminWords[] = {{"Online", 1}, {"Diagnostics", 3}};
-constexpr WordTable kAdminStatuses{kAdminWords, kPortAdminOffline};
-
-constexpr Word kOperWords[] = {{"Online", kPortOperOnline}, {"Offline", 2}, {"Diagnostics", 3}};
-constexpr WordTable kOperStatuses{kOperWords, kPortOperOther};
-
-// What decides a port's hardware state, in this order.
+// The words that decide a port's hardware state, by command.
 constexpr std::uint32_t kUndecided = 0;
 constexpr Word kDiagWords[] = {{"Failed", 2}};
 constexpr Word kNoTransceiver[] = {{"NotInstalled", 7}};
 constexpr Word kSyncWords[] = {{"SyncLost", 8}, {"SyncAcquired", 4}};
-struct HwQuestion {
-    const char* command;
-    WordTable words;
-};
-constexpr HwQuestion kHwQuestions[] = {
-    {"Get.Oper.UserPort.%u.%u.DiagStatus", {kDiagWords, kUndecided}},
-    {"Get.Oper.UserPort.%u.%u.GBICType", {kNoTransceiver, kUndecided}},
-    {"Get.Oper.UserPort.%u.%u.SyncStatus", {kSyncWords, 1}},
-};
+constexpr std::array<WordTable, kPortHwCommands.size()> kPortHwWords = {
+    {{kDiagWords, kUndecided}, {kNoTransceiver, kUndecided}, {kSyncWords, 1}}};
+
+// The numbers fill the places of the command.
+template <typename... Numbers>
+int AskWord(std::uint32_t domain, const WordQuestion& question, std::uint32_t& code,
+            Numbers... numbers) {
+    ReplyText reply;
+    if (SwitchMgmtQueryf(domain, reply, kString, nullptr, question.command, numbers...) != 0) {
+        return -1;
+    }
+    code = FirstContained(question.words, reply.data());
+    return 0;
+}
 
 }  // namespace
 
 void MakeSensorCommand(const SensorRef& sensor, char (&command)[kSensorCommandSize]) {
-    switch (sensor.kind) {
-        case kPowerSupplySensor:
-            FormatText(command, "Get.Oper.Chassis.%d.PowerSupply.%d", sensor.chassis,
-                       sensor.number);
-            break;
-        case kFanSensor:
-            FormatText(command, "Get.Oper.Chassis.%d.Fan.%d", sensor.chassis, sensor.number);
-            break;
-        case kBladeTempSensor:
-            FormatText(command, "Get.Oper.Blade.%d.TempStatus", sensor.blade);
-            break;
-        case kBoardTempSensor:
-            FormatText(command, "Get.Oper.Blade.%d.BoardTemp.%d", sensor.blade, sensor.number);
-            break;
-        default:
-            FormatText(command, "Get.Oper.Blade.%d.VoltageStatus", sensor.blade);
-            break;
-    }
+    const bool isOfChassis = sensor.kind == kPowerSupplySensor || sensor.kind == kFanSensor;
+    FormatText(command, kSensorCommands[sensor.kind], isOfChassis ? sensor.chassis : sensor.blade,
+               sensor.number);
 }
 
 int ReadSensorStatus(std::uint32_t domain, const SensorRef& sensor, std::uint32_t& status) {
@@ -76,28 +56,12 @@ int ReadSensorStatus(std::uint32_t domain, const SensorRef& sensor, std::uint32_
     return 0;
 }
 
-int ReadPortState(std::uint32_t domain, std::uint32_t module, std::uint32_t port,
-                  std::uint32_t& state) {
-    ReplyText reply;
-    if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.UserPort.%u.%u.OperState",
-                         module, port) != 0) {
-        return -1;
-    }
-    state = FirstContained(kPortStates, reply.data());
-    return 0;
-}
-
 int ReadPortHwState(std::uint32_t domain, std::uint32_t module, std::uint32_t port,
                     std::uint32_t& state) {
-    for (const HwQuestion& question : kHwQuestions) {
-        ReplyText reply;
-        if (SwitchMgmtQueryf(domain, reply, kString, nullptr, question.command, module, port) !=
-            0) {
+    state = kUndecided;
+    for (std::size_t i = 0; i < kPortHwCommands.size() && state == kUndecided; ++i) {
+        if (AskWord(domain, {kPortHwCommands[i], kPortHwWords[i]}, state, module, port) != 0) {
             return -1;
-        }
-        state = FirstContained(question.words, reply.data());
-        if (state != kUndecided) {
-            break;
         }
     }
     return 0;
@@ -106,7 +70,7 @@ int ReadPortHwState(std::uint32_t domain, std::uint32_t module, std::uint32_t po
 int ReadStateOfPort(std::uint32_t domain, std::uint32_t port, std::uint32_t& state) {
     std::uint32_t module = 0;
     return GetModuleAndPort(domain, port, module, port) == 0
-               ? ReadPortState(domain, module, port, state)
+               ? AskWord(domain, kPortStateQuestion, state, module, port)
                : -1;
 }
 
@@ -118,23 +82,11 @@ int ReadHwStateOfPort(std::uint32_t domain, std::uint32_t port, std::uint32_t& s
 }
 
 int ReadPortAdminStatus(std::uint32_t domain, std::uint32_t port, std::uint32_t& status) {
-    ReplyText reply;
-    if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.UserPort.0.%u.AdminState",
-                         port) != 0) {
-        return -1;
-    }
-    status = FirstContained(kAdminStatuses, reply.data());
-    return 0;
+    return AskWord(domain, kPortAdminQuestion, status, port);
 }
 
 int ReadPortOperStatus(std::uint32_t domain, std::uint32_t port, std::uint32_t& status) {
-    ReplyText reply;
-    if (SwitchMgmtQueryf(domain, reply, kString, nullptr, "Get.Oper.UserPort.0.%u.OperState",
-                         port) != 0) {
-        return -1;
-    }
-    status = FirstContained(kOperStatuses, reply.data());
-    return 0;
+    return AskWord(domain, kPortOperQuestion, status, port);
 }
 
 }  // namespace snmpmain

@@ -52,7 +52,7 @@ SensorRef MakeRef(std::uint32_t chassis, std::uint32_t blade, std::uint16_t kind
 std::uint16_t GetLogEntryCount(std::uint32_t domain) {
     ReplyText reply;
     std::uint32_t count = 0;
-    if (SwitchMgmtQuery(domain, "Get.Oper.Switch.LogEntries", reply, kInteger, &count) != 0) {
+    if (SwitchMgmtQuery(domain, kLogCountCommand, reply, kInteger, &count) != 0) {
         return 0;
     }
     return static_cast<std::uint16_t>(std::min(count, MAX_LOG_ENTRIES));
@@ -61,7 +61,7 @@ std::uint16_t GetLogEntryCount(std::uint32_t domain) {
 int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id) {
     id = 0;
     ReplyText reply;
-    if (SwitchMgmtQuery(domain, "Get.Oper.Switch.LastLogEntry", reply, kString) != 0) {
+    if (SwitchMgmtQuery(domain, kLastLogEntryCommand, reply, kString) != 0) {
         return 0;
     }
     return ReadEntryId(reply, id) == EntryId::kNoNumber ? -1 : 0;

@@ -33,11 +33,13 @@ constexpr std::uint16_t kFlasherRevision = 1;
 constexpr std::uint16_t kBladeRevision = 2;
 
 // Entries in a unit's log that the agent shows, at most MAX_LOG_ENTRIES; 0 when the unit does not
-// answer. "Get.Oper.Switch.LogEntries"
+// answer.
+constexpr const char* kLogCountCommand = "Get.Oper.Switch.LogEntries";
 std::uint16_t GetLogEntryCount(std::uint32_t domain);
 
 // Id of the newest log entry, from the text behind its first "[": 0 when there is none or the unit
-// does not answer. Returns -1 when no number follows the "[". "Get.Oper.Switch.LastLogEntry"
+// does not answer. Returns -1 when no number follows the "[".
+constexpr const char* kLastLogEntryCommand = "Get.Oper.Switch.LastLogEntry";
 int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id);
 
 // Id of the oldest log entry shown, 0 when the unit does not answer. Returns -1 when the entry

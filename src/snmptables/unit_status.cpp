@@ -50,7 +50,7 @@ int ReadUnitState(std::uint32_t domain, std::uint16_t& state) {
     }
     state = kUnitStateUnknown;
     ReplyText reply;
-    if (SwitchMgmtQuery(domain, "Get.Oper.Switch.OperState", reply, kString) != 0) {
+    if (SwitchMgmtQuery(domain, kUnitStateCommand, reply, kString) != 0) {
         return -1;
     }
     if (Contains(reply, "Offline") || Contains(reply, "Diagnostics")) {
@@ -185,7 +185,7 @@ int UnitStatusReading::JudgePort() {
 
 int UnitStatusReading::JudgeOperState() {
     ReplyText reply;
-    if (SwitchMgmtQuery(domain_, "Get.Oper.Switch.OperState", reply, kString) != 0) {
+    if (SwitchMgmtQuery(domain_, kUnitStateCommand, reply, kString) != 0) {
         return -1;
     }
     warning_ = warning_ || Contains(reply, "Offline") || Contains(reply, "Diagnostics");

@@ -15,8 +15,9 @@ constexpr std::uint16_t kUnitStateUnknown = 1;
 constexpr std::uint16_t kUnitStateOnline = 2;
 constexpr std::uint16_t kUnitStateOffline = 3;
 
-// The connUnitState code of a unit: offline while it is being reset, else after its
-// "Get.Oper.Switch.OperState". Returns 0, or -1 (with state unknown) when the unit does not answer.
+// The connUnitState code of a unit: offline while it is being reset, else after its reply. Returns
+// 0, or -1 (with state unknown) when the unit does not answer.
+constexpr const char* kUnitStateCommand = "Get.Oper.Switch.OperState";
 int ReadUnitState(std::uint32_t domain, std::uint16_t& state);
 
 // The connUnitStatus code of a unit: ok, warning or failed after its power supplies, fans, blades,

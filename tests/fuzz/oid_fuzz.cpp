@@ -26,9 +26,9 @@
 #include <vector>
 
 #include "src/base/trace_log.h"
-#include "src/mibs/NorbexMIB/NorbexMIB.h"
-#include "src/mibs/fcmgmt/tables.h"
-#include "src/mibs/femgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
+#include "src/mibs/femgmt/femgmt.h"
+#include "src/mibs/norbex/norbex.h"
 #include "src/snmptables/discovery.h"
 #include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
@@ -69,9 +69,7 @@ constexpr std::size_t kMostOddReplies = 1000;
 
 // A column as the library knows it once it is registered, with its whole name.
 void AppendColumns(const MibModule& module, std::vector<variable>& columns) {
-    std::vector<variable7> records(300);
-    records.resize(MakeVariables(module.groups, std::span(records)));
-    for (const variable7& record : records) {
+    for (const variable7& record : MakeVariables<variable7>(module)) {
         variable& column = columns.emplace_back();
         column.magic = record.magic;
         column.type = record.type;
@@ -196,9 +194,9 @@ class Agent {
         SetDiagnosticLevel(kTrace);
         Require(InitSwitchInfo() == 0 && UpdateConnUnitTable() == 0, "discovery");
         InitTrapNotifications();
-        AppendColumns(fcmgmt::GetModule(), columns_);
-        AppendColumns(femgmt::GetModule(), columns_);
-        AppendColumns(norbex::GetModule(), columns_);
+        AppendColumns(fcmgmt::kModule, columns_);
+        AppendColumns(femgmt::kModule, columns_);
+        AppendColumns(norbex::kModule, columns_);
     }
 
     void Take(Reader input) {

@@ -2,7 +2,7 @@
 // switches.
 #include <sstream>
 
-#include "src/mibs/femgmt/tables.h"
+#include "src/mibs/femgmt/femgmt.h"
 #include "tests/support/mib_test.h"
 
 namespace snmpmain {
@@ -170,13 +170,13 @@ TEST_F(TableValuesTest, ZonesAreTheLocalSwitchsToTell) {
     EXPECT_EQ(Get("1.13.1.8", {1, 1}), "none");
     EXPECT_TRUE(Logged("Unknown oid sent to fcmgmt"));
     // So are objects that no table has, with the name that each module's source has in messages.
-    for (const auto& [table, begin, end] :
-         {std::tuple(&fcmgmt::kLinkTable, ":fcmgmt ", ":Unknown oid sent to fcmgmt"),
-          std::tuple(&femgmt::kLoginTable, ":femgmt.c ", ":Unknown oid sent to femgmt")}) {
+    for (const auto& [handler, begin, end] :
+         {std::tuple(var_connUnitLinkTable, ":fcmgmt ", ":Unknown oid sent to fcmgmt"),
+          std::tuple(var_fcFxLoginTable, ":femgmt.c ", ":Unknown oid sent to femgmt")}) {
         variable vp{};
         std::size_t length = 0;
-        MibValue value;
-        EXPECT_EQ(Serve(*table, {&vp, nullptr, nullptr, true, &length, nullptr}, value), nullptr);
+        EXPECT_EQ(handler(&vp, nullptr, nullptr, 1, &length, nullptr), nullptr);
+        EXPECT_EQ(length, 4u);
         const std::vector<std::string> logged = TakeLogged();
         ASSERT_EQ(logged.size(), 1u);
         EXPECT_NE(logged[0].find(begin), std::string::npos) << logged[0];

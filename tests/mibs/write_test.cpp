@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "src/mibs/fcmgmt/writes.h"
+#include "src/mibs/fcmgmt/unit_values.h"
 #include "tests/support/mib_test.h"
 
 namespace snmpmain {
@@ -52,6 +52,8 @@ class WriteTest : public MibTest {
         return name;
     }
 
+    static constexpr WriteMethod* kWriteUnit = Write<fcmgmt::kUnitTable>;
+
     long CountSets() {
         return CountTexts("Set.");
     }
@@ -59,28 +61,28 @@ class WriteTest : public MibTest {
 
 TEST_F(WriteTest, OnlyTheActionPhaseSends) {
     for (int action = -1; action <= 7; ++action) {
-        EXPECT_EQ(Call(write_connUnitName, action, "new", nullptr, NameOf(7)), SNMP_ERR_NOERROR);
+        EXPECT_EQ(Call(kWriteUnit, action, "new", nullptr, NameOf(7)), SNMP_ERR_NOERROR);
         EXPECT_EQ(CountSets(), action == ACTION ? 1 : 0) << action;
     }
-    EXPECT_EQ(Call(write_connUnitName, COMMIT, "\t", nullptr, NameOf(9)), SNMP_ERR_NOERROR);
+    EXPECT_EQ(Call(kWriteUnit, COMMIT, "\t", nullptr, NameOf(9)), SNMP_ERR_NOERROR);
 }
 
 // All instances share one buffer: what it holds when the ACTION phase comes may be another's.
 TEST_F(WriteTest, CurrentValueIsBelievedOnlyWhenItIsTheInstancesOwn) {
     const std::string own = Get("1.6.1.20", Unit(2));
-    const void* current = fcmgmt::result.data;
-    EXPECT_EQ(Call(write_connUnitName, ACTION, own, current, NameOf(2)), SNMP_ERR_NOERROR);
+    const void* current = fcmgmt::kModule.result.data;
+    EXPECT_EQ(Call(kWriteUnit, ACTION, own, current, NameOf(2)), SNMP_ERR_NOERROR);
     EXPECT_EQ(CountSets(), 0);
 
     const std::string others = Get("1.6.1.20", Unit(1));
-    EXPECT_EQ(Call(write_connUnitName, ACTION, own, current, NameOf(2)), SNMP_ERR_NOERROR);
+    EXPECT_EQ(Call(kWriteUnit, ACTION, own, current, NameOf(2)), SNMP_ERR_NOERROR);
     EXPECT_EQ(CountSets(), 0);
-    EXPECT_EQ(Call(write_connUnitName, ACTION, others, current, NameOf(2)), SNMP_ERR_NOERROR);
+    EXPECT_EQ(Call(kWriteUnit, ACTION, others, current, NameOf(2)), SNMP_ERR_NOERROR);
     EXPECT_EQ(CountSets(), 1);
 
     Get("1.6.1.20", Unit(2));
     Get("1.6.1.7", Unit(2));  // a value that nobody may write takes the buffer as well
-    EXPECT_EQ(Call(write_connUnitName, ACTION, own, current, NameOf(2)), SNMP_ERR_NOERROR);
+    EXPECT_EQ(Call(kWriteUnit, ACTION, own, current, NameOf(2)), SNMP_ERR_NOERROR);
     EXPECT_EQ(CountSets(), 1);
 }
 
@@ -103,15 +105,17 @@ TEST_F(WriteTest, UrlsWouldSetTheAddressOfTheLocalSwitch) {
 }
 
 TEST_F(WriteTest, PortNamesAreRefusedUnderTheNameOfThePortControl) {
+    constexpr WriteMethod* kWritePort = Write<fcmgmt::kPortTable>;
     Oid name = NameOf(7);
+    name[7] = 10;
+    name[9] = 17;
     name.push_back(25);  // the switch has 24 ports
     TakeLogged();
-    EXPECT_EQ(Call(write_connUnitPortName, ACTION, "x", nullptr, name), SNMP_ERR_NOSUCHNAME);
+    EXPECT_EQ(Call(kWritePort, ACTION, "x", nullptr, name), SNMP_ERR_NOSUCHNAME);
     EXPECT_TRUE(Logged("write to connUnitPortControl: SNMP_ERR_NOSUCHNAME"));
     server.SetValue(7, "Oper.Switch.MaxPorts", "300");
     name.back() = 24;
-    EXPECT_EQ(Call(write_connUnitPortName, ACTION, std::string(33, 'x'), nullptr, name),
-              SNMP_ERR_WRONGLENGTH);
+    EXPECT_EQ(Call(kWritePort, ACTION, std::string(33, 'x'), nullptr, name), SNMP_ERR_WRONGLENGTH);
     EXPECT_TRUE(Logged("write to connUnitPortName: SNMP_ERR_WRONGLENGTH"));
 }
 

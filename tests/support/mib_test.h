@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "tests/support/switch_test.h"
 
 namespace snmpmain {
@@ -51,8 +51,7 @@ class MibTest : public SwitchTest {
 
   private:
     static variable7 Find(const Oid& suffix) {
-        std::vector<variable7> variables(300);
-        variables.resize(MakeVariables(fcmgmt::GetModule().groups, std::span(variables)));
+        const auto variables = MakeVariables<variable7>(fcmgmt::kModule);
         const auto record = std::ranges::find_if(variables, [&](const variable7& v) {
             return Oid(v.name, v.name + v.namelen) == suffix;
         });

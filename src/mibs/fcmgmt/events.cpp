@@ -1,7 +1,7 @@
 #include <cstring>
 
 #include "src/mibs/conversions.h"
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmpoid/walkers.h"
 #include "src/snmptables/row_numbers.h"
@@ -27,17 +27,16 @@ int ReadEventTime(const Column& column, const Instance& instance, MibValue& valu
 }
 
 constexpr Column kEvents[] = {
-    {1, 82, ASN_OCTET_STR, Access::kReadOnly, "connUnitEventUnitId",
-     Derived(ReadUnitId, "the unit's WWN")},
-    {2, 83, ASN_INTEGER, Access::kReadOnly, "connUnitEventIndex", LastIndex()},
-    {3, 84, ASN_INTEGER, Access::kReadOnly, "connUnitEventId", NeverAnswers()},
-    {4, 85, ASN_OCTET_STR, Access::kReadOnly, "connUnitREventTime",
+    {1, ASN_OCTET_STR, "connUnitEventUnitId", UnitId()},
+    {2, ASN_INTEGER, "connUnitEventIndex", LastIndex()},
+    {kConnUnitEventId, ASN_INTEGER, "connUnitEventId", NeverAnswers()},
+    {4, ASN_OCTET_STR, "connUnitREventTime",
      Computed(ReadEventTime, "Get.Oper.Switch.NextLogEntry.%i")},
-    {5, 86, ASN_TIMETICKS, Access::kReadOnly, "connUnitSEventTime", NeverAnswers()},
-    {6, 87, ASN_INTEGER, Access::kReadOnly, "connUnitEventSeverity", NeverAnswers()},
-    {7, 88, ASN_INTEGER, Access::kReadOnly, "connUnitEventType", Constant(kStatusEvent)},
-    {8, 89, ASN_OBJECT_ID, Access::kReadOnly, "connUnitEventObject", NeverAnswers()},
-    {9, 90, ASN_OCTET_STR, Access::kReadOnly, "connUnitEventDescr",
+    {5, ASN_TIMETICKS, "connUnitSEventTime", NeverAnswers()},
+    {6, ASN_INTEGER, "connUnitEventSeverity", NeverAnswers()},
+    {kConnUnitEventType, ASN_INTEGER, "connUnitEventType", Constant(kStatusEvent)},
+    {kConnUnitEventObject, ASN_OBJECT_ID, "connUnitEventObject", NeverAnswers()},
+    {kConnUnitEventDescr, ASN_OCTET_STR, "connUnitEventDescr",
      TextOf("Get.Oper.Switch.NextLogEntry.%i")},
 };
 
@@ -67,10 +66,9 @@ int NextEvent(const HandlerCall& call, Instance& instance) {
     return CompleteEvent(call, instance);
 }
 
-constexpr std::span<const Column> kEventColumns = kEvents;
-
 }  // namespace
 
-constinit const ServedTable kEventTable{"fcmgmt", {&kEventColumns, 1}, {ResolveEvent, NextEvent}};
+constinit const ServedTable kEventTable =
+    Table(kModule, kEventEntry, 82, kEvents, {ResolveEvent, NextEvent});
 
 }  // namespace snmpmain::fcmgmt

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "src/mibs/conversions.h"
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmpoid/walkers.h"
 #include "src/snmptables/row_numbers.h"
@@ -36,32 +36,28 @@ int ReadAgentAddress(const Column& column, const Instance& instance, MibValue& v
 }
 
 constexpr Column kLinks[] = {
-    {1, 93, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkUnitId",
-     Derived(ReadUnitId, "the unit's WWN")},
-    {2, 94, ASN_INTEGER, Access::kReadOnly, "connUnitLinkIndex", LastIndex()},
-    {3, 95, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkNodeIdX",
+    {1, ASN_OCTET_STR, "connUnitLinkUnitId", UnitId()},
+    {2, ASN_INTEGER, "connUnitLinkIndex", LastIndex()},
+    {3, ASN_OCTET_STR, "connUnitLinkNodeIdX",
      HexOctetsOf("Get.Oper.Link.Entry.%i.LocalNodeWwn", kUnitIdSize)},
-    {4, 96, ASN_INTEGER, Access::kReadOnly, "connUnitLinkPortNumberX",
-     NumberOf("Get.Oper.Link.Entry.%i.LocalPortNumber")},
-    {5, 97, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkPortWwnX",
+    {4, ASN_INTEGER, "connUnitLinkPortNumberX", NumberOf("Get.Oper.Link.Entry.%i.LocalPortNumber")},
+    {5, ASN_OCTET_STR, "connUnitLinkPortWwnX",
      HexOctetsOf("Get.Oper.Link.Entry.%i.LocalPortWwn", kUnitIdSize)},
-    {6, 98, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkNodeIdY",
+    {6, ASN_OCTET_STR, "connUnitLinkNodeIdY",
      HexOctetsOf("Get.Oper.Link.Entry.%i.RemoteNodeWwn", kUnitIdSize)},
-    {7, 99, ASN_INTEGER, Access::kReadOnly, "connUnitLinkPortNumberY",
+    {7, ASN_INTEGER, "connUnitLinkPortNumberY",
      NumberOf("Get.Oper.Link.Entry.%i.RemotePortNumber")},
-    {8, 100, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkPortWwnY",
+    {8, ASN_OCTET_STR, "connUnitLinkPortWwnY",
      HexOctetsOf("Get.Oper.Link.Entry.%i.RemotePortWwn", kUnitIdSize)},
-    {9, 101, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkAgentAddressY",
+    {9, ASN_OCTET_STR, "connUnitLinkAgentAddressY",
      Computed(ReadAgentAddress, "Get.Oper.Link.Entry.%i.RemoteAgentAddr")},
-    {10, 102, ASN_INTEGER, Access::kReadOnly, "connUnitLinkAgentAddressTypeY", Constant(kIpv4)},
-    {11, 103, ASN_INTEGER, Access::kReadOnly, "connUnitLinkAgentPortY",
-     NumberOf("Get.Oper.Link.Entry.%i.RemoteAgentPort")},
-    {12, 104, ASN_INTEGER, Access::kReadOnly, "connUnitLinkUnitTypeY",
+    {10, ASN_INTEGER, "connUnitLinkAgentAddressTypeY", Constant(kIpv4)},
+    {11, ASN_INTEGER, "connUnitLinkAgentPortY", NumberOf("Get.Oper.Link.Entry.%i.RemoteAgentPort")},
+    {12, ASN_INTEGER, "connUnitLinkUnitTypeY",
      WholeWordOf("Get.Oper.Link.Entry.%i.RemoteUnitType", kUnitTypes)},
-    {13, 105, ASN_OCTET_STR, Access::kReadOnly, "connUnitLinkConnIdY",
+    {13, ASN_OCTET_STR, "connUnitLinkConnIdY",
      HexOctetsOf("Get.Oper.Link.Entry.%i.RemoteConnID", kPortIdSize)},
-    {14, 106, ASN_INTEGER, Access::kReadOnly, "connUnitLinkCurrIndex",
-     NumberOf("Get.Oper.Link.LastLinkEntry")},
+    {14, ASN_INTEGER, "connUnitLinkCurrIndex", NumberOf("Get.Oper.Link.LastLinkEntry")},
 };
 
 int CompleteLink(const HandlerCall& call, Instance& instance) {
@@ -84,10 +80,9 @@ int NextLink(const HandlerCall& call, Instance& instance) {
     return CompleteLink(call, instance);
 }
 
-constexpr std::span<const Column> kLinkColumns = kLinks;
-
 }  // namespace
 
-constinit const ServedTable kLinkTable{"fcmgmt", {&kLinkColumns, 1}, {ResolveLink, NextLink}};
+constinit const ServedTable kLinkTable =
+    Table(kModule, {1, 12, 1}, 93, kLinks, {ResolveLink, NextLink});
 
 }  // namespace snmpmain::fcmgmt

@@ -1,22 +1,30 @@
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmpoid/walkers.h"
 
 namespace snmpmain::fcmgmt {
 namespace {
 
+constexpr const char* kActiveVer = "Get.Oper.Switch.ActiveVer";
+constexpr const char* kActiveVersion = "Get.Oper.Switch.ActiveVersion";
+constexpr const char* kSwVersion = "Get.Oper.Switch.SwVersion.%s";
+constexpr const char* kFlasherVersion = "Get.Oper.Switch.FlasherVersion";
+constexpr const char* kAsicVersion = "Get.Oper.Blade.%d.AsicVersion";
+constexpr const char* kRevisionCommands[] = {kActiveVer, kActiveVersion, kSwVersion,
+                                             kFlasherVersion, kAsicVersion};
+
 // The version of the active firmware. Firmware that does not know the first command names its
 // active image, whose version a third one gives.
 int AskActiveVersion(const Instance& instance, MibValue& value) {
-    if (SwitchMgmtQuery(instance.domain, "Get.Oper.Switch.ActiveVer", value.text, kString) == 0) {
+    if (SwitchMgmtQuery(instance.domain, kActiveVer, value.text, kString) == 0) {
         return 0;
     }
     ReplyText image;
-    if (SwitchMgmtQuery(instance.domain, "Get.Oper.Switch.ActiveVersion", image, kString) != 0) {
+    if (SwitchMgmtQuery(instance.domain, kActiveVersion, image, kString) != 0) {
         return -1;
     }
-    return SwitchMgmtQueryf(instance.domain, value.text, kString, nullptr,
-                            "Get.Oper.Switch.SwVersion.%s", image.data()) == 0
+    return SwitchMgmtQueryf(instance.domain, value.text, kString, nullptr, kSwVersion,
+                            image.data()) == 0
                ? 0
                : -1;
 }
@@ -26,11 +34,10 @@ int AskRevision(const Instance& instance, MibValue& value) {
         case kActiveFirmwareRevision:
             return AskActiveVersion(instance, value);
         case kFlasherRevision:
-            return SwitchMgmtQuery(instance.domain, "Get.Oper.Switch.FlasherVersion", value.text,
-                                   kString);
+            return SwitchMgmtQuery(instance.domain, kFlasherVersion, value.text, kString);
         default:
-            return SwitchMgmtQueryf(instance.domain, value.text, kString, nullptr,
-                                    "Get.Oper.Blade.%d.AsicVersion", instance.part.blade);
+            return SwitchMgmtQueryf(instance.domain, value.text, kString, nullptr, kAsicVersion,
+                                    instance.part.blade);
     }
 }
 
@@ -51,15 +58,11 @@ int ReadDescription(const Column&, const Instance& instance, MibValue& value) {
 }
 
 constexpr Column kRevisions[] = {
-    {1, 41, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsUnitId",
-     Derived(ReadUnitId, "the unit's WWN")},
-    {2, 42, ASN_INTEGER, Access::kReadOnly, "connUnitRevsIndex", LastIndex()},
-    {3, 43, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsRevId",
-     Derived(ReadRevision,
-             "`Get.Oper.Switch.ActiveVer` or `.ActiveVersion` and `.SwVersion.%s`; "
-             "`.FlasherVersion`; `Get.Oper.Blade.%d.AsicVersion`")},
-    {4, 44, ASN_OCTET_STR, Access::kReadOnly, "connUnitRevsDescription",
-     Derived(ReadDescription, "kind of the revision; `Get.Oper.Blade.%d.Type`, `.Instance`")},
+    {1, ASN_OCTET_STR, "connUnitRevsUnitId", UnitId()},
+    {2, ASN_INTEGER, "connUnitRevsIndex", LastIndex()},
+    {3, ASN_OCTET_STR, "connUnitRevsRevId", Derived(ReadRevision, kRevisionCommands)},
+    {4, ASN_OCTET_STR, "connUnitRevsDescription",
+     Derived(ReadDescription, "kind of the revision", kBladeNameCommands)},
 };
 
 int ResolveRevision(const HandlerCall& call, Instance& instance) {
@@ -77,11 +80,9 @@ int NextRevision(const HandlerCall& call, Instance& instance) {
     return CompleteUnit(call, instance);
 }
 
-constexpr std::span<const Column> kRevisionColumns = kRevisions;
-
 }  // namespace
 
-constinit const ServedTable kRevisionTable{
-    "fcmgmt", {&kRevisionColumns, 1}, {ResolveRevision, NextRevision}};
+constinit const ServedTable kRevisionTable =
+    Table(kModule, {1, 7, 1}, 41, kRevisions, {ResolveRevision, NextRevision});
 
 }  // namespace snmpmain::fcmgmt

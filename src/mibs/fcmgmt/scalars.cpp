@@ -1,4 +1,4 @@
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmptables/name_server.h"
 #include "src/snmptables/unit_table.h"
@@ -6,10 +6,6 @@
 
 namespace snmpmain::fcmgmt {
 namespace {
-
-int ReadUnitCount(const Column&, const Instance&, MibValue& value) {
-    return SetNumber(value, GetUnitCount());
-}
 
 int ReadNameServerTotal(const Column&, const Instance&, MibValue& value) {
     RefreshNameServerTable();
@@ -20,34 +16,34 @@ int ReadTrapClientCount(const Column&, const Instance&, MibValue& value) {
     return SetNumber(value, GetTrapRowCount());
 }
 
-constexpr Column kConnSet[] = {
-    {1, 1, ASN_INTEGER, Access::kReadOnly, "uNumber", Derived(ReadUnitCount, "number of units")},
-    {2, 2, ASN_OCTET_STR, Access::kReadOnly, "systemURL", UrlOf()},
-    {3, 3, ASN_TIMETICKS, Access::kReadOnly, "statusChangeTime", NeverAnswers()},
-    {4, 4, ASN_TIMETICKS, Access::kReadOnly, "configurationChangeTime", NeverAnswers()},
-    {5, 5, ASN_TIMETICKS, Access::kReadOnly, "connUnitTableChangeTime", NeverAnswers()},
+constexpr Column kConnSetColumns[] = {
+    {1, ASN_INTEGER, "uNumber", UnitCount()},
+    {2, ASN_OCTET_STR, "systemURL", Url(), NotOffered(WrittenBy(write_systemUrl))},
+    {3, ASN_TIMETICKS, "statusChangeTime", NeverAnswers()},
+    {4, ASN_TIMETICKS, "configurationChangeTime", NeverAnswers()},
+    {5, ASN_TIMETICKS, "connUnitTableChangeTime", NeverAnswers()},
 };
 
-constexpr Column kTrapReg[] = {
-    {1, 129, ASN_INTEGER, Access::kReadOnly, "trapMaxClients", Constant(kTrapDestinations)},
-    {2, 130, ASN_INTEGER, Access::kReadOnly, "trapClientCount",
-     Derived(ReadTrapClientCount, "rows of the trap table")},
+constexpr Column kTrapRegColumns[] = {
+    {1, ASN_INTEGER, "trapMaxClients", Constant(kTrapDestinations)},
+    {2, ASN_INTEGER, "trapClientCount", Derived(ReadTrapClientCount, "rows of the trap table")},
 };
 
-constexpr Column kRevision[] = {
-    {3, 137, ASN_OCTET_STR, Access::kReadOnly, "revisionNumber", ConstantText("0400")},
+constexpr Column kRevisionColumns[] = {
+    {3, ASN_OCTET_STR, "revisionNumber", ConstantText("0400")},
 };
 
-constexpr Column kService[] = {
-    {1, 190, ASN_INTEGER, Access::kReadOnly, "connUnitSnsMaxRows",
+constexpr Column kServiceColumns[] = {
+    {1, ASN_INTEGER, "connUnitSnsMaxRows",
      Derived(ReadNameServerTotal, "entries of all name servers")},
-    {2, 191, ASN_INTEGER, Access::kReadOnly, nullptr, NeverAnswers()},
+    {2, ASN_INTEGER, nullptr, NeverAnswers()},
 };
 
 }  // namespace
 
-constinit const std::array<std::span<const Column>, 4> kScalarGroups = {kConnSet, kTrapReg,
-                                                                        kRevision, kService};
-constinit const ServedTable kScalars{"fcmgmt", kScalarGroups, kScalarShape};
+constinit const ServedTable kConnSet = Table(kModule, {1}, 1, kConnSetColumns, kScalarShape);
+constinit const ServedTable kTrapReg = Table(kModule, {2}, 129, kTrapRegColumns, kScalarShape);
+constinit const ServedTable kRevision = Table(kModule, {}, 137, kRevisionColumns, kScalarShape);
+constinit const ServedTable kService = Table(kModule, {5, 1}, 190, kServiceColumns, kScalarShape);
 
 }  // namespace snmpmain::fcmgmt

@@ -1,7 +1,7 @@
 #include <array>
 
 #include "src/base/text.h"
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmpoid/walkers.h"
 #include "src/snmptables/part_status.h"
@@ -68,21 +68,16 @@ int ReadCharacteristic(const Column&, const Instance& instance, MibValue& value)
 }
 
 constexpr Column kSensors[] = {
-    {1, 47, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorUnitId",
-     Derived(ReadUnitId, "the unit's WWN")},
-    {2, 48, ASN_INTEGER, Access::kReadOnly, "connUnitSensorIndex", LastIndex()},
-    {3, 49, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorName",
-     Derived(ReadName, "number of the sensor; `Get.Oper.Blade.%d.Type`, `.Instance`")},
-    {4, 50, ASN_INTEGER, Access::kReadOnly, "connUnitSensorStatus",
-     Derived(ReadStatus,
-             "`Get.Oper.Chassis.%d.PowerSupply.%d`, `Get.Oper.Chassis.%d.Fan.%d`, "
-             "`Get.Oper.Blade.%d.TempStatus`, `.VoltageStatus`")},
-    {5, 51, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorInfo", NeverAnswers()},
-    {6, 52, ASN_OCTET_STR, Access::kReadOnly, "connUnitSensorMessage",
-     Derived(ReadMessage, "as connUnitSensorStatus, and `Get.Oper.Blade.%d.BoardTemp.%d`")},
-    {7, 53, ASN_INTEGER, Access::kReadOnly, "connUnitSensorType",
-     Derived(ReadType, "kind of the sensor")},
-    {8, 54, ASN_INTEGER, Access::kReadOnly, "connUnitSensorCharacteristic",
+    {1, ASN_OCTET_STR, "connUnitSensorUnitId", UnitId()},
+    {2, ASN_INTEGER, "connUnitSensorIndex", LastIndex()},
+    {3, ASN_OCTET_STR, "connUnitSensorName",
+     Derived(ReadName, "number of the sensor", kBladeNameCommands)},
+    {kConnUnitSensorStatus, ASN_INTEGER, "connUnitSensorStatus",
+     Derived(ReadStatus, "as connUnitSensorMessage; always 3 for a board's temperature")},
+    {5, ASN_OCTET_STR, "connUnitSensorInfo", NeverAnswers()},
+    {6, ASN_OCTET_STR, "connUnitSensorMessage", Derived(ReadMessage, kSensorCommands)},
+    {7, ASN_INTEGER, "connUnitSensorType", Derived(ReadType, "kind of the sensor")},
+    {8, ASN_INTEGER, "connUnitSensorCharacteristic",
      Derived(ReadCharacteristic, "kind of the sensor")},
 };
 
@@ -101,11 +96,9 @@ int NextSensor(const HandlerCall& call, Instance& instance) {
     return CompleteUnit(call, instance);
 }
 
-constexpr std::span<const Column> kSensorColumns = kSensors;
-
 }  // namespace
 
-constinit const ServedTable kSensorTable{
-    "fcmgmt", {&kSensorColumns, 1}, {ResolveSensor, NextSensor}};
+constinit const ServedTable kSensorTable =
+    Table(kModule, kSensorEntry, 47, kSensors, {ResolveSensor, NextSensor});
 
 }  // namespace snmpmain::fcmgmt

@@ -1,20 +1,20 @@
+#include "src/mibs/fcmgmt/trap_registration_writes.h"
+
 #include <algorithm>
 #include <limits>
 
 #include "src/base/text.h"
-#include "src/mibs/fcmgmt/tables.h"
-#include "src/mibs/fcmgmt/writes.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/traps/trap_table.h"
 #include "src/traps/trap_table_update.h"
 
 namespace snmpmain {
 namespace {
 
-constexpr WrittenObject kFilter{.name = "trapRegFilter"};
-constexpr WrittenObject kRowState{.name = "trapRegRowState"};
+constexpr const char* kFilter = "trapRegFilter";
+constexpr const char* kRowState = "trapRegRowState";
 constexpr std::int32_t kDestroy = 1;
 constexpr std::int32_t kMostFilter = 10;
-constexpr std::size_t kColumnLength = 10;  // 1.3.6.1.3.94.2.3.1.c
 
 // The instance that an OID names, and the row that has it if there is one.
 struct Registration {
@@ -25,7 +25,7 @@ struct Registration {
 };
 
 // Checks what both objects have in common. Returns a status; refusals are traced.
-int TakeValue(const WrittenObject& object, const WriteRequest& request, std::int32_t most,
+int TakeValue(const char* object, const WriteRequest& request, std::int32_t most,
               std::int32_t& number) {
     int status = TakeInteger(request, number);
     if (status == SNMP_ERR_NOERROR && (number < 1 || number > most)) {
@@ -36,7 +36,7 @@ int TakeValue(const WrittenObject& object, const WriteRequest& request, std::int
 
 // Returns 0, or -1 for an OID that is no address and UDP port behind a column.
 int FindRegistration(std::span<const oid> name, Registration& found) {
-    if (name.size() != kColumnLength + kTrapIndexLength ||
+    if (name.size() != ColumnLength(fcmgmt::kTrapRegistrationTable) + kTrapIndexLength ||
         GetIPAddrAndPortFromOID(name, found.index.address, found.index.port) != 0 ||
         found.index.port > std::numeric_limits<std::uint16_t>::max()) {
         return -1;
@@ -48,7 +48,7 @@ int FindRegistration(std::span<const oid> name, Registration& found) {
 }
 
 // The main loop tells the switch.
-int Changed(const WrittenObject& object, int result) {
+int Changed(const char* object, int result) {
     if (result != 0) {
         return Refuse(object, SNMP_ERR_COMMITFAILED);
     }

@@ -3,8 +3,8 @@
 #include <array>
 
 #include "src/base/text.h"
-#include "src/mibs/fcmgmt/tables.h"
-#include "src/mibs/fcmgmt/writes.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
+#include "src/mibs/fcmgmt/trap_registration_writes.h"
 #include "src/snmpoid/walkers.h"
 #include "src/traps/trap_table.h"
 
@@ -32,14 +32,14 @@ int ReadAddress(const Column&, const Instance&, MibValue& value) {
 }
 
 constexpr Column kTrapRegistrations[] = {
-    {1, 133, ASN_IPADDRESS, Access::kReadOnly, "trapRegIpAddress",
-     Derived(ReadAddress, "a row of the trap table")},
-    {2, 134, ASN_INTEGER, Access::kReadOnly, "trapRegPort",
-     Derived(ReadMember<&TrapRow::port>, "a row of the trap table")},
-    {3, 135, ASN_INTEGER, Access::kReadWrite, "trapRegFilter",
-     Derived(ReadMember<&TrapRow::filter>, "a row of the trap table"), write_trapRegFilter},
-    {4, 136, ASN_INTEGER, Access::kReadCreate, "trapRegRowState",
-     Derived(ReadMember<&TrapRow::state>, "a row of the trap table"), write_trapRegRowState},
+    {1, ASN_IPADDRESS, "trapRegIpAddress", Derived(ReadAddress, "a row of the trap table")},
+    {2, ASN_INTEGER, "trapRegPort", Derived(ReadMember<&TrapRow::port>, "a row of the trap table")},
+    {3, ASN_INTEGER, "trapRegFilter",
+     Derived(ReadMember<&TrapRow::filter>, "a row of the trap table"),
+     WrittenBy(write_trapRegFilter)},
+    {4, ASN_INTEGER, "trapRegRowState",
+     Derived(ReadMember<&TrapRow::state>, "a row of the trap table"),
+     WrittenBy(write_trapRegRowState, Access::kReadCreate)},
 };
 
 int ResolveRegistration(const HandlerCall& call, Instance&) {
@@ -62,8 +62,6 @@ int NextRegistration(const HandlerCall& call, Instance&) {
                : -1;
 }
 
-constexpr std::span<const Column> kTrapRegistrationColumns = kTrapRegistrations;
-
 }  // namespace
 
 int TrapRowAt(std::uint16_t index, TrapRowIndex& found) {
@@ -76,7 +74,7 @@ int TrapRowAt(std::uint16_t index, TrapRowIndex& found) {
     return 0;
 }
 
-constinit const ServedTable kTrapRegistrationTable{
-    "fcmgmt", {&kTrapRegistrationColumns, 1}, {ResolveRegistration, NextRegistration}};
+constinit const ServedTable kTrapRegistrationTable =
+    Table(kModule, {2, 3, 1}, 133, kTrapRegistrations, {ResolveRegistration, NextRegistration});
 
 }  // namespace snmpmain::fcmgmt

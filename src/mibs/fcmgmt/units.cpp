@@ -1,9 +1,8 @@
 #include <array>
 
 #include "src/link/switch_info.h"
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/unit_values.h"
-#include "src/mibs/fcmgmt/writes.h"
 #include "src/snmptables/row_numbers.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
@@ -20,12 +19,25 @@ constexpr WordTable kControl{kControlWords, 1};
 constexpr Word kLogLevelWords[] = {{"Critical", 4}, {"Warn", 6}, {"Info", 8}, {"Debug", 9}};
 constexpr WordTable kEventFilter{kLogLevelWords, 1};
 
-constexpr std::uint32_t kTicksPerSecond = 100;
+constexpr Choice kControlSettings[] = {
+    {3, "Cmd.Switch.Reset"},  // cold start
+    {5, "Config.Switch.AdminState.Offline"},
+    {6, "Config.Switch.AdminState.Online"},
+};
 
-int ReadPortCount(const Column&, const Instance& instance, MibValue& value) {
-    const std::uint32_t ports = GetMaxPorts(instance.domain);
-    return WasAnswered() ? SetNumber(value, ports) : -1;
-}
+constexpr Choice kEventFilterSettings[] = {
+    {1, "Cmd.Switch.SysLogLevel.None"},     {2, "Cmd.Switch.SysLogLevel.Critical"},
+    {3, "Cmd.Switch.SysLogLevel.Critical"}, {4, "Cmd.Switch.SysLogLevel.Critical"},
+    {5, "Cmd.Switch.SysLogLevel.Warn"},     {6, "Cmd.Switch.SysLogLevel.Warn"},
+    {7, "Cmd.Switch.SysLogLevel.Info"},     {8, "Cmd.Switch.SysLogLevel.Info"},
+    {9, "Cmd.Switch.SysLogLevel.Debug"},    {10, "Cmd.Switch.SysLogLevel.Debug"},
+};
+
+// Characters that managers may set.
+constexpr std::size_t kNameLength = 32;
+constexpr std::size_t kTextLength = 64;
+
+constexpr std::uint32_t kTicksPerSecond = 100;
 
 int ReadState(const Column&, const Instance& instance, MibValue& value) {
     std::uint16_t state = 0;
@@ -82,68 +94,52 @@ int ReadFabricId(const Column& column, const Instance&, MibValue& value) {
 }
 
 constexpr Column kUnits[] = {
-    {1, 8, ASN_OCTET_STR, Access::kReadOnly, "connUnitId", Derived(ReadUnitId, "the unit's WWN")},
-    {2, 9, ASN_OCTET_STR, Access::kReadOnly, "connUnitGlobalId",
-     Derived(ReadUnitId, "the unit's WWN")},
-    {3, 10, ASN_INTEGER, Access::kReadOnly, "connUnitType", Constant(4)},
-    {4, 11, ASN_INTEGER, Access::kReadOnly, "connUnitNumports",
-     Derived(ReadPortCount, "`Get.Oper.Switch.MaxPorts`")},
-    {5, 12, ASN_INTEGER, Access::kReadOnly, "connUnitState",
-     Derived(ReadState, "`Get.Oper.Switch.OperState`")},
-    {6, 13, ASN_INTEGER, Access::kReadOnly, "connUnitStatus",
+    {kConnUnitId, ASN_OCTET_STR, "connUnitId", UnitId()},
+    {2, ASN_OCTET_STR, "connUnitGlobalId", UnitId()},
+    {3, ASN_INTEGER, "connUnitType", Constant(4)},
+    {4, ASN_INTEGER, "connUnitNumports", PortCount()},
+    {kConnUnitState, ASN_INTEGER, "connUnitState", Computed(ReadState, kUnitStateCommand)},
+    {kConnUnitStatus, ASN_INTEGER, "connUnitStatus",
      Derived(ReadStatus, "states of the unit, its sensors and ports")},
-    {7, 14, ASN_OCTET_STR, Access::kReadOnly, "connUnitProduct",
-     ShortTextOf("Get.Config.Snmp.SysDescr")},
-    {8, 15, ASN_OCTET_STR, Access::kReadOnly, "connUnitSn",
-     ShortTextOf("Get.Config.Mfg.ChassisSerialNum")},
-    {9, 16, ASN_TIMETICKS, Access::kReadOnly, "connUnitUpTime",
-     Computed(ReadUpTime, "Get.Oper.Switch.Uptime")},
-    // Read-only: the management address is not changed through its URL.
-    {10, 17, ASN_OCTET_STR, Access::kReadOnly, "connUnitUrl", UrlOf()},
-    {11, 18, ASN_OCTET_STR, Access::kReadOnly, "connUnitDomainId",
-     Derived(ReadDomainAddress, "the unit's domain")},
-    {12, 19, ASN_INTEGER, Access::kReadOnly, "connUnitProxyMaster",
+    {7, ASN_OCTET_STR, "connUnitProduct", ShortTextOf("Get.Config.Snmp.SysDescr")},
+    {8, ASN_OCTET_STR, "connUnitSn", ShortTextOf("Get.Config.Mfg.ChassisSerialNum")},
+    {9, ASN_TIMETICKS, "connUnitUpTime", Computed(ReadUpTime, "Get.Oper.Switch.Uptime")},
+    {10, ASN_OCTET_STR, "connUnitUrl", Url(), NotOffered(WrittenBy(write_connUnitUrl))},
+    {11, ASN_OCTET_STR, "connUnitDomainId", Derived(ReadDomainAddress, "the unit's domain")},
+    {12, ASN_INTEGER, "connUnitProxyMaster",
      Derived(ReadProxyMaster, "whether the unit is the local switch")},
-    {13, 20, ASN_INTEGER, Access::kReadOnly, "connUnitPrincipal",
-     WordOf("Get.Oper.Switch.PrincipalSwitch", kPrincipal)},
-    {14, 21, ASN_INTEGER, Access::kReadOnly, "connUnitNumSensors",
+    {13, ASN_INTEGER, "connUnitPrincipal", WordOf("Get.Oper.Switch.PrincipalSwitch", kPrincipal)},
+    {14, ASN_INTEGER, "connUnitNumSensors",
      Derived(ReadSensorCount, "number of the unit's supplies, fans and blades' sensors")},
-    {15, 22, ASN_TIMETICKS, Access::kReadOnly, "connUnitStatusChangeTime", NeverAnswers()},
-    {16, 23, ASN_TIMETICKS, Access::kReadOnly, "connUnitConfigurationChangeTime", NeverAnswers()},
-    {17, 24, ASN_INTEGER, Access::kReadOnly, "connUnitNumRevs",
+    {15, ASN_TIMETICKS, "connUnitStatusChangeTime", NeverAnswers()},
+    {16, ASN_TIMETICKS, "connUnitConfigurationChangeTime", NeverAnswers()},
+    {17, ASN_INTEGER, "connUnitNumRevs",
      Derived(ReadRevisionCount, "2 and the number of the unit's blades")},
-    {18, 25, ASN_INTEGER, Access::kReadOnly, "connUnitNumZones", NeverAnswers()},
-    {19, 26, ASN_OCTET_STR, Access::kReadOnly, "connUnitModuleId",
-     Derived(ReadUnitId, "the unit's WWN")},
-    {20, 27, ASN_OCTET_STR, Access::kReadWrite, "connUnitName",
-     ShortTextOf("Get.Config.Switch.SymName"), write_connUnitName},
-    {21, 28, ASN_OCTET_STR, Access::kReadWrite, "connUnitInfo", TextOf("Get.Config.Switch.Comment"),
-     write_connUnitInfo},
-    {22, 29, ASN_INTEGER, Access::kReadWrite, "connUnitControl",
-     WordOf("Get.Oper.Switch.OperState", kControl), write_connUnitControl},
-    {23, 30, ASN_OCTET_STR, Access::kReadWrite, "connUnitContact",
-     ShortTextOf("Get.Config.Snmp.Contact"), write_connUnitContact},
-    {24, 31, ASN_OCTET_STR, Access::kReadWrite, "connUnitLocation",
-     ShortTextOf("Get.Config.Snmp.Location"), write_connUnitLocation},
-    {25, 32, ASN_INTEGER, Access::kReadWrite, "connUnitEventFilter",
-     WordOf("Get.Oper.Switch.SysLogLevel", kEventFilter), write_connUnitEventFilter},
-    {26, 33, ASN_INTEGER, Access::kReadOnly, "connUnitNumEvents",
-     Computed(ReadEventCount, "Get.Oper.Switch.LogEntries")},
-    {27, 34, ASN_INTEGER, Access::kReadOnly, "connUnitMaxEvents", Constant(MAX_LOG_ENTRIES)},
-    {28, 35, ASN_INTEGER, Access::kReadOnly, "connUnitEventCurrID",
-     Computed(ReadLastEventId, "Get.Oper.Switch.LastLogEntry")},
-    {29, 36, ASN_OCTET_STR, Access::kReadOnly, "connUnitFabricID",
+    {18, ASN_INTEGER, "connUnitNumZones", NeverAnswers()},
+    {19, ASN_OCTET_STR, "connUnitModuleId", UnitId()},
+    {20, ASN_OCTET_STR, "connUnitName", ShortTextOf("Get.Config.Switch.SymName"),
+     Text(kNameLength, "Config.Switch.SymName.%s")},
+    {21, ASN_OCTET_STR, "connUnitInfo", TextOf("Get.Config.Switch.Comment"),
+     Text(kTextLength, "Config.Switch.Comment.%s")},
+    {22, ASN_INTEGER, "connUnitControl", WordOf("Get.Oper.Switch.OperState", kControl),
+     OneOf(kControlSettings)},
+    {23, ASN_OCTET_STR, "connUnitContact", ShortTextOf("Get.Config.Snmp.Contact"),
+     Text(kTextLength, "Config.Snmp.Contact.%s", SendTo<ConfigMode::kSnmpSetup>)},
+    {24, ASN_OCTET_STR, "connUnitLocation", ShortTextOf("Get.Config.Snmp.Location"),
+     Text(kTextLength, "Config.Snmp.Location.%s", SendTo<ConfigMode::kSnmpSetup>)},
+    {25, ASN_INTEGER, "connUnitEventFilter", WordOf("Get.Oper.Switch.SysLogLevel", kEventFilter),
+     OneOf(kEventFilterSettings)},
+    {26, ASN_INTEGER, "connUnitNumEvents", Computed(ReadEventCount, kLogCountCommand)},
+    {27, ASN_INTEGER, "connUnitMaxEvents", Constant(MAX_LOG_ENTRIES)},
+    {28, ASN_INTEGER, "connUnitEventCurrID", Computed(ReadLastEventId, kLastLogEntryCommand)},
+    {29, ASN_OCTET_STR, "connUnitFabricID",
      Computed(ReadFabricId, "Get.Oper.Switch.WhoIsPrincipal")},
-    {30, 37, ASN_INTEGER, Access::kReadOnly, "connUnitNumLinks",
-     NumberOf("Get.Oper.Link.LinkEntries")},
-    {31, 38, ASN_OCTET_STR, Access::kReadOnly, "connUnitVendorId",
-     ShortTextOf("Get.Config.Mfg.BrandName")},
+    {30, ASN_INTEGER, "connUnitNumLinks", NumberOf("Get.Oper.Link.LinkEntries")},
+    {31, ASN_OCTET_STR, "connUnitVendorId", ShortTextOf("Get.Config.Mfg.BrandName")},
 };
-
-constexpr std::span<const Column> kUnitColumns = kUnits;
 
 }  // namespace
 
-constinit const ServedTable kUnitTable{"fcmgmt", {&kUnitColumns, 1}, kUnitShape};
+constinit const ServedTable kUnitTable = Table(kModule, kUnitEntry, 8, kUnits, kUnitShape);
 
 }  // namespace snmpmain::fcmgmt

@@ -4,9 +4,10 @@
 
 #include "src/link/switch_info.h"
 #include "src/mibs/femgmt/codes.h"
-#include "src/mibs/femgmt/tables.h"
+#include "src/mibs/femgmt/femgmt.h"
 #include "src/mibs/shared_values.h"
 #include "src/snmpoid/index_codec.h"
+#include "src/snmptables/part_status.h"
 #include "src/snmptables/unit_table.h"
 //
 #include <net-snmp/agent/util_funcs/header_simple_table.h>
@@ -14,21 +15,8 @@
 namespace snmpmain::femgmt {
 namespace {
 
-int ReadModuleCount(const Column&, const Instance&, MibValue& value) {
-    return SetNumber(value, GetUnitCount());
-}
-
 int ReadLocalWwn(const Column&, const Instance&, MibValue& value) {
     return SetHexOctets(value, GetSwitchWwn(GetLocalDomainId()), kWwnSize);
-}
-
-int ReadWwn(const Column&, const Instance& instance, MibValue& value) {
-    return SetHexOctets(value, WwnOfUnit(instance), kWwnSize);
-}
-
-int ReadPortCount(const Column&, const Instance& instance, MibValue& value) {
-    const std::uint32_t ports = GetMaxPorts(instance.domain);
-    return WasAnswered() ? SetNumber(value, ports) : -1;
 }
 
 // The numbers of a dotted text; a text without a dot is no object id.
@@ -46,25 +34,26 @@ int QueryObjectId(const Column& column, const Instance& instance, MibValue& valu
     return count > 0 ? 0 : -1;
 }
 
+// Characters of the names. They cannot be changed: managers shall not be told that they have been.
+constexpr std::size_t kNameLength = 32;
+
 constexpr Column kElement[] = {
-    {1, 1, ASN_OCTET_STR, Access::kReadOnly, "fcFeFabricName",
-     HexOctetsOf("Get.Oper.Switch.WhoIsPrincipal", kWwnSize)},
-    {2, 2, ASN_OCTET_STR, Access::kReadOnly, "fcFeElementName",
-     Derived(ReadLocalWwn, "the local switch's WWN")},
-    {3, 3, ASN_GAUGE, Access::kReadOnly, "fcFeModuleCapacity",
-     Derived(ReadModuleCount, "number of units")},
+    {1, ASN_OCTET_STR, "fcFeFabricName", HexOctetsOf("Get.Oper.Switch.WhoIsPrincipal", kWwnSize),
+     NotOffered(Text(kNameLength))},
+    {2, ASN_OCTET_STR, "fcFeElementName", Derived(ReadLocalWwn, "the local switch's WWN"),
+     NotOffered(Text(kNameLength))},
+    {3, ASN_GAUGE, "fcFeModuleCapacity", UnitCount()},
 };
 
 constexpr Column kModules[] = {
-    {2, 7, ASN_OCTET_STR, Access::kReadOnly, "fcFeModuleDescr", TextOf("Get.Config.Snmp.SysDescr")},
-    {3, 8, ASN_OBJECT_ID, Access::kReadOnly, "fcFeModuleObjectID",
+    {2, ASN_OCTET_STR, "fcFeModuleDescr", TextOf("Get.Config.Snmp.SysDescr")},
+    {3, ASN_OBJECT_ID, "fcFeModuleObjectID",
      Computed(QueryObjectId, "Get.Config.Snmp.SysObjectID")},
-    {4, 9, ASN_INTEGER, Access::kReadOnly, "fcFeModuleOperStatus",
-     WordOf("Get.Oper.Switch.OperState", kOperStates)},
-    {5, 10, ASN_TIMETICKS, Access::kReadOnly, "fcFeModuleLastChange", NeverAnswers()},
-    {6, 11, ASN_GAUGE, Access::kReadOnly, "fcFeModuleFxPortCapacity",
-     Derived(ReadPortCount, "`Get.Oper.Switch.MaxPorts`")},
-    {7, 12, ASN_OCTET_STR, Access::kReadOnly, "fcFeModuleName", Derived(ReadWwn, "the unit's WWN")},
+    {4, ASN_INTEGER, "fcFeModuleOperStatus",
+     WordOf("Get.Oper.Switch.OperState", kPortOperQuestion.words)},
+    {5, ASN_TIMETICKS, "fcFeModuleLastChange", NeverAnswers()},
+    {6, ASN_GAUGE, "fcFeModuleFxPortCapacity", PortCount()},
+    {7, ASN_OCTET_STR, "fcFeModuleName", UnitWwn(), NotOffered(Text(kNameLength))},
 };
 
 // Index: unit + 1. The library's own resolution serves GET and GETNEXT.
@@ -77,13 +66,10 @@ int ResolveModule(const HandlerCall& call, Instance& instance) {
     return CompleteUnit(call, instance);
 }
 
-constexpr std::span<const Column> kElementColumns = kElement;
-constexpr std::span<const Column> kModuleColumns = kModules;
-
 }  // namespace
 
-constinit const ServedTable kScalars{"femgmt.c", {&kElementColumns, 1}, kScalarShape};
-constinit const ServedTable kModuleTable{
-    "femgmt.c", {&kModuleColumns, 1}, {ResolveModule, ResolveModule}};
+constinit const ServedTable kScalars = Table(kModule, {1}, 1, kElement, kScalarShape);
+constinit const ServedTable kModuleTable =
+    Table(kModule, {1, 4, 1}, 7, kModules, {ResolveModule, ResolveModule});
 
 }  // namespace snmpmain::femgmt

@@ -1,4 +1,4 @@
-#include "src/mibs/registration.h"
+#include "src/mibs/mib_registration.h"
 
 namespace snmpmain {
 

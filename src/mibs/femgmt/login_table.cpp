@@ -1,6 +1,6 @@
 // The devices that have logged in at the switches' F ports.
 #include "src/mibs/femgmt/codes.h"
-#include "src/mibs/femgmt/tables.h"
+#include "src/mibs/femgmt/femgmt.h"
 #include "src/mibs/shared_values.h"
 #include "src/snmpoid/walkers.h"
 
@@ -9,21 +9,23 @@ namespace {
 
 constexpr std::uint32_t kAlternateCredit = 2;  // buffer credit model of every login
 
+constexpr Choice kCreditModels[] = {{1}, {2}};
+
 constexpr Column kLogins[] = {
-    {2, 44, ASN_INTEGER, Access::kReadOnly, "fcFxPortFcphVersionAgreed", NeverAnswers()},
-    {3, 45, ASN_INTEGER, Access::kReadOnly, "fcFxPortNxPortBbCredit", NeverAnswers()},
-    {4, 46, ASN_INTEGER, Access::kReadOnly, "fcFxPortNxPortRxDataFieldSize", NeverAnswers()},
-    {5, 47, ASN_OCTET_STR, Access::kReadOnly, "fcFxPortCosSuppAgreed",
+    {2, ASN_INTEGER, "fcFxPortFcphVersionAgreed", NeverAnswers()},
+    {3, ASN_INTEGER, "fcFxPortNxPortBbCredit", NeverAnswers()},
+    {4, ASN_INTEGER, "fcFxPortNxPortRxDataFieldSize", NeverAnswers()},
+    {5, ASN_OCTET_STR, "fcFxPortCosSuppAgreed",
      Computed(QueryClasses, "Get.Oper.NameServer.Entry.%s.COSList")},
-    {6, 48, ASN_INTEGER, Access::kReadOnly, "fcFxPortIntermixSuppAgreed", Constant(kNoIntermix)},
-    {7, 49, ASN_INTEGER, Access::kReadOnly, "fcFxPortStackedConnModeAgreed",
-     Constant(kTransparent)},
-    {8, 50, ASN_INTEGER, Access::kReadOnly, "fcFxPortClass2SeqDelivAgreed", Constant(kInOrder)},
-    {9, 51, ASN_INTEGER, Access::kReadOnly, "fcFxPortClass3SeqDelivAgreed", Constant(kInOrder)},
-    {10, 52, ASN_OCTET_STR, Access::kReadOnly, "fcFxPortNxPortName",
+    {6, ASN_INTEGER, "fcFxPortIntermixSuppAgreed", Constant(kNoIntermix)},
+    {7, ASN_INTEGER, "fcFxPortStackedConnModeAgreed", Constant(kTransparent)},
+    {8, ASN_INTEGER, "fcFxPortClass2SeqDelivAgreed", Constant(kInOrder)},
+    {9, ASN_INTEGER, "fcFxPortClass3SeqDelivAgreed", Constant(kInOrder)},
+    {10, ASN_OCTET_STR, "fcFxPortNxPortName",
      HexOctetsOf("Get.Oper.NameServer.Entry.%s.PortWwn", kWwnSize)},
-    {11, 53, ASN_OCTET_STR, Access::kReadOnly, "fcFxPortConnectedNxPort", NeverAnswers()},
-    {12, 54, ASN_INTEGER, Access::kReadOnly, "fcFxPortBbCreditModel", Constant(kAlternateCredit)},
+    {11, ASN_OCTET_STR, "fcFxPortConnectedNxPort", NeverAnswers()},
+    {12, ASN_INTEGER, "fcFxPortBbCreditModel", Constant(kAlternateCredit),
+     NotOffered(OneOf(kCreditModels))},
 };
 
 // The row that a request asks for; its instance points at the port id.
@@ -49,10 +51,9 @@ int NextLogin(const HandlerCall& call, Instance& instance) {
                : -1;
 }
 
-constexpr std::span<const Column> kLoginColumns = kLogins;
-
 }  // namespace
 
-constinit const ServedTable kLoginTable{"femgmt.c", {&kLoginColumns, 1}, {ResolveLogin, NextLogin}};
+constinit const ServedTable kLoginTable =
+    Table(kModule, {2, 3, 1}, 44, kLogins, {ResolveLogin, NextLogin});
 
 }  // namespace snmpmain::femgmt

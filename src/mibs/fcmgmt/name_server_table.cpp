@@ -1,7 +1,7 @@
 #include "src/snmptables/name_server.h"
 
 #include "src/mibs/conversions.h"
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmpoid/walkers.h"
 
@@ -33,31 +33,28 @@ int ReadFc4Type(const Column& column, const Instance& instance, MibValue& value)
 }
 
 constexpr Column kNameServer[] = {
-    {1, 194, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsId",
-     IndexOctets(kSwitchWwnPlace, kUnitIdSize)},
-    {2, 195, ASN_INTEGER, Access::kReadOnly, "connUnitSnsPortIndex",
+    {1, ASN_OCTET_STR, "connUnitSnsId", IndexOctets(kSwitchWwnPlace, kUnitIdSize)},
+    {2, ASN_INTEGER, "connUnitSnsPortIndex",
      Computed(ReadPortNumber, "Get.Oper.NameServer.Entry.%s.PortNumber")},
-    {3, 196, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsPortIdentifier",
-     IndexOctets(kPortIdPlace, kPortIdSize)},
-    {4, 197, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsPortName",
-     IndexOctets(kPortWwnPlace, kWwnSize)},
-    {5, 198, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsNodeName",
+    {3, ASN_OCTET_STR, "connUnitSnsPortIdentifier", IndexOctets(kPortIdPlace, kPortIdSize)},
+    {4, ASN_OCTET_STR, "connUnitSnsPortName", IndexOctets(kPortWwnPlace, kWwnSize)},
+    {5, ASN_OCTET_STR, "connUnitSnsNodeName",
      HexOctetsOf("Get.Oper.NameServerAll.%d.Entry.%s.NodeWwn", kWwnSize)},
-    {6, 199, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsClassOfSvc",
+    {6, ASN_OCTET_STR, "connUnitSnsClassOfSvc",
      Computed(QueryClasses, "Get.Oper.NameServerAll.%d.Entry.%s.COSList")},
-    {7, 200, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsNodeIPAddress", NeverAnswers()},
-    {8, 201, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsProcAssoc", NeverAnswers()},
-    {9, 202, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsFC4Type",
+    {7, ASN_OCTET_STR, "connUnitSnsNodeIPAddress", NeverAnswers()},
+    {8, ASN_OCTET_STR, "connUnitSnsProcAssoc", NeverAnswers()},
+    {9, ASN_OCTET_STR, "connUnitSnsFC4Type",
      Computed(ReadFc4Type, "Get.Oper.NameServerAll.%d.Entry.%s.FC4TypeBitMap")},
-    {10, 203, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsPortType",
+    {10, ASN_OCTET_STR, "connUnitSnsPortType",
      WholeWordOf("Get.Oper.NameServerAll.%d.Entry.%s.PortType", kPortTypes)},
-    {11, 204, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsPortIPAddress", NeverAnswers()},
-    {12, 205, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsFabricPortName",
+    {11, ASN_OCTET_STR, "connUnitSnsPortIPAddress", NeverAnswers()},
+    {12, ASN_OCTET_STR, "connUnitSnsFabricPortName",
      HexOctetsOf("Get.Oper.NameServerAll.%d.Entry.%s.FabricPortName", kWwnSize)},
-    {13, 206, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsHardAddress", NeverAnswers()},
-    {14, 207, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsSymbolicPortName",
+    {13, ASN_OCTET_STR, "connUnitSnsHardAddress", NeverAnswers()},
+    {14, ASN_OCTET_STR, "connUnitSnsSymbolicPortName",
      TextOf("Get.Oper.NameServerAll.%d.Entry.%s.SymPortName")},
-    {15, 208, ASN_OCTET_STR, Access::kReadOnly, "connUnitSnsSymbolicNodeName",
+    {15, ASN_OCTET_STR, "connUnitSnsSymbolicNodeName",
      TextOf("Get.Oper.NameServerAll.%d.Entry.%s.SymNodeName")},
 };
 
@@ -89,11 +86,9 @@ int NextEntry(const HandlerCall& call, Instance& instance) {
     return CompleteEntry(entry, instance);
 }
 
-constexpr std::span<const Column> kNameServerColumns = kNameServer;
-
 }  // namespace
 
-constinit const ServedTable kNameServerTable{
-    "fcmgmt", {&kNameServerColumns, 1}, {ResolveEntry, NextEntry}};
+constinit const ServedTable kNameServerTable =
+    Table(kModule, {5, 2, 1, 1}, 194, kNameServer, {ResolveEntry, NextEntry});
 
 }  // namespace snmpmain::fcmgmt

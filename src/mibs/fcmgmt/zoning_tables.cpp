@@ -2,7 +2,7 @@
 #include "src/snmptables/zoning.h"
 
 #include "src/base/trace_log.h"
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/unit_values.h"
 #include "src/snmpoid/walkers.h"
 
@@ -29,35 +29,28 @@ int ReportUnknown(const Column&, const Instance&, MibValue&) {
 }
 
 constexpr Column kZoneMembers[] = {
-    {1, 109, ASN_INTEGER, Access::kReadOnly, nullptr, Derived(ReadGroupNumber, "index")},
-    {2, 110, ASN_INTEGER, Access::kReadOnly, nullptr, LastIndex()},
-    {3, 111, ASN_OCTET_STR, Access::kReadOnly, nullptr,
-     ShortTextOf("Get.Oper.Zoning.ActiveZoneSet")},
-    {4, 112, ASN_INTEGER, Access::kReadOnly, nullptr,
-     NumberOf("Get.Oper.Zoning.ActiveZoneSet.ZoneEntries")},
-    {5, 113, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexText(kNamePlace)},
-    {6, 114, ASN_OCTET_STR, Access::kReadOnly, nullptr, ConstantOctets("\xC0")},
-    {7, 115, ASN_OCTET_STR, Access::kReadOnly, nullptr,
-     WordOf("Get.Oper.Zoning.Zone.%s.ZoneType", kZoneTypes)},
-    {8, 116, ASN_OCTET_STR, Access::kReadOnly, nullptr,
-     Derived(ReportUnknown, "never answers, logged")},
-    {9, 117, ASN_INTEGER, Access::kReadOnly, nullptr,
-     NumberOf("Get.Oper.Zoning.ActiveZone.%s.MemberEntries")},
-    {10, 118, ASN_INTEGER, Access::kReadOnly, nullptr,
+    {1, ASN_INTEGER, nullptr, Derived(ReadGroupNumber, "index")},
+    {2, ASN_INTEGER, nullptr, LastIndex()},
+    {3, ASN_OCTET_STR, nullptr, ShortTextOf("Get.Oper.Zoning.ActiveZoneSet")},
+    {4, ASN_INTEGER, nullptr, NumberOf("Get.Oper.Zoning.ActiveZoneSet.ZoneEntries")},
+    {5, ASN_OCTET_STR, nullptr, IndexText(kNamePlace)},
+    {6, ASN_OCTET_STR, nullptr, ConstantOctets("\xC0")},
+    {7, ASN_OCTET_STR, nullptr, WordOf("Get.Oper.Zoning.Zone.%s.ZoneType", kZoneTypes)},
+    {8, ASN_OCTET_STR, nullptr, Derived(ReportUnknown, "never answers, logged")},
+    {9, ASN_INTEGER, nullptr, NumberOf("Get.Oper.Zoning.ActiveZone.%s.MemberEntries")},
+    {10, ASN_INTEGER, nullptr,
      WordOf("Get.Oper.Zoning.ActiveZone.%s.ZoneMember.%s.Type", kMemberTypes)},
-    {11, 119, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexOctets(kIdPlace, kUnitIdSize)},
+    {11, ASN_OCTET_STR, nullptr, IndexOctets(kIdPlace, kUnitIdSize)},
 };
 
 constexpr Column kAliasMembers[] = {
-    {1, 122, ASN_INTEGER, Access::kReadOnly, nullptr, Derived(ReadGroupNumber, "index")},
-    {2, 123, ASN_INTEGER, Access::kReadOnly, nullptr, LastIndex()},
-    {3, 124, ASN_INTEGER, Access::kReadOnly, nullptr, NumberOf("Get.Oper.Zoning.AliasEntries")},
-    {4, 125, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexText(kNamePlace)},
-    {5, 126, ASN_INTEGER, Access::kReadOnly, nullptr,
-     NumberOf("Get.Oper.Zoning.Alias.%s.MemberEntries")},
-    {6, 127, ASN_INTEGER, Access::kReadOnly, nullptr,
-     WordOf("Get.Oper.Zoning.Alias.%s.ZoneMember.%s.Type", kMemberTypes)},
-    {7, 128, ASN_OCTET_STR, Access::kReadOnly, nullptr, IndexOctets(kIdPlace, kUnitIdSize)},
+    {1, ASN_INTEGER, nullptr, Derived(ReadGroupNumber, "index")},
+    {2, ASN_INTEGER, nullptr, LastIndex()},
+    {3, ASN_INTEGER, nullptr, NumberOf("Get.Oper.Zoning.AliasEntries")},
+    {4, ASN_OCTET_STR, nullptr, IndexText(kNamePlace)},
+    {5, ASN_INTEGER, nullptr, NumberOf("Get.Oper.Zoning.Alias.%s.MemberEntries")},
+    {6, ASN_INTEGER, nullptr, WordOf("Get.Oper.Zoning.Alias.%s.ZoneMember.%s.Type", kMemberTypes)},
+    {7, ASN_OCTET_STR, nullptr, IndexOctets(kIdPlace, kUnitIdSize)},
 };
 
 // The local switch knows the zoning of the whole fabric.
@@ -100,16 +93,12 @@ int NextMember(const HandlerCall& call, Instance& instance) {
     return CompleteMember(member, instance);
 }
 
-constexpr std::span<const Column> kZoneColumns = kZoneMembers;
-
-constexpr std::span<const Column> kAliasColumns = kAliasMembers;
-
 }  // namespace
 
-constinit const ServedTable kZoneTable{
-    "fcmgmt", {&kZoneColumns, 1}, {ResolveMember<kZones>, NextMember<kZones>}};
+constinit const ServedTable kZoneTable =
+    Table(kModule, {1, 13, 1}, 109, kZoneMembers, {ResolveMember<kZones>, NextMember<kZones>});
 
-constinit const ServedTable kAliasTable{
-    "fcmgmt", {&kAliasColumns, 1}, {ResolveMember<kAliases>, NextMember<kAliases>}};
+constinit const ServedTable kAliasTable =
+    Table(kModule, {1, 14, 1}, 122, kAliasMembers, {ResolveMember<kAliases>, NextMember<kAliases>});
 
 }  // namespace snmpmain::fcmgmt

@@ -2,9 +2,8 @@
 #include <cstring>
 
 #include "src/link/switch_info.h"
-#include "src/mibs/fcmgmt/tables.h"
+#include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/fcmgmt/unit_values.h"
-#include "src/mibs/fcmgmt/writes.h"
 #include "src/snmpoid/walkers.h"
 #include "src/snmptables/part_status.h"
 
@@ -66,12 +65,6 @@ int ReadSpeed(const Column& column, const Instance& instance, MibValue& value) {
     return SetNumber(value, speed);
 }
 
-int ReadState(const Column&, const Instance& instance, MibValue& value) {
-    const auto [module, port] = instance.numbers;
-    std::uint32_t state = 0;
-    return ReadPortState(instance.domain, module, port, state) == 0 ? SetNumber(value, state) : -1;
-}
-
 int ReadHwState(const Column&, const Instance& instance, MibValue& value) {
     const auto [module, port] = instance.numbers;
     std::uint32_t state = 0;
@@ -90,53 +83,49 @@ int ReadStatObject(const Column&, const Instance&, MibValue& value) {
     return 0;
 }
 
-int ReadNodeWwn(const Column&, const Instance& instance, MibValue& value) {
-    return SetHexOctets(value, WwnOfUnit(instance), kWwnSize);
-}
-
-constexpr Column kPorts[] = {
-    {1, 57, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortUnitId",
-     Derived(ReadUnitId, "the unit's WWN")},
-    {2, 58, ASN_INTEGER, Access::kReadOnly, "connUnitPortIndex", LastIndex()},
-    {3, 59, ASN_INTEGER, Access::kReadOnly, "connUnitPortType",
-     Computed(ReadType, "Get.Oper.UserPort.%d.%d.RunningType")},
-    {4, 60, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortFCClassCap", ConstantOctets("\x00\x0D")},
-    {5, 61, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortFCClassOp",
-     Computed(ReadRunningClasses, "Get.Oper.UserPort.%d.%d.RunningType")},
-    {6, 62, ASN_INTEGER, Access::kReadOnly, "connUnitPortState",
-     Computed(ReadState, "Get.Oper.UserPort.%d.%d.OperState")},
-    {7, 63, ASN_INTEGER, Access::kReadOnly, "connUnitPortStatus", Constant(kPortStatus)},
-    {8, 64, ASN_INTEGER, Access::kReadOnly, "connUnitPortTransmitterType",
-     WordOf("Get.Oper.UserPort.%d.%d.GBICType", kTransceivers)},
-    {9, 65, ASN_INTEGER, Access::kReadOnly, "connUnitPortModuleType",
-     WholeWordOf("Get.Oper.UserPort.%d.%d.LinkSpeed", kModules)},
-    {10, 66, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortWwn",
-     HexOctetsOf("Get.Oper.UserPort.%d.%d.WWN", kUnitIdSize)},
-    {11, 67, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortFCId",
-     HexOctetsOf("Get.Oper.UserPort.%d.%d.PortID", kPortIdSize)},
-    {12, 68, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortSn", NeverAnswers()},
-    {13, 69, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortRevision", NeverAnswers()},
-    {14, 70, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortVendor", NeverAnswers()},
-    {15, 71, ASN_INTEGER, Access::kReadOnly, "connUnitPortSpeed",
-     Computed(ReadSpeed, "Get.Oper.UserPort.%d.%d.LinkSpeed")},
-    {16, 72, ASN_INTEGER, Access::kReadWrite, "connUnitPortControl",
-     WordOf("Get.Oper.UserPort.%d.%d.AdminState", kControls), write_connUnitPortControl},
-    {17, 73, ASN_OCTET_STR, Access::kReadWrite, "connUnitPortName",
-     TextOf("Get.Oper.UserPort.%d.%d.SymPortName"), write_connUnitPortName},
-    {18, 74, ASN_INTEGER, Access::kReadOnly, "connUnitPortPhysicalNumber",
-     Derived(ReadPhysicalNumber, "index")},
-    {19, 75, ASN_OBJECT_ID, Access::kReadOnly, "connUnitPortStatObject",
-     Derived(ReadStatObject, "always 1.3.6.1.3.94.4.5.1.1")},
-    {20, 76, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortProtocolCap",
-     ConstantOctets("\x00\x03")},
-    {21, 77, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortProtocolOp", NeverAnswers()},
-    {22, 78, ASN_OCTET_STR, Access::kReadOnly, "connUnitPortNodeWwn",
-     Derived(ReadNodeWwn, "the unit's WWN")},
-    {23, 79, ASN_INTEGER, Access::kReadOnly, "connUnitPortHWState",
-     Derived(ReadHwState, "`Get.Oper.UserPort.%d.%d.DiagStatus`, `.GBICType`, `.SyncStatus`")},
+constexpr Choice kControlSettings[] = {
+    {6, "Config.UserPort.%d.%d.AdminState.Offline"},
+    {7, "Config.UserPort.%d.%d.AdminState.Online"},
+    {8, "Cmd.UserPort.%d.%d.ClearCounters"},
 };
 
-constexpr std::span<const Column> kPortColumns = kPorts;
+constexpr std::size_t kNameLength = 32;  // characters that managers may set
+
+constexpr Column kPorts[] = {
+    {1, ASN_OCTET_STR, "connUnitPortUnitId", UnitId()},
+    {2, ASN_INTEGER, "connUnitPortIndex", LastIndex()},
+    {3, ASN_INTEGER, "connUnitPortType", Computed(ReadType, "Get.Oper.UserPort.%d.%d.RunningType")},
+    {4, ASN_OCTET_STR, "connUnitPortFCClassCap", ConstantOctets("\x00\x0D")},
+    {5, ASN_OCTET_STR, "connUnitPortFCClassOp",
+     Computed(ReadRunningClasses, "Get.Oper.UserPort.%d.%d.RunningType")},
+    {kConnUnitPortState, ASN_INTEGER, "connUnitPortState", WordOf(kPortStateQuestion)},
+    {kConnUnitPortStatus, ASN_INTEGER, "connUnitPortStatus", Constant(kPortStatus)},
+    {8, ASN_INTEGER, "connUnitPortTransmitterType",
+     WordOf("Get.Oper.UserPort.%d.%d.GBICType", kTransceivers)},
+    {9, ASN_INTEGER, "connUnitPortModuleType",
+     WholeWordOf("Get.Oper.UserPort.%d.%d.LinkSpeed", kModules)},
+    {10, ASN_OCTET_STR, "connUnitPortWwn", HexOctetsOf("Get.Oper.UserPort.%d.%d.WWN", kUnitIdSize)},
+    {11, ASN_OCTET_STR, "connUnitPortFCId",
+     HexOctetsOf("Get.Oper.UserPort.%d.%d.PortID", kPortIdSize)},
+    {12, ASN_OCTET_STR, "connUnitPortSn", NeverAnswers()},
+    {13, ASN_OCTET_STR, "connUnitPortRevision", NeverAnswers()},
+    {14, ASN_OCTET_STR, "connUnitPortVendor", NeverAnswers()},
+    {15, ASN_INTEGER, "connUnitPortSpeed",
+     Computed(ReadSpeed, "Get.Oper.UserPort.%d.%d.LinkSpeed")},
+    {16, ASN_INTEGER, "connUnitPortControl",
+     WordOf("Get.Oper.UserPort.%d.%d.AdminState", kControls), OneOf(kControlSettings)},
+    {17, ASN_OCTET_STR, "connUnitPortName", TextOf("Get.Oper.UserPort.%d.%d.SymPortName"),
+     ReportedLaterAs("connUnitPortControl",
+                     Text(kNameLength, "Config.UserPort.%d.%d.SymPortName.%s"))},
+    {18, ASN_INTEGER, "connUnitPortPhysicalNumber", Derived(ReadPhysicalNumber, "index")},
+    {19, ASN_OBJECT_ID, "connUnitPortStatObject",
+     Derived(ReadStatObject, "always 1.3.6.1.3.94.4.5.1.1")},
+    {20, ASN_OCTET_STR, "connUnitPortProtocolCap", ConstantOctets("\x00\x03")},
+    {21, ASN_OCTET_STR, "connUnitPortProtocolOp", NeverAnswers()},
+    {22, ASN_OCTET_STR, "connUnitPortNodeWwn", UnitWwn()},
+    {kConnUnitPortHWState, ASN_INTEGER, "connUnitPortHWState",
+     Derived(ReadHwState, kPortHwCommands)},
+};
 
 }  // namespace
 
@@ -157,6 +146,7 @@ int NextPort(const HandlerCall& call, Instance& instance) {
     return CompleteUnit(call, instance);
 }
 
-constinit const ServedTable kPortTable{"fcmgmt", {&kPortColumns, 1}, {ResolvePort, NextPort}};
+constinit const ServedTable kPortTable =
+    Table(kModule, kPortEntry, 57, kPorts, {ResolvePort, NextPort});
 
 }  // namespace snmpmain::fcmgmt
