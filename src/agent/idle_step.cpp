@@ -39,7 +39,7 @@ bool IsRefreshDue() {
     constexpr std::chrono::seconds kRefreshInterval{30};
     static std::chrono::steady_clock::time_point next;
     const auto now = std::chrono::steady_clock::now();
-    if (fabricUpdatePending == 0 || now < next) {
+    if (!IsFabricUpdatePending() || now < next) {
         return false;
     }
     next = now + kRefreshInterval;

@@ -5,8 +5,8 @@
 #include <thread>
 
 #include "src/base/text.h"
+#include "src/link/addressing.h"
 #include "src/link/link.h"
-#include "src/link/switch_info.h"
 
 namespace snmpmain {
 namespace {

@@ -6,7 +6,6 @@
 
 #include "src/base/byte_order.h"
 #include "src/base/trace_log.h"
-#include "src/link/link.h"
 
 namespace snmpmain {
 namespace {
@@ -96,8 +95,7 @@ void ReadReplyText(const ReplyFrame& reply, ReplyText& text) {
     std::memcpy(text.data(), &reply[kHeaderSize], length);
 }
 
-int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText& text,
-                    bool statusCounts) {
+int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText& text) {
     text.fill('\0');
     if (requestSize < kMinFrameSize || requestSize > kMaxFrameSize) {
         TossResponse(requestSize);
@@ -105,9 +103,6 @@ int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText&
     }
     if (ReplyStatus(reply) != 0) {
         TraceLog(kSevere, "SNMP:Error in status byte-0x%x. Tossing response.", ReplyStatus(reply));
-        if (statusCounts) {
-            fabricUpdatePending = 1;
-        }
         return -1;
     }
     ReadReplyText(reply, text);

@@ -1,5 +1,5 @@
 // The datagrams exchanged with switch management: request frames, and what the agent reads of
-// replies and notifications. All multi-byte fields are big-endian.
+// replies and notifications. All multi-byte fields are big-endian. Any thread.
 //
 //   offset  size  request                                   reply
 //   0       4     marker 0x11000000                         status byte at offset 2, 0 = success
@@ -74,9 +74,7 @@ std::uint8_t ReplyStatus(const ReplyFrame& reply);
 void ReadReplyText(const ReplyFrame& reply, ReplyText& text);
 
 // Checks the reply to a request of `requestSize` bytes and takes its text. Returns 0, or -1
-// (logged) when the size lies outside 20..524 or the reply's status byte is not 0; a status byte
-// also sets `fabricUpdatePending` (link.h), unless it does not count.
-int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText& text,
-                    bool statusCounts = true);
+// (logged) when the size lies outside 20..524 or the reply's status byte is not 0.
+int CheckReplyFrame(const ReplyFrame& reply, std::size_t requestSize, ReplyText& text);
 
 }  // namespace snmpmain

@@ -24,15 +24,12 @@
 #include "src/base/text.h"
 #include "src/base/thread_stack.h"
 #include "src/base/trace_log.h"
+#include "src/link/addressing.h"
 #include "src/link/notify_queue.h"
 #include "src/link/reachability.h"
-#include "src/link/switch_info.h"
 #include "src/link/tellings.h"
 
 namespace snmpmain {
-
-std::atomic<std::uint16_t> fabricUpdatePending{0};
-
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -45,7 +42,6 @@ constexpr int kGetTicks = 2;
 constexpr int kOtherTicks = 10;
 constexpr const char* kNoValue = "No value returned from switch management";
 constexpr const char* kProbeCommand = "Get.Oper.Switch.Nop";
-constexpr std::uint32_t kInteropDomainOffset = 0x60;
 
 // After a request another one usually follows at once, so the ListenThread lets this long pass
 // before it takes up receiving again.
@@ -74,6 +70,7 @@ struct Link {
     Reception reception;
     std::atomic<NotificationReceiver> receiver{nullptr};
     std::atomic<std::uint32_t> sent{0};
+    std::atomic<bool> fabricUpdatePending{false};
 };
 
 // Never destroyed: the ListenThread uses it until the process is gone.
@@ -117,14 +114,6 @@ Readiness WaitForSocket(bool forWriting, std::chrono::microseconds time) {
 
 enum class Received { kNothing, kReply, kOther };
 
-// The domain that a datagram names, as a hint: which switch a reply answers for its sequence tells.
-std::uint32_t DomainNamedIn(const ReplyFrame& frame) {
-    const std::uint32_t domain = LoadBig16(&frame[kTargetOffset]);
-    return GetMergeMode() == kMergeInterop2 && domain > kInteropDomainOffset
-               ? domain - kInteropDomainOffset
-               : domain;
-}
-
 bool IsUnwaited(std::uint32_t sequence) {
     return sequence >= kFirstSequence && sequence <= kLastSequence &&
            link.reception.unwaited[sequence - kFirstSequence];
@@ -162,7 +151,7 @@ Received ReceiveDatagram(ReplyFrame& buffer, int flags, std::uint32_t& sequence)
         }
         return Received::kOther;
     }
-    NoteHeard(DomainNamedIn(buffer));
+    NoteHeard(DomainOfTargetWord(LoadBig32(&buffer[kTargetOffset])));
     if (const NotificationReceiver receiver = link.receiver; receiver != nullptr) {
         inReceiver = true;
         receiver(std::span(buffer).first(length));
@@ -328,7 +317,7 @@ class OpenRequest {
 
 // Hands the frame to the socket, waiting at most two seconds for room in its buffer. Returns 0 or
 // -1 (logged).
-int SendDatagram(const RequestFrame& frame, const sockaddr_in& peer) {
+int SendFrame(const RequestFrame& frame, const sockaddr_in& peer) {
     const auto send = [&] {
         return ::sendto(link.socket, frame.bytes.data(), frame.length, MSG_DONTWAIT,
                         reinterpret_cast<const sockaddr*>(&peer), sizeof(peer));
@@ -378,7 +367,7 @@ int SendWithRetry(const RequestFrame& frame, std::uint32_t domain, std::uint32_t
                   ReplyFrame& reply) {
     const int ticks = RequestMessageType(frame) == kGetMessage ? kGetTicks : kOtherTicks;
     for (int attempt = 0; attempt < 2; ++attempt) {
-        if (SendDatagram(frame, link.reception.peer) != 0) {
+        if (SendFrame(frame, link.reception.peer) != 0) {
             return -1;
         }
         if (WaitForReply(reply, sequence, ticks) == 0) {
@@ -477,6 +466,14 @@ int StartListenThread() {
 
 }  // namespace
 
+bool IsFabricUpdatePending() {
+    return link.fabricUpdatePending;
+}
+
+void SetFabricUpdatePending(bool isPending) {
+    link.fabricUpdatePending = isPending;
+}
+
 void SetNotificationReceiver(NotificationReceiver receiver) {
     link.receiver = receiver;
 }
@@ -520,13 +517,6 @@ std::uint16_t InitSendRecvLock() {
     return 0;
 }
 
-std::uint32_t MakeTargetWord(std::uint32_t domain) {
-    if (domain == 0) {
-        return 0;
-    }
-    return (domain + (GetMergeMode() == kMergeInterop2 ? kInteropDomainOffset : 0)) << 16;
-}
-
 Outcome SwitchMgmtExchange(std::uint32_t domain, const char* command, const char* loggedText,
                            ReplyFrame& reply, std::size_t& requestSize) {
     if (inReceiver) {
@@ -568,6 +558,7 @@ Answer AskSwitch(std::uint32_t domain, const char* command, ReplyText& result, C
         return {outcome, kQueryFailed};
     }
     if (CheckReplyFrame(reply, requestSize, result) != 0) {
+        SetFabricUpdatePending(true);
         return {Outcome::kRefused, kQueryFailed};
     }
     TraceLog(kTrace, "%-3d<< %s", static_cast<int>(domain),

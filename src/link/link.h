@@ -3,7 +3,6 @@
 // receives notifications while nothing is asked.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <span>
 
@@ -20,9 +19,10 @@ constexpr std::uint16_t kQueryFailed = 0xFFFF;
 // Room for a command text and more than a request frame takes: one that was cut to this is refused.
 constexpr std::size_t kCommandSize = 520;
 
-// 1 once a reply has carried a non-zero status byte: the fabric may have changed, and the main loop
-// refreshes the unit table. Set on any thread, cleared by the main loop.
-extern std::atomic<std::uint16_t> fabricUpdatePending;
+// Whether a reply has carried a non-zero status byte: the fabric may have changed, and the main
+// loop refreshes the unit table and clears this. Any thread.
+bool IsFabricUpdatePending();
+void SetFabricUpdatePending(bool isPending);
 
 // Takes a frame that is not a reply; called on the ListenThread, whose stack has 64 KiB, or on a
 // thread that waits for a reply. One call at a time; it cannot query. Returns 0, or -1 for a
@@ -90,9 +90,5 @@ std::uint32_t CountSent();
 
 // Asks a switch for nothing but a sign of life. Returns 0 or -1.
 int PingSwitchMgmt(std::uint32_t domain);
-
-// Where a domain's switch is addressed: 0 for the local switch, else the domain as the Fibre
-// Channel address of its domain, with 0x60 added to it in the "Interop_2" zoning merge mode.
-std::uint32_t MakeTargetWord(std::uint32_t domain);
 
 }  // namespace snmpmain

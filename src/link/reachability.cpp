@@ -7,7 +7,7 @@
 #include <mutex>
 
 #include "src/base/trace_log.h"
-#include "src/link/switch_info.h"
+#include "src/link/addressing.h"
 
 namespace snmpmain {
 namespace {

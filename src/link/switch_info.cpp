@@ -13,131 +13,132 @@
 namespace snmpmain {
 namespace {
 
-constexpr std::size_t kShortTextSize = 32;
+std::uint32_t MergeModeFrom(const char* reply) {
+    const std::string_view mode = reply;
+    return mode == "NonSW2" ? kMergeNonSW2 : mode == "Interop_2" ? kMergeInterop2 : kMergeOther;
+}
+
+std::uint32_t ContainsTrue(const char* reply) {
+    return std::strstr(reply, "True") != nullptr ? 1 : 0;
+}
+
+std::uint32_t IsTrue(const char* reply) {
+    return std::strcmp(reply, "True") == 0 ? 1 : 0;
+}
+
+struct FactRow {
+    const char* command;
+    Worker worker;  // who works with the local switch's
+    ConversionType type = kInteger;
+    std::uint32_t (*numberFrom)(const char* reply) = nullptr;  // of a fact that comes as a word
+    void (*handDown)(std::uint32_t number) = nullptr;  // to where it is kept instead of here
+    const char* unknown = "";                          // text without an answer
+};
+
+// By Fact.
+constexpr FactRow kFacts[] = {
+    {"Get.Oper.Switch.DomainID", Worker::kUnitTable, kInteger, nullptr, SetLocalDomainId},
+    {"Get.Config.Zoning.MergeMode", Worker::kUnitTable, kString, MergeModeFrom, SetMergeMode},
+    {"Get.Config.Snmp.ProxyEnable", Worker::kUnitTable, kString, ContainsTrue},
+    {"Get.Oper.Switch.Type", Worker::kSwitchInfo, kString},
+    {"Get.Oper.Switch.Chassis", Worker::kSwitchInfo},
+    {"Get.Oper.Chassis.0.Blades", Worker::kSwitchInfo},
+    {kMaxPortsCommand, Worker::kSwitchInfo},
+    {"Get.Config.Mfg.WWN", Worker::kSwitchInfo, kString, nullptr, nullptr, kNoWwn},
+    {"Get.Oper.Chassis.0.PowerSupplies", Worker::kSwitchInfo},
+    {"Get.Oper.Chassis.0.Fans", Worker::kSwitchInfo},
+    {"Get.Oper.Blade.%d.TempSensors", Worker::kSwitchInfo},
+    {"Get.Config.Snmp.SysObjectID", Worker::kSwitchInfo, kString, nullptr, nullptr, "0.0.0.0"},
+    {"Get.Config.Mfg.Allow4GPorts", Worker::kSwitchInfo, kString, IsTrue, nullptr, "False"},
+};
+constexpr std::size_t kFactCount = std::size(kFacts);
+static_assert(kFactCount == static_cast<std::size_t>(Fact::kAllow4GPorts) + 1);
+
+constexpr std::size_t kTextSize = 32;
+
+// What another switch has answered in a period of keeping; 0 is none. Each row of its tables asks
+// for the same counts, and a request may be for several columns of it.
+struct AnsweredNumber {
+    std::uint32_t period = 0;
+    std::uint32_t domain = 0;
+    std::uint32_t number = 0;
+};
+
+// The blades' temperature sensors have places of their own.
+constexpr std::size_t kPlaces = kFactCount + kMaxBlades;
 
 struct SwitchInfo {
-    std::atomic<std::uint32_t> localDomainId{0};
-    std::atomic<std::uint32_t> mergeMode{kMergeOther};
-    std::atomic<std::uint32_t> proxyEnable{0};
-    std::array<char, kShortTextSize> switchType{};
-    std::uint32_t chassis = 0;
-    std::uint32_t blades = 0;
-    std::uint32_t maxPorts = 0;
-    std::array<char, kWwnTextSize> wwn{};
-    std::uint32_t powerSupplies = 0;
-    std::uint32_t fans = 0;
-    std::array<std::uint32_t, kMaxBlades> tempSensors{};
-    std::array<char, kShortTextSize> sysObjectId{};
-    std::uint32_t allow4GPorts = 0;
+    std::array<std::atomic<std::uint32_t>, kPlaces> numbers{};
+    std::array<std::array<char, kTextSize>, kFactCount> texts{};
+    std::array<AnsweredNumber, kPlaces> others{};
+    std::uint32_t periods = 0;
+    std::uint32_t period = 0;  // the present one
 
-    // Shared by all accessors: the last reply.
-    ReplyText reply{};
-    std::uint32_t value = 0;
-    bool answered = true;  // for a count
+    ReplyText reply{};     // the last one
+    bool answered = true;  // was there one
 };
 
 SwitchInfo info;
 
-// Whoever keeps a fact of the local switch has it compared later.
-Answer AskFact(Worker worker, std::uint32_t domain, const char* command, ConversionType type,
-               std::uint32_t* value = nullptr) {
-    const Answer answer = AskSwitch(domain, command, info.reply, type, value);
-    if (IsLocalDomain(domain)) {
-        NoteWorkedWith(worker, command, type, answer, info.reply);
-    }
-    return answer;
-}
-
-int AskText(std::uint32_t domain, const char* command, Worker worker = Worker::kSwitchInfo) {
-    return AskFact(worker, domain, command, kString).code == 0 ? 0 : -1;
-}
-
-int ReadCount(std::uint32_t domain, const char* command, std::uint32_t& kept) {
-    const Answer answer = AskFact(Worker::kSwitchInfo, domain, command, kInteger, &info.value);
-    info.answered = answer.outcome != Outcome::kNoAnswer;
-    if (answer.code != 0) {
-        return -1;
-    }
-    if (IsLocalDomain(domain)) {
-        kept = info.value;
-    }
-    return 0;
-}
-
-template <std::size_t N>
-int ReadText(std::uint32_t domain, const char* command, std::array<char, N>& kept) {
-    if (AskText(domain, command) != 0) {
-        return -1;
-    }
-    if (IsLocalDomain(domain)) {
-        CopyText(kept.data(), kept.size(), info.reply.data());
-    }
-    return 0;
-}
-
-// What another switch has answered in the present period of keeping; 0 is none. Each row of its
-// tables asks for the same counts, and a request may be for several columns of it.
-struct AnsweredCount {
-    std::uint32_t period = 0;
-    std::uint32_t domain = 0;
-    std::uint32_t count = 0;
-};
-
-struct Keeping {
-    std::uint32_t periods = 0;
-    std::uint32_t current = 0;
-};
-
-Keeping keeping;
-
-// The kept count of a local domain, else what the accessor reads, 0 when it fails. Each fact has an
-// `answered` of its own.
-template <class Read>
-std::uint32_t CountOf(std::uint32_t domain, std::uint32_t kept, AnsweredCount& answered,
-                      const Read& read) {
-    info.answered = true;
-    if (IsLocalDomain(domain)) {
-        return kept;
-    }
-    if (keeping.current != 0 && answered.period == keeping.current && answered.domain == domain) {
-        return answered.count;
-    }
-    if (read(domain) != 0) {
-        return 0;
-    }
-    answered = {keeping.current, domain, info.value};
-    return info.value;
-}
-
-const char* TextOf(std::uint32_t domain, const char* kept, int (*read)(std::uint32_t),
-                   const char* unknown) {
-    if (IsLocalDomain(domain)) {
-        return kept;
-    }
-    return read(domain) == 0 ? info.reply.data() : unknown;
-}
-
-// What is read first, in this order; then the blades' sensors and the rest.
-constexpr int (*kFacts[])() = {
-    ReadLocalDomainId,
-    ReadMergeMode,
-    ReadProxyEnable,
-    ReadSwitchType,
-    [] { return ReadChassisCount(GetLocalDomainId()); },
-    [] { return ReadBladeCount(GetLocalDomainId()); },
-    [] { return ReadMaxPorts(GetLocalDomainId()); },
-    [] { return ReadSwitchWwn(GetLocalDomainId()); },
-    [] { return ReadPowerSupplyCount(GetLocalDomainId()); },
-    [] { return ReadFanCount(GetLocalDomainId()); },
-};
-
 struct InfoReading {
-    std::size_t fact = 0;
+    std::uint32_t fact = 0;
     std::uint32_t blade = 0;
-    bool idRead = false;
 };
 
 InfoReading reading;
+
+const FactRow& RowOf(Fact fact) {
+    return kFacts[static_cast<std::size_t>(fact)];
+}
+
+std::size_t PlaceOf(Fact fact, std::uint32_t blade = 0) {
+    return fact == Fact::kTempSensors ? kFactCount + blade : static_cast<std::size_t>(fact);
+}
+
+void Keep(Fact fact, std::uint32_t blade, std::uint32_t number, const char* text) {
+    const std::size_t place = PlaceOf(fact, blade);
+    if (RowOf(fact).handDown != nullptr) {
+        RowOf(fact).handDown(number);
+        return;
+    }
+    info.numbers[place] = number;
+    if (place < kFactCount) {
+        CopyText(info.texts[place].data(), kTextSize, text);
+    }
+}
+
+// Asks a switch, and keeps what the local one answers. Whoever works with that has it compared
+// later. Returns 0, or -1 when the query fails; but a missing 4 Gb/s flag is a "False".
+int Ask(std::uint32_t domain, Fact fact, std::uint32_t blade, std::uint32_t& number) {
+    const FactRow& row = RowOf(fact);
+    std::array<char, kCommandSize> command;
+    FormatText(command, row.command, blade);
+    const Answer answer = AskSwitch(domain, command.data(), info.reply, row.type, &number);
+    info.answered = answer.outcome != Outcome::kNoAnswer;
+    if (IsLocalDomain(domain)) {
+        NoteWorkedWith(row.worker, command.data(), row.type, answer, info.reply);
+    }
+    if (answer.code != 0 && fact != Fact::kAllow4GPorts) {
+        return -1;
+    }
+    if (fact == Fact::kWwn) {
+        info.reply[kWwnTextSize - 1] = '\0';
+    }
+    const char* text = answer.code == 0 ? info.reply.data() : row.unknown;
+    if (row.numberFrom != nullptr) {
+        number = row.numberFrom(text);
+    }
+    if (IsLocalDomain(domain)) {
+        Keep(fact, blade, number, text);
+    }
+    return 0;
+}
+
+int ReadLocal(Fact fact, std::uint32_t blade) {
+    const std::uint32_t domain = fact <= Fact::kSwitchType ? 0 : GetLocalDomainId();
+    std::uint32_t number = 0;
+    return Ask(domain, fact, blade, number);
+}
 
 constexpr std::string_view kBladeTypes[] = {
     "SwitchBlade",     "GenericBlade",     "TelcoSwitchBlade",     "TelcoGenericBlade",
@@ -146,157 +147,6 @@ constexpr std::string_view kBladeTypes[] = {
 };
 
 }  // namespace
-
-int ReadLocalDomainId() {
-    if (AskFact(Worker::kUnitTable, 0, "Get.Oper.Switch.DomainID", kInteger, &info.value).code !=
-        0) {
-        return -1;
-    }
-    info.localDomainId = info.value;
-    return 0;
-}
-
-int ReadMergeMode() {
-    if (AskText(0, "Get.Config.Zoning.MergeMode", Worker::kUnitTable) != 0) {
-        return -1;
-    }
-    const std::string_view mode = info.reply.data();
-    info.mergeMode = mode == "NonSW2"      ? kMergeNonSW2
-                     : mode == "Interop_2" ? kMergeInterop2
-                                           : kMergeOther;
-    return 0;
-}
-
-int ReadProxyEnable() {
-    if (AskText(0, "Get.Config.Snmp.ProxyEnable", Worker::kUnitTable) != 0) {
-        return -1;
-    }
-    info.proxyEnable = std::strstr(info.reply.data(), "True") != nullptr ? 1 : 0;
-    return 0;
-}
-
-int ReadSwitchType() {
-    return ReadText(0, "Get.Oper.Switch.Type", info.switchType);
-}
-
-int ReadChassisCount(std::uint32_t domain) {
-    return ReadCount(domain, "Get.Oper.Switch.Chassis", info.chassis);
-}
-
-int ReadBladeCount(std::uint32_t domain) {
-    return ReadCount(domain, "Get.Oper.Chassis.0.Blades", info.blades);
-}
-
-int ReadMaxPorts(std::uint32_t domain) {
-    return ReadCount(domain, kMaxPortsCommand, info.maxPorts);
-}
-
-int ReadSwitchWwn(std::uint32_t domain) {
-    return ReadText(domain, "Get.Config.Mfg.WWN", info.wwn);
-}
-
-int ReadPowerSupplyCount(std::uint32_t domain) {
-    return ReadCount(domain, "Get.Oper.Chassis.0.PowerSupplies", info.powerSupplies);
-}
-
-int ReadFanCount(std::uint32_t domain) {
-    return ReadCount(domain, "Get.Oper.Chassis.0.Fans", info.fans);
-}
-
-int ReadTempSensorCount(std::uint32_t domain, std::uint32_t blade) {
-    std::array<char, kCommandSize> command;
-    FormatText(command, "Get.Oper.Blade.%d.TempSensors", static_cast<int>(blade));
-    std::uint32_t unkept = 0;
-    return ReadCount(domain, command.data(), blade < kMaxBlades ? info.tempSensors[blade] : unkept);
-}
-
-int ReadSysObjectId(std::uint32_t domain) {
-    return ReadText(domain, "Get.Config.Snmp.SysObjectID", info.sysObjectId);
-}
-
-std::uint32_t ReadAllow4GPorts(std::uint32_t domain) {
-    const bool answered = AskText(domain, "Get.Config.Mfg.Allow4GPorts") == 0;
-    const std::uint32_t allowed = answered && std::strcmp(info.reply.data(), "True") == 0 ? 1 : 0;
-    if (IsLocalDomain(domain)) {
-        info.allow4GPorts = allowed;
-    }
-    return allowed;
-}
-
-std::uint32_t GetChassisCount(std::uint32_t domain) {
-    static AnsweredCount answered;
-    return CountOf(domain, info.chassis, answered, ReadChassisCount);
-}
-
-std::uint32_t GetBladeCount(std::uint32_t domain) {
-    static AnsweredCount answered;
-    return CountOf(domain, info.blades, answered, ReadBladeCount);
-}
-
-std::uint32_t GetMaxPorts(std::uint32_t domain) {
-    static AnsweredCount answered;
-    return CountOf(domain, info.maxPorts, answered, ReadMaxPorts);
-}
-
-std::uint32_t GetPowerSupplyCount(std::uint32_t domain) {
-    static AnsweredCount answered;
-    return CountOf(domain, info.powerSupplies, answered, ReadPowerSupplyCount);
-}
-
-std::uint32_t GetFanCount(std::uint32_t domain) {
-    static AnsweredCount answered;
-    return CountOf(domain, info.fans, answered, ReadFanCount);
-}
-
-std::uint32_t GetTempSensorCount(std::uint32_t domain, std::uint32_t blade) {
-    static std::array<AnsweredCount, kMaxBlades> answered;
-    if (blade >= kMaxBlades) {
-        return 0;
-    }
-    return CountOf(domain, info.tempSensors[blade], answered[blade],
-                   [&](std::uint32_t asked) { return ReadTempSensorCount(asked, blade); });
-}
-
-const char* GetSwitchWwn(std::uint32_t domain) {
-    const char* wwn = TextOf(domain, info.wwn.data(), ReadSwitchWwn, kNoWwn);
-    if (wwn == info.reply.data()) {
-        info.reply[kWwnTextSize - 1] = '\0';
-    }
-    return wwn;
-}
-
-const char* GetSysObjectId(std::uint32_t domain) {
-    return TextOf(domain, info.sysObjectId.data(), ReadSysObjectId, "0.0.0.0");
-}
-
-std::uint32_t GetAllow4GPorts(std::uint32_t domain) {
-    return IsLocalDomain(domain) ? info.allow4GPorts : ReadAllow4GPorts(domain);
-}
-
-std::uint32_t GetMergeMode() {
-    return info.mergeMode;
-}
-
-std::uint32_t GetLocalDomainId() {
-    return info.localDomainId;
-}
-
-std::uint32_t GetProxyEnable() {
-    return info.proxyEnable;
-}
-
-bool IsLocalDomain(std::uint32_t domain) {
-    return domain == 0 || domain == info.localDomainId;
-}
-
-bool IsLocalPort(std::uint32_t port) {
-    return port < GetMaxPorts(0);
-}
-
-bool IsBladeType() {
-    return std::ranges::find(kBladeTypes, std::string_view(info.switchType.data())) !=
-           std::end(kBladeTypes);
-}
 
 int InitSwitchInfo() {
     BeginSwitchInfo();
@@ -309,19 +159,49 @@ void BeginSwitchInfo() {
 }
 
 Progress StepSwitchInfo() {
-    int result = 0;
-    if (reading.fact < std::size(kFacts)) {
-        result = kFacts[reading.fact++]();
-    } else if (reading.blade < std::min(info.blades, kMaxBlades)) {
-        result = ReadTempSensorCount(GetLocalDomainId(), reading.blade++);
-    } else if (!reading.idRead) {
-        result = ReadSysObjectId(GetLocalDomainId());
-        reading.idRead = true;
-    } else {
-        ReadAllow4GPorts(GetLocalDomainId());
-        return Progress::kDone;
+    const std::uint32_t blades = std::min(AskNumber(0, Fact::kBlades), kMaxBlades);
+    if (static_cast<Fact>(reading.fact) == Fact::kTempSensors && reading.blade >= blades) {
+        ++reading.fact;
     }
-    return result == 0 ? Progress::kMore : Progress::kFailed;
+    const auto fact = static_cast<Fact>(reading.fact);
+    const int result = ReadLocal(fact, reading.blade);
+    (fact == Fact::kTempSensors ? reading.blade : reading.fact) += 1;
+    return result != 0                  ? Progress::kFailed
+           : reading.fact == kFactCount ? Progress::kDone
+                                        : Progress::kMore;
+}
+
+int ReadFact(Fact fact) {
+    return ReadLocal(fact, 0);
+}
+
+std::uint32_t AskNumber(std::uint32_t domain, Fact fact, std::uint32_t blade) {
+    if (blade >= kMaxBlades) {
+        return 0;
+    }
+    info.answered = true;
+    const std::size_t place = PlaceOf(fact, blade);
+    if (IsLocalDomain(domain)) {
+        return info.numbers[place];
+    }
+    AnsweredNumber& other = info.others[place];
+    if (info.period != 0 && other.period == info.period && other.domain == domain) {
+        return other.number;
+    }
+    std::uint32_t number = 0;
+    if (Ask(domain, fact, blade, number) != 0) {
+        return 0;
+    }
+    other = {info.period, domain, number};
+    return number;
+}
+
+const char* AskText(std::uint32_t domain, Fact fact) {
+    if (IsLocalDomain(domain)) {
+        return info.texts[PlaceOf(fact)].data();
+    }
+    std::uint32_t number = 0;
+    return Ask(domain, fact, 0, number) == 0 ? info.reply.data() : RowOf(fact).unknown;
 }
 
 bool WasAnswered() {
@@ -329,24 +209,30 @@ bool WasAnswered() {
 }
 
 void KeepAnsweredCounts() {
-    keeping.periods = keeping.periods == UINT32_MAX ? 1 : keeping.periods + 1;
-    keeping.current = keeping.periods;
+    info.periods = info.periods == UINT32_MAX ? 1 : info.periods + 1;
+    info.period = info.periods;
 }
 
 void ForgetAnsweredCounts() {
-    keeping.current = 0;
+    info.period = 0;
+}
+
+std::uint32_t GetProxyEnable() {
+    return info.numbers[PlaceOf(Fact::kProxyEnable)];
+}
+
+bool IsBladeType() {
+    const std::string_view type = AskText(0, Fact::kSwitchType);
+    return std::ranges::find(kBladeTypes, type) != std::end(kBladeTypes);
 }
 
 void ResetSwitchInfo() {
-    info.localDomainId = 0;
-    info.mergeMode = kMergeOther;
-    info.proxyEnable = 0;
-    info.switchType.fill('\0');
-    info.chassis = info.blades = info.maxPorts = info.powerSupplies = info.fans = 0;
-    info.wwn.fill('\0');
-    info.tempSensors.fill(0);
-    info.sysObjectId.fill('\0');
-    info.allow4GPorts = 0;
+    SetLocalDomainId(0);
+    SetMergeMode(kMergeOther);
+    for (std::atomic<std::uint32_t>& number : info.numbers) {
+        number = 0;
+    }
+    info.texts = {};
 }
 
 }  // namespace snmpmain

@@ -7,13 +7,26 @@
 #include <cstdint>
 
 #include "src/base/progress.h"
+#include "src/link/addressing.h"
 
 namespace snmpmain {
 
-// Zoning merge modes, "Get.Config.Zoning.MergeMode".
-constexpr std::uint32_t kMergeOther = 0;
-constexpr std::uint32_t kMergeNonSW2 = 1;    // "NonSW2"
-constexpr std::uint32_t kMergeInterop2 = 2;  // "Interop_2": domains are addressed with an offset
+// In the order in which they are read at start-up. The first four are the local switch's only.
+enum class Fact : std::uint8_t {
+    kLocalDomainId,  // "Get.Oper.Switch.DomainID"
+    kMergeMode,      // "Get.Config.Zoning.MergeMode", one of kMerge...
+    kProxyEnable,    // "Get.Config.Snmp.ProxyEnable", 1 or 0
+    kSwitchType,     // "Get.Oper.Switch.Type", a text
+    kChassis,        // "Get.Oper.Switch.Chassis"
+    kBlades,         // "Get.Oper.Chassis.0.Blades"
+    kMaxPorts,       // kMaxPortsCommand
+    kWwn,            // "Get.Config.Mfg.WWN", a text of at most 16 characters
+    kPowerSupplies,  // "Get.Oper.Chassis.0.PowerSupplies"
+    kFans,           // "Get.Oper.Chassis.0.Fans"
+    kTempSensors,    // "Get.Oper.Blade.%d.TempSensors", of a blade
+    kSysObjectId,    // "Get.Config.Snmp.SysObjectID", a text
+    kAllow4GPorts,   // "Get.Config.Mfg.Allow4GPorts", 1 or 0
+};
 
 constexpr std::size_t kWwnTextSize = 17;  // 16 hexadecimal characters and the terminator
 constexpr const char* kNoWwn = "0000000000000000";
@@ -33,62 +46,34 @@ int InitSwitchInfo();
 void BeginSwitchInfo();
 Progress StepSwitchInfo();
 
-// Accessors: ask a switch and return 0, or -1 when the query fails. The value goes into the kept
-// record only when the domain is local; a failure leaves the record as it was. The first four
-// always ask the local switch.
-int ReadLocalDomainId();                         // "Get.Oper.Switch.DomainID"
-int ReadMergeMode();                             // "Get.Config.Zoning.MergeMode"
-int ReadProxyEnable();                           // "Get.Config.Snmp.ProxyEnable"
-int ReadSwitchType();                            // "Get.Oper.Switch.Type"
-int ReadChassisCount(std::uint32_t domain);      // "Get.Oper.Switch.Chassis"
-int ReadBladeCount(std::uint32_t domain);        // "Get.Oper.Chassis.0.Blades"
-int ReadMaxPorts(std::uint32_t domain);          // kMaxPortsCommand
-int ReadSwitchWwn(std::uint32_t domain);         // "Get.Config.Mfg.WWN"
-int ReadPowerSupplyCount(std::uint32_t domain);  // "Get.Oper.Chassis.0.PowerSupplies"
-int ReadFanCount(std::uint32_t domain);          // "Get.Oper.Chassis.0.Fans"
-int ReadTempSensorCount(std::uint32_t domain,
-                        std::uint32_t blade);  // "Get.Oper.Blade.%d.TempSensors"
-int ReadSysObjectId(std::uint32_t domain);     // "Get.Config.Snmp.SysObjectID"
-// The flag itself, 1 or 0; a failed query counts as "False". "Get.Config.Mfg.Allow4GPorts"
-std::uint32_t ReadAllow4GPorts(std::uint32_t domain);
+// Reads one fact of the local switch. Returns 0, or -1 when the query fails, which leaves what was
+// kept; but without an answer no 4 Gb/s ports are allowed.
+int ReadFact(Fact fact);
 
-// Getters: the kept value for a local domain; for any other a fresh one (a count may be kept, see
-// KeepAnsweredCounts), or the default where the switch does not answer: 0,
-// kNoWwn, "0.0.0.0". A returned text holds until the next call here.
-std::uint32_t GetChassisCount(std::uint32_t domain);
-std::uint32_t GetBladeCount(std::uint32_t domain);
-std::uint32_t GetMaxPorts(std::uint32_t domain);
-std::uint32_t GetPowerSupplyCount(std::uint32_t domain);
-std::uint32_t GetFanCount(std::uint32_t domain);
-std::uint32_t GetTempSensorCount(std::uint32_t domain, std::uint32_t blade);
-const char* GetSwitchWwn(std::uint32_t domain);
-const char* GetSysObjectId(std::uint32_t domain);
-std::uint32_t GetAllow4GPorts(std::uint32_t domain);
+// A number of a switch: the kept one of the local switch; any other is asked (an answer may be
+// kept, see KeepAnsweredCounts), 0 when it does not answer.
+std::uint32_t AskNumber(std::uint32_t domain, Fact fact, std::uint32_t blade = 0);
 
-// Whether the last count asked for was answered, be it with a no: a default that stands for silence
-// must not become a value.
+// A text of a switch, likewise: kNoWwn or "0.0.0.0" when it does not answer. It holds until the
+// next call here.
+const char* AskText(std::uint32_t domain, Fact fact);
+
+// Whether the last number asked for was answered, be it with a no: a default that stands for
+// silence must not become a value.
 bool WasAnswered();
 
-// From here on, until they are forgotten, a count that another switch has answered is asked once.
+// From here on, until they are forgotten, a number that another switch has answered is asked once.
 // For the length of a manager's request.
 void KeepAnsweredCounts();
 void ForgetAnsweredCounts();
 
-// Kept values, without a query. Any thread.
-std::uint32_t GetMergeMode();
-std::uint32_t GetLocalDomainId();
+// The kept value. Any thread.
 std::uint32_t GetProxyEnable();
-
-// Whether a domain id means the local switch: 0 or the local domain id. Any thread.
-bool IsLocalDomain(std::uint32_t domain);
-
-// Whether a port number is below the local switch's maximum ports.
-bool IsLocalPort(std::uint32_t port);
 
 // Whether the local switch is a blade in a server chassis, by its type.
 bool IsBladeType();
 
-// Forgets everything kept.
+// Forgets everything kept; part of start-up.
 void ResetSwitchInfo();
 
 }  // namespace snmpmain

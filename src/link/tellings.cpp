@@ -14,9 +14,9 @@
 
 #include "src/base/progress.h"
 #include "src/base/trace_log.h"
+#include "src/link/addressing.h"
 #include "src/link/notify_queue.h"
 #include "src/link/reachability.h"
-#include "src/link/switch_info.h"
 
 namespace snmpmain {
 namespace {
@@ -248,8 +248,10 @@ Line* FindLine(std::uint32_t sequence) {
 // How a reply ends the line's first telling.
 Outcome OutcomeOf(const Line& line, const ReplyFrame& reply) {
     ReplyText text;
-    const bool counts = line.waiting.front().status == StatusByte::kCounts;
-    if (CheckReplyFrame(reply, kMinFrameSize, text, counts) != 0) {
+    if (CheckReplyFrame(reply, kMinFrameSize, text) != 0) {
+        if (line.waiting.front().status == StatusByte::kCounts) {
+            SetFabricUpdatePending(true);
+        }
         return Outcome::kRefused;
     }
     TraceLog(kTrace, "%-3d<< %s", line.waiting.front().domain, text.data());

@@ -10,7 +10,7 @@
 namespace snmpmain {
 
 const char* WwnOfUnit(const Instance& instance) {
-    const char* wwn = IsLocalDomain(instance.domain) ? GetSwitchWwn(instance.domain)
+    const char* wwn = IsLocalDomain(instance.domain) ? AskText(instance.domain, Fact::kWwn)
                                                      : GetWWNfromIndex(instance.unit);
     return wwn == nullptr || wwn[0] == '\0' ? kNoWwn : wwn;
 }
@@ -23,7 +23,7 @@ int QueryClasses(const Column& column, const Instance& instance, MibValue& value
 }
 
 int ReadPortCount(const Column&, const Instance& instance, MibValue& value) {
-    const std::uint32_t ports = GetMaxPorts(instance.domain);
+    const std::uint32_t ports = AskNumber(instance.domain, Fact::kMaxPorts);
     return WasAnswered() ? SetNumber(value, ports) : -1;
 }
 

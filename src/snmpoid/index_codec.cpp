@@ -196,7 +196,7 @@ void SplitDottedNumbers(const char* text, std::span<std::uint32_t> numbers, std:
 std::size_t GetSysObjectIDOID(std::span<oid> names) {
     std::array<std::uint32_t, MAX_OID_LEN> numbers;
     std::size_t count = 0;
-    SplitDottedNumbers(GetSysObjectId(0), numbers, count);
+    SplitDottedNumbers(AskText(0, Fact::kSysObjectId), numbers, count);
     count = std::min(count, names.size());
     std::copy_n(numbers.begin(), count, names.begin());
     return count;

@@ -381,7 +381,7 @@ int GetNextUnitPort(const variable* vp, oid* name, std::size_t* length, std::uin
     constexpr UnitRowWalk kWalk{FollowingUnit::kKeepsRow, "Starting port index...",
                                 "Ending value index....", 0, kPortNumberBits};
     const auto find = [](std::uint32_t domain, std::uint32_t row) {
-        return row < GetMaxPorts(domain);
+        return row < AskNumber(domain, Fact::kMaxPorts);
     };
     return GetNextUnitRow(kWalk, find, vp, name, length, unit, port);
 }
@@ -545,7 +545,7 @@ int GetNextModulePort(const variable* vp, oid* name, std::size_t* length, std::u
     TraceNumber("Starting unit index...", foundUnit);
     TraceNumber("Starting port index...", port);
     const auto find = [](std::uint32_t domain, std::uint32_t row) {
-        return row < GetMaxPorts(domain);
+        return row < AskNumber(domain, Fact::kMaxPorts);
     };
     const auto write = [&](std::uint32_t rowUnit, std::uint32_t row) {
         names[0] = oid{rowUnit} + 1;

@@ -266,13 +266,13 @@ Progress StepWalk() {
             NoteChangesFromNowOn();
             return PingSwitchMgmt(0) == 0 ? GoOn(WalkPhase::kDomainId) : Progress::kFailed;
         case WalkPhase::kDomainId:
-            ReadLocalDomainId();
+            ReadFact(Fact::kLocalDomainId);
             return GoOn(WalkPhase::kProxy);
         case WalkPhase::kProxy:
-            ReadProxyEnable();
+            ReadFact(Fact::kProxyEnable);
             return GoOn(WalkPhase::kMergeMode);
         case WalkPhase::kMergeMode:
-            ReadMergeMode();
+            ReadFact(Fact::kMergeMode);
             return GoOn(WalkPhase::kNextDomain);
         case WalkPhase::kNextDomain:
             return AskForDomain();
@@ -485,9 +485,9 @@ void BeginConnUnitTableRefresh() {
 
 Progress RefreshConnUnitTable() {
     // A status byte that the refresh itself has met is no reason for another one.
-    const std::uint16_t pendingBefore = fabricUpdatePending;
+    const bool pendingBefore = IsFabricUpdatePending();
     const Progress progress = StepRefresh();
-    fabricUpdatePending = pendingBefore;
+    SetFabricUpdatePending(pendingBefore);
     return progress;
 }
 
@@ -539,9 +539,9 @@ int RefreshNextUnitStatus() {
         }
         state.statusReading.emplace(connUnitTbl[state.statusRow].domainId);
     }
-    const std::uint16_t pendingBefore = fabricUpdatePending;
+    const bool pendingBefore = IsFabricUpdatePending();
     const Progress progress = state.statusReading->Step();
-    fabricUpdatePending = pendingBefore;
+    SetFabricUpdatePending(pendingBefore);
     if (progress != Progress::kMore) {
         SetUnitStatus(connUnitTbl[state.statusRow].domainId, state.statusReading->Status());
         state.statusWanted.reset(state.statusRow);

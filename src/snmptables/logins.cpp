@@ -136,7 +136,7 @@ void SetPortId(const SwitchLogins& ofSwitch, const PortLogins& logins, Login& lo
 }
 
 std::uint32_t PortsAsked(std::uint32_t domain) {
-    return std::min(GetMaxPorts(domain), kMaxPortsAsked);
+    return std::min(AskNumber(domain, Fact::kMaxPorts), kMaxPortsAsked);
 }
 
 }  // namespace

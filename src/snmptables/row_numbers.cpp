@@ -25,11 +25,11 @@ EntryId ReadEntryId(const ReplyText& entry, std::uint32_t& id) {
 }
 
 std::uint32_t ChassisOf(std::uint32_t domain) {
-    return std::min(GetChassisCount(domain), kMaxChassis);
+    return std::min(AskNumber(domain, Fact::kChassis), kMaxChassis);
 }
 
 std::uint32_t BladesOf(std::uint32_t domain) {
-    return std::min(GetBladeCount(domain), kMaxBlades);
+    return std::min(AskNumber(domain, Fact::kBlades), kMaxBlades);
 }
 
 // Counts `row` down by `rows`. True when it lies within them; then it is the number among them.
@@ -124,11 +124,11 @@ std::uint32_t PartCounts::Chassis() {
 }
 
 std::uint32_t PartCounts::PowerSupplies() {
-    return Known(powerSupplies_, [&] { return GetPowerSupplyCount(domain_); });
+    return Known(powerSupplies_, [&] { return AskNumber(domain_, Fact::kPowerSupplies); });
 }
 
 std::uint32_t PartCounts::Fans() {
-    return Known(fans_, [&] { return GetFanCount(domain_); });
+    return Known(fans_, [&] { return AskNumber(domain_, Fact::kFans); });
 }
 
 std::uint32_t PartCounts::Blades() {
@@ -136,7 +136,8 @@ std::uint32_t PartCounts::Blades() {
 }
 
 std::uint32_t PartCounts::TempSensors(std::uint32_t blade) {
-    return Known(tempSensors_[blade], [&] { return GetTempSensorCount(domain_, blade); });
+    return Known(tempSensors_[blade],
+                 [&] { return AskNumber(domain_, Fact::kTempSensors, blade); });
 }
 
 std::uint16_t GetSensorCount(std::uint32_t domain) {
@@ -224,7 +225,7 @@ SensorRef RevisionOfFirstChassis(std::uint32_t row) {
 
 int GetModuleAndPort(std::uint32_t domain, std::uint32_t portNumber, std::uint32_t& module,
                      std::uint32_t& port) {
-    if (portNumber >= GetMaxPorts(domain)) {
+    if (portNumber >= AskNumber(domain, Fact::kMaxPorts)) {
         return -1;
     }
     module = 0;

@@ -38,8 +38,7 @@ bool IsBeingReset(std::uint32_t domain) {
     return GetUnitReset(domain, reset) == 0 && reset == 1;
 }
 
-constexpr std::uint32_t (*kCounters[])(std::uint32_t) = {GetPowerSupplyCount, GetFanCount,
-                                                         GetBladeCount, GetMaxPorts};
+constexpr Fact kCounts[] = {Fact::kPowerSupplies, Fact::kFans, Fact::kBlades, Fact::kMaxPorts};
 
 }  // namespace
 
@@ -130,7 +129,7 @@ std::uint32_t UnitStatusReading::CountOf(Part part) const {
         case Part::kUnit:
             return 1;
         default:
-            return std::size(kCounters);
+            return std::size(kCounts);
     }
 }
 
@@ -147,7 +146,7 @@ int UnitStatusReading::Judge() {
         case Part::kUnit:
             return JudgeOperState();
         default:
-            counts_[index_] = kCounters[index_](domain_);
+            counts_[index_] = AskNumber(domain_, kCounts[index_]);
             return WasAnswered() ? 0 : -1;
     }
 }

@@ -304,7 +304,7 @@ int GetUnitAndPortFromFlatPort(std::uint32_t flatPort, FlatPort& found) {
         if (!IsUsed(row)) {
             break;
         }
-        const std::uint32_t ports = GetMaxPorts(row.domainId);
+        const std::uint32_t ports = AskNumber(row.domainId, Fact::kMaxPorts);
         if (port < ports) {
             found = {row.domainId, IndexOf(row), port};
             return 0;
@@ -330,7 +330,7 @@ std::uint16_t GetRowsEnd() {
 
 bool IsPortOfLocalUnit(std::uint32_t port) {
     const ConnUnitEntry* row = RowOfDomainOrLocal(0);
-    return row != nullptr && port < GetMaxPorts(row->domainId);
+    return row != nullptr && port < AskNumber(row->domainId, Fact::kMaxPorts);
 }
 
 }  // namespace snmpmain

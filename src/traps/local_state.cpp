@@ -161,7 +161,9 @@ std::uint16_t* SensorAt(std::uint16_t sensor) {
 }
 
 PortStates* PortAt(std::uint16_t port) {
-    return port < GetMaxPorts(kLocal) && port < table.ports.size() ? &table.ports[port] : nullptr;
+    return port < AskNumber(kLocal, Fact::kMaxPorts) && port < table.ports.size()
+               ? &table.ports[port]
+               : nullptr;
 }
 
 int Unchanged() {
@@ -206,7 +208,7 @@ Compared CompareUnitStatus() {
 int Allocate(LocalStateTable& fresh) {
     try {
         fresh.sensors.resize(GetSensorCount(kLocal));
-        fresh.ports.resize(std::min(GetMaxPorts(kLocal), kMaxPortsAsked));
+        fresh.ports.resize(std::min(AskNumber(kLocal, Fact::kMaxPorts), kMaxPortsAsked));
     } catch (const std::bad_alloc&) {
         return -1;
     }
@@ -392,7 +394,7 @@ std::uint16_t CountKeptSensors() {
 
 std::uint16_t CountKeptPorts() {
     return static_cast<std::uint16_t>(
-        std::min<std::size_t>(GetMaxPorts(kLocal), table.ports.size()));
+        std::min<std::size_t>(AskNumber(kLocal, Fact::kMaxPorts), table.ports.size()));
 }
 
 }  // namespace snmpmain

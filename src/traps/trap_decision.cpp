@@ -90,15 +90,16 @@ std::uint16_t SensorOf(const Decision& decision) {
             return static_cast<std::uint16_t>(number - 1);
         case kFanBad:
         case kFanGood:
-            return static_cast<std::uint16_t>(number - 1 + GetPowerSupplyCount(domain));
+            return static_cast<std::uint16_t>(number - 1 + AskNumber(domain, Fact::kPowerSupplies));
         default:
             break;
     }
-    const std::uint32_t firstBlade = GetPowerSupplyCount(domain) + GetFanCount(domain);
+    const std::uint32_t firstBlade =
+        AskNumber(domain, Fact::kPowerSupplies) + AskNumber(domain, Fact::kFans);
     if (decision.kind <= kTempOverheating) {
         return static_cast<std::uint16_t>(firstBlade);
     }
-    const std::uint32_t blades = GetBladeCount(domain);
+    const std::uint32_t blades = AskNumber(domain, Fact::kBlades);
     return static_cast<std::uint16_t>(blades == 1 ? 0 : firstBlade + blades);
 }
 

@@ -109,7 +109,7 @@ Progress StepUnitTable() {
     if (progress == Progress::kDone || progress == Progress::kFailed) {
         const bool done = progress == Progress::kDone;
         if (std::exchange(state.forStatusByte, false) && !done) {
-            fabricUpdatePending = 1;
+            SetFabricUpdatePending(true);
         }
         if (std::exchange(state.forReturn, false) && done) {
             ForgetReturned();
@@ -163,7 +163,7 @@ void MarkUpkeep(Upkeep what) {
 }
 
 void MarkUnitTableForStatusByte() {
-    fabricUpdatePending = 0;
+    SetFabricUpdatePending(false);
     state.forStatusByte = true;
     MarkUpkeep(Upkeep::kUnitTable);
 }

@@ -22,7 +22,7 @@ constexpr std::size_t kUpkeeps = 5;
 
 void MarkUpkeep(Upkeep what);
 
-// The unit table is to be refreshed on account of a status byte: `fabricUpdatePending` is cleared,
+// The unit table is to be refreshed on account of a status byte: what is pending is cleared,
 // and set again when the refresh fails.
 void MarkUnitTableForStatusByte();
 

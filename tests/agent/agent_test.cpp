@@ -109,7 +109,7 @@ TEST_F(IdleStepTest, WorkIsDoneInOrderOfPrecedence) {
     record.kind = 29;  // nothing to refresh
     NotifyQueue::Put(record);
     NotifyQueue::Put(record);
-    fabricUpdatePending = 1;
+    SetFabricUpdatePending(true);
     ASSERT_EQ(unitStatusRefreshPending, 1);
 
     std::vector<std::string> texts;
@@ -119,7 +119,7 @@ TEST_F(IdleStepTest, WorkIsDoneInOrderOfPrecedence) {
         std::ranges::move(TakeTexts(), std::back_inserter(texts));
         EXPECT_TRUE(!NotifyQueue::Pending() || texts.empty());
     }
-    EXPECT_EQ(fabricUpdatePending, 0);
+    EXPECT_FALSE(IsFabricUpdatePending());
     EXPECT_EQ(unitStatusRefreshPending, 0);
     const auto walk = std::ranges::find(texts, "Get.Oper.Fabric.FirstDomainID");
     const auto status = std::ranges::find(texts, "Get.Oper.Switch.OperState");
@@ -129,16 +129,16 @@ TEST_F(IdleStepTest, WorkIsDoneInOrderOfPrecedence) {
 
 TEST_F(IdleStepTest, FabricUpdateStaysPendingAndIsTriedOnceInHalfAMinute) {
     Discover();
-    fabricUpdatePending = 1;
+    SetFabricUpdatePending(true);
     server.SetValue(0, "Oper.Fabric.Entry.7.WWN", std::nullopt);
     const auto end = ReachClock::now() + std::chrono::seconds(10);
     do {
         AgentIdleStep();
-    } while (fabricUpdatePending == 0 && ReachClock::now() < end);
-    EXPECT_EQ(fabricUpdatePending, 1);
+    } while (!IsFabricUpdatePending() && ReachClock::now() < end);
+    EXPECT_TRUE(IsFabricUpdatePending());
     TakeTexts();
     AgentIdleStep();
-    EXPECT_EQ(fabricUpdatePending, 1);
+    EXPECT_TRUE(IsFabricUpdatePending());
     EXPECT_EQ(CountTexts("DomainID"), 0);
 }
 

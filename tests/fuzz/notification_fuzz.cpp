@@ -134,7 +134,7 @@ class Agent {
     static void ForgetTheLast() {
         NotifyQueue::Reset();
         ResetUnitStatusMemo();
-        fabricUpdatePending = 0;
+        SetFabricUpdatePending(false);
         for (std::uint16_t unit = 0; unit < GetUnitCount(); ++unit) {
             SetUnitReset(connUnitTbl[unit].domainId, 0);
         }

@@ -119,7 +119,7 @@ class Agent {
         switch_.SetReplier([&](const sim::Request& request, const Datagram& proper) {
             return std::vector<Datagram>{Answer(texts, (bits & kRefusing) != 0, request, proper)};
         });
-        ReadSwitchType();
+        ReadFact(Fact::kSwitchType);
         Require(InitSnmpdConf() == 0, "both sides agree");
         changes_ = 0;
         root.Save({reinterpret_cast<const char*>(saved.data()), saved.size()});

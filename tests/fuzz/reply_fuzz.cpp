@@ -142,13 +142,13 @@ class Requester {
         const auto text = std::make_unique<ReplyText>();
         std::uint32_t value = 1;
         text->fill('?');
-        fabricUpdatePending = 0;
+        SetFabricUpdatePending(false);
         const char* const command = (bits & kSetCommand) != 0 ? "Set.Cmd" : "Get.Oper";
         const std::uint16_t result = SwitchMgmtQuery(0, command, *text, type, &value);
         switch_.SetReplier(nullptr);
 
         const bool isRefused = reply[2] != 0;
-        Require(fabricUpdatePending == (isRefused ? 1 : 0), "status");
+        Require(IsFabricUpdatePending() == isRefused, "status");
         if (isRefused) {
             Require(result == kQueryFailed && value == 0 && (*text)[0] == '\0', "nothing is taken");
             return;

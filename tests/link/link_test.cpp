@@ -78,6 +78,7 @@ TEST_F(LinkTest, QueriesConvertAndReportErrorNumbers) {
     const Answer answer = AskSwitch(0, "Get.Oper.Switch.Type", text, kString);
     EXPECT_EQ(answer.outcome, Outcome::kRefused);
     EXPECT_EQ(answer.code, kQueryFailed);
+    EXPECT_TRUE(IsFabricUpdatePending());
 }
 
 TEST_F(LinkTest, SequencesIncreaseByOneAndWrapWithinTheirRange) {

@@ -105,7 +105,7 @@ TEST_F(TellingsTest, NoRequestTakesTheSequenceOfOneUnderWay) {
 
 TEST_F(TellingsTest, ASilentSwitchIsToldNothingAndHoldsUpNobody) {
     server.WithFabric([](sim::Fabric& fabric) { fabric.Find(7)->silent = true; });
-    EXPECT_EQ(GetMaxPorts(7), 0u);  // notices it
+    EXPECT_EQ(AskNumber(7, Fact::kMaxPorts), 0u);  // notices it
     TellBoth("A");
     while (IsTelling()) {
         AwaitTellings(10ms);

@@ -54,7 +54,7 @@ class SilenceTest : public MibTest {
     void Silence(std::uint32_t domain, bool silent) {
         server.WithFabric([&](sim::Fabric& fabric) { fabric.Find(domain)->silent = silent; });
         if (silent) {
-            EXPECT_EQ(GetMaxPorts(domain), 0u);  // notices it
+            EXPECT_EQ(AskNumber(domain, Fact::kMaxPorts), 0u);  // notices it
         }
         EXPECT_TRUE(
             Within(4s, [&] { return silent ? SilentFor(domain) > 0s : IsAnswering(domain); }));

@@ -230,7 +230,6 @@ TEST_F(UnitTableTest, FlatPortsCountThroughTheUnitsInRowOrder) {
         EXPECT_EQ(GetUnitAndPortFromFlatPort(flatPort, found), 0);
         EXPECT_EQ(std::tie(found.domain, found.unitIndex, found.port), expected);
         EXPECT_EQ(IsPortOfLocalUnit(flatPort), flatPort == 15);
-        EXPECT_EQ(IsLocalPort(flatPort), flatPort == 15);
     }
     EXPECT_EQ(GetUnitAndPortFromFlatPort(48, found), -1);
 }

@@ -52,7 +52,7 @@ class SwitchTest : public testing::Test {
         ResetUnitStatusMemo();
         ResetLogins();
         NotifyQueue::Reset();
-        fabricUpdatePending = 0;
+        SetFabricUpdatePending(false);
         SetDepartureHandler(nullptr);
         SetRegistrationHandler(nullptr);
     }

@@ -54,7 +54,7 @@ TEST_F(NotificationsTest, RecordsCarryDomainKindAndText) {
     EXPECT_EQ(Receive(Frame(7 << 16, " 29;x")), "7 29  29;x");
     EXPECT_EQ(Receive(Frame(97 << 16, "29;x")), "97 29 29;x");
     server.WithFabric([](sim::Fabric& fabric) { fabric.mergeMode = "Interop_2"; });
-    ASSERT_EQ(ReadMergeMode(), 0);
+    ASSERT_EQ(ReadFact(Fact::kMergeMode), 0);
     EXPECT_EQ(Receive(Frame(97 << 16, "29;x")), "1 29 29;x");
     EXPECT_EQ(Receive(Frame(96 << 16, "29;x")), "96 29 29;x");
 }
@@ -97,7 +97,7 @@ TEST_F(NotificationsTest, DispatchRefreshesWhatTheKindConcerns) {
     EXPECT_EQ(WalksAfter(7, 32, "[Unit status change][2][7]"), 0);
     server.SetValue(0, "Oper.Switch.MaxPorts", "12");
     WalksAfter(2, 36);
-    EXPECT_EQ(GetMaxPorts(0), 12u);
+    EXPECT_EQ(AskNumber(0, Fact::kMaxPorts), 12u);
     // Logins are kept until the switch itself tells of its name server.
     Login login{};
     EXPECT_EQ(FindLogin(7, login), 0);

@@ -60,7 +60,7 @@ int ReadSpeed(const Column& column, const Instance& instance, MibValue& value) {
     }
     std::uint32_t speed = WholeWord(kSpeeds, value.text.data());
     if (speed == kSpeedUnknown) {
-        speed = GetAllow4GPorts(instance.domain) != 0 ? kSpeed4G : kSpeed2G;
+        speed = AskNumber(instance.domain, Fact::kAllow4GPorts) != 0 ? kSpeed4G : kSpeed2G;
     }
     return SetNumber(value, speed);
 }

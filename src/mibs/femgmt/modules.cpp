@@ -16,7 +16,7 @@ namespace snmpmain::femgmt {
 namespace {
 
 int ReadLocalWwn(const Column&, const Instance&, MibValue& value) {
-    return SetHexOctets(value, GetSwitchWwn(GetLocalDomainId()), kWwnSize);
+    return SetHexOctets(value, AskText(GetLocalDomainId(), Fact::kWwn), kWwnSize);
 }
 
 // The numbers of a dotted text; a text without a dot is no object id.
