@@ -15,6 +15,7 @@
 #include "src/agent/signals.h"
 #include "src/agent/sub_agent.h"
 #include "src/base/clock.h"
+#include "src/base/main_thread.h"
 #include "src/base/paths.h"
 #include "src/conf/snmpd_conf.h"
 #include "src/link/link.h"
@@ -171,6 +172,7 @@ bool ServeRequests(bool polls) {
 
 int main(int argc, char** argv) {
     using namespace snmpmain;
+    MarkMainThread();
     Options options;
     if (ParseOptions(argc, argv, options) != 0) {
         return EXIT_FAILURE;

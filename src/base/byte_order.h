@@ -1,5 +1,5 @@
 // Big-endian loads and stores for wire fields. They go byte by byte, so they are right on a host of
-// either byte order and at any alignment.
+// either byte order and at any alignment. Any thread.
 #pragma once
 
 #include <cstdint>

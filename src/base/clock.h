@@ -8,7 +8,7 @@ namespace snmpmain {
 const char* ClockStamp();
 
 // The local time as "%a %b %e %H:%M:%S %Z %Y", in a static 40-byte buffer per thread that the
-// thread's next call overwrites.
+// thread's next call overwrites. Any thread.
 const char* DateTimeString();
 
 // Takes over a time zone that the machine has changed to. Any thread.

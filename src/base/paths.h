@@ -1,4 +1,4 @@
-// The agent's fixed paths, movable for tests and demonstrations.
+// The agent's fixed paths, movable for tests and demonstrations. Any thread.
 #pragma once
 
 #include <string>

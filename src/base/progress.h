@@ -1,5 +1,5 @@
 // Deferred work is done in slices, between which the main loop serves requests. A piece of work is
-// a state and a function for its next step.
+// a state and a function for its next step. Main thread only.
 #pragma once
 
 #include <chrono>

@@ -1,5 +1,5 @@
 // Bounded operations on NUL-terminated texts in fixed buffers, and the readings of numbers that
-// switch management's texts need. Nothing here allocates or depends on the locale.
+// switch management's texts need. Nothing here allocates or depends on the locale. Any thread.
 #pragma once
 
 #include <cstddef>

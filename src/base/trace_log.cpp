@@ -56,19 +56,9 @@ void SetDiagnosticLevel(std::uint8_t level) {
     state.level = level;
 }
 
-std::uint8_t DiagnosticLevel() {
-    return state.level;
-}
-
 void OpenTraceLog() {
     ::openlog("SNMP", 0, LOG_USER);
     state.open = true;
-}
-
-void ResetTraceLog() {
-    ::closelog();
-    state.open = false;
-    state.level = kSilentLevel;
 }
 
 }  // namespace snmpmain

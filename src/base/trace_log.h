@@ -17,16 +17,14 @@ constexpr int kSilentLevel = 3;  // above every message: nothing passes
 // the formatted length (at most 511). Any thread; not from signal handlers.
 int TraceLog(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-// Whether a message of this level would be written: lets a caller skip costly arguments.
+// Whether a message of this level would be written: lets a caller skip costly arguments. Any
+// thread.
 bool IsTraced(int level);
 
+// Any thread.
 void SetDiagnosticLevel(std::uint8_t level);
-std::uint8_t DiagnosticLevel();
 
 // Opens the system log with identity "SNMP", no options, facility user. Main thread only.
 void OpenTraceLog();
-
-// Back to the state before start-up: level 3, log not open. Main thread only.
-void ResetTraceLog();
 
 }  // namespace snmpmain

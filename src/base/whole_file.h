@@ -1,5 +1,5 @@
 // Replacing a file's content so that whoever reads it finds the old one or the new one, whatever
-// happens meanwhile: a full disk, a kill, a power cut.
+// happens meanwhile: a full disk, a kill, a power cut. Any thread, one at a time for a file.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Reply words and the numbers they stand for, as small ordered tables.
+// Reply words and the numbers they stand for, as small ordered tables. Any thread.
 #pragma once
 
 #include <cstdint>

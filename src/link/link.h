@@ -1,6 +1,6 @@
 // The link to switch management: one UDP socket, one request at a time (and what nobody waits for,
 // tellings.h and reachability.h), replies matched to requests by sequence number, and a thread that
-// receives notifications while nothing is asked.
+// receives notifications while nothing is asked. Any thread, where nothing else is said.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@ constexpr std::uint16_t kQueryFailed = 0xFFFF;
 constexpr std::size_t kCommandSize = 520;
 
 // Whether a reply has carried a non-zero status byte: the fabric may have changed, and the main
-// loop refreshes the unit table and clears this. Any thread.
+// loop refreshes the unit table and clears this.
 bool IsFabricUpdatePending();
 void SetFabricUpdatePending(bool isPending);
 
@@ -29,16 +29,16 @@ void SetFabricUpdatePending(bool isPending);
 // dropped frame.
 using NotificationReceiver = int (*)(std::span<const std::uint8_t> frame);
 
-// Names the receiver of notifications; without one they are dropped. Call before InitLink.
+// Names the receiver of notifications; without one they are dropped. Main thread, before InitLink.
 void SetNotificationReceiver(NotificationReceiver receiver);
 
 // Opens the socket and starts the ListenThread, with messages on standard error. `remoteAddress` is
 // a dotted IPv4 address, or null for 127.0.0.1; the port is always SWITCH_MGMT_PORT. Requests later
-// go to whoever sent the last datagram. Returns 0 or -1. Call once; there is no way back.
+// go to whoever sent the last datagram. Returns 0 or -1. Main thread; once, there is no way back.
 int InitLink(const char* remoteAddress);
 
 // Prepares the request lock and starts the sequences at 0x10002, with messages on standard error.
-// Returns 0 or 0xFFFF.
+// Returns 0 or 0xFFFF. Main thread.
 std::uint16_t InitSendRecvLock();
 
 // How a question to a switch ended.

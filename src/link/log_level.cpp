@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "src/base/main_thread.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
 
@@ -24,6 +25,7 @@ constexpr LevelName kLevelNames[] = {
 }  // namespace
 
 int InitLogLevel() {
+    AssertMainThread();
     ReplyText reply;
     if (SwitchMgmtQuery(0, "Get.Oper.Switch.DevLogComp", reply, kString) != 0) {
         std::fputs("SNMP:Failed to get remote component\n", stderr);

@@ -6,6 +6,8 @@
 #include <atomic>
 #include <mutex>
 
+#include "src/base/main_thread.h"
+
 namespace snmpmain::NotifyQueue {
 namespace {
 
@@ -53,6 +55,7 @@ bool TakeLost() {
 }
 
 void Get(NotificationRecord& record) {
+    AssertMainThread();
     const std::lock_guard lock(queue.mutex);
     record = queue.slots[queue.readIndex];
     queue.readIndex = Following(queue.readIndex);
@@ -63,6 +66,7 @@ bool Pending() {
 }
 
 const NotificationRecord& Front() {
+    AssertMainThread();
     return queue.slots[queue.readIndex];
 }
 

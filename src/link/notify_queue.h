@@ -1,4 +1,5 @@
-// The queue of received notifications: filled by whoever receives, emptied by the main loop.
+// The queue of received notifications: filled by whoever receives, emptied by the main loop. Any
+// thread, where nothing else is said.
 #pragma once
 
 #include <array>
@@ -25,7 +26,7 @@ namespace NotifyQueue {
 // set. Call before any put; a second call keeps the descriptor.
 int Open();
 
-// Puts a copy of the record; when the ring is full the record is dropped. Any thread.
+// Puts a copy of the record; when the ring is full the record is dropped.
 void Put(const NotificationRecord& record);
 
 // Whether a record has been dropped since the last call.

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/link/link.h"
 #include "src/link/worked_with.h"
@@ -110,6 +111,7 @@ void Keep(Fact fact, std::uint32_t blade, std::uint32_t number, const char* text
 // Asks a switch, and keeps what the local one answers. Whoever works with that has it compared
 // later. Returns 0, or -1 when the query fails; but a missing 4 Gb/s flag is a "False".
 int Ask(std::uint32_t domain, Fact fact, std::uint32_t blade, std::uint32_t& number) {
+    AssertMainThread();
     const FactRow& row = RowOf(fact);
     std::array<char, kCommandSize> command;
     FormatText(command, row.command, blade);
@@ -134,12 +136,6 @@ int Ask(std::uint32_t domain, Fact fact, std::uint32_t blade, std::uint32_t& num
     return 0;
 }
 
-int ReadLocal(Fact fact, std::uint32_t blade) {
-    const std::uint32_t domain = fact <= Fact::kSwitchType ? 0 : GetLocalDomainId();
-    std::uint32_t number = 0;
-    return Ask(domain, fact, blade, number);
-}
-
 constexpr std::string_view kBladeTypes[] = {
     "SwitchBlade",     "GenericBlade",     "TelcoSwitchBlade",     "TelcoGenericBlade",
     "SwitchBlade20",   "GenericBlade20",   "TelcoSwitchBlade20",   "TelcoGenericBlade20",
@@ -154,6 +150,7 @@ int InitSwitchInfo() {
 }
 
 void BeginSwitchInfo() {
+    AssertMainThread();
     ForgetWorkedWith(Worker::kSwitchInfo);  // there may be fewer blades now
     reading = {};
 }
@@ -164,18 +161,21 @@ Progress StepSwitchInfo() {
         ++reading.fact;
     }
     const auto fact = static_cast<Fact>(reading.fact);
-    const int result = ReadLocal(fact, reading.blade);
+    const int result = ReadFact(fact, reading.blade);
     (fact == Fact::kTempSensors ? reading.blade : reading.fact) += 1;
     return result != 0                  ? Progress::kFailed
            : reading.fact == kFactCount ? Progress::kDone
                                         : Progress::kMore;
 }
 
-int ReadFact(Fact fact) {
-    return ReadLocal(fact, 0);
+int ReadFact(Fact fact, std::uint32_t blade) {
+    const std::uint32_t domain = fact <= Fact::kSwitchType ? 0 : GetLocalDomainId();
+    std::uint32_t number = 0;
+    return Ask(domain, fact, blade, number);
 }
 
 std::uint32_t AskNumber(std::uint32_t domain, Fact fact, std::uint32_t blade) {
+    AssertMainThread();
     if (blade >= kMaxBlades) {
         return 0;
     }
@@ -197,6 +197,7 @@ std::uint32_t AskNumber(std::uint32_t domain, Fact fact, std::uint32_t blade) {
 }
 
 const char* AskText(std::uint32_t domain, Fact fact) {
+    AssertMainThread();
     if (IsLocalDomain(domain)) {
         return info.texts[PlaceOf(fact)].data();
     }
@@ -209,6 +210,7 @@ bool WasAnswered() {
 }
 
 void KeepAnsweredCounts() {
+    AssertMainThread();
     info.periods = info.periods == UINT32_MAX ? 1 : info.periods + 1;
     info.period = info.periods;
 }

@@ -48,7 +48,7 @@ Progress StepSwitchInfo();
 
 // Reads one fact of the local switch. Returns 0, or -1 when the query fails, which leaves what was
 // kept; but without an answer no 4 Gb/s ports are allowed.
-int ReadFact(Fact fact);
+int ReadFact(Fact fact, std::uint32_t blade = 0);
 
 // A number of a switch: the kept one of the local switch; any other is asked (an answer may be
 // kept, see KeepAnsweredCounts), 0 when it does not answer.

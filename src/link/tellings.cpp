@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "src/base/main_thread.h"
 #include "src/base/progress.h"
 #include "src/base/trace_log.h"
 #include "src/link/addressing.h"
@@ -284,6 +285,7 @@ TellingNumber NextTelling() {
 }
 
 void HandOutTold() {
+    AssertMainThread();
     if (!state.anyEnded) {
         return;
     }

@@ -14,6 +14,7 @@
 #include "sim/fabric.h"
 #include "sim/server.h"
 #include "src/agent/signals.h"
+#include "src/base/main_thread.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
@@ -36,11 +37,12 @@ class SwitchTest : public testing::Test {
     explicit SwitchTest(sim::Fabric fabric = sim::DefaultFabric())
         : server(std::move(fabric), Address()) {
         static const bool linked = [] {
+            MarkMainThread();
             return InitLink(Address().c_str()) == 0 && InitSendRecvLock() == 0;
         }();
         EXPECT_TRUE(linked);
         ::setenv("SNMPMAIN_ROOT", "/dev/null", 1);  // whoever runs tests may have a snmpd
-        ResetTraceLog();
+        SetDiagnosticLevel(kSilentLevel);
         ResetReachability();
         ResetTellings();
         ResetSwitchInfo();
