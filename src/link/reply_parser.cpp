@@ -1,7 +1,6 @@
 #include "src/link/reply_parser.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <limits>
 
@@ -53,29 +52,16 @@ bool SkipToField(Text*& at) {
 // Skips the first field and reads one number from each of the next ones; leaves `at` behind the "["
 // of the last.
 template <typename Text>
-int ReadNumberFields(Text*& at, std::span<std::uint16_t* const> numbers) {
+int ReadNumberFields(Text*& at, std::span<std::uint16_t> numbers) {
     if (!SkipToField(at)) {
         return -1;
     }
-    for (std::uint16_t* number : numbers) {
+    for (std::uint16_t& number : numbers) {
         if (!SkipToField(at)) {
             return -1;
         }
-        *number = static_cast<std::uint16_t>(ParseFirstNumber(at));
+        number = static_cast<std::uint16_t>(ParseFirstNumber(at));
     }
-    return 0;
-}
-
-// Reads the numbers and moves the text field that follows them to the start of `text`. The message
-// log names the second number, the domain.
-int ReadNumbersAndText(char* text, std::span<std::uint16_t* const> numbers) {
-    char* at = text;
-    if (ReadNumberFields(at, numbers) != 0 || !SkipToField(at)) {
-        return -1;
-    }
-    UnescapeEventText(at);
-    std::memmove(text, at, std::strlen(at) + 1);
-    TraceLog(kTrace, "%-3d<< %s", *numbers[1], text);
     return 0;
 }
 
@@ -114,22 +100,19 @@ std::uint32_t ParseFirstNumber(const char* text) {
     return ReadDecimal(text);
 }
 
-int ExtractTwoNumbers(const char* text, std::uint16_t& first, std::uint16_t& second) {
-    return ReadNumberFields(text, std::array{&first, &second});
+int ExtractNumbers(const char* text, std::span<std::uint16_t> numbers) {
+    return ReadNumberFields(text, numbers);
 }
 
-int ExtractThreeNumbers(const char* text, std::uint16_t& first, std::uint16_t& second,
-                        std::uint16_t& third) {
-    return ReadNumberFields(text, std::array{&first, &second, &third});
-}
-
-int ExtractTwoNumbersAndText(char* text, std::uint16_t& first, std::uint16_t& second) {
-    return ReadNumbersAndText(text, std::array{&first, &second});
-}
-
-int ExtractThreeNumbersAndText(char* text, std::uint16_t& first, std::uint16_t& second,
-                               std::uint16_t& third) {
-    return ReadNumbersAndText(text, std::array{&first, &second, &third});
+int ExtractNumbersAndText(char* text, std::span<std::uint16_t> numbers) {
+    char* at = text;
+    if (ReadNumberFields(at, numbers) != 0 || !SkipToField(at)) {
+        return -1;
+    }
+    UnescapeEventText(at);
+    std::memmove(text, at, std::strlen(at) + 1);
+    TraceLog(kTrace, "%-3d<< %s", numbers[1], text);
+    return 0;
 }
 
 void EscapeEventText(char* text) {

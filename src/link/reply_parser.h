@@ -1,4 +1,4 @@
-// Conversion of reply texts, and the numbered fields of notification texts.
+// Conversion of reply texts, and the numbered fields of notification texts. Any thread.
 #pragma once
 
 #include <cstddef>
@@ -25,16 +25,13 @@ constexpr const char* kListEnd = "*end*";
 std::int32_t ParseReturnValue(char* text, std::size_t size, int type, std::uint32_t* value);
 
 // The numbers in a text of fields that each begin with "[". The first field is skipped; a number is
-// the first decimal number behind the next "[", its low 16 bits, 0 when there is none. Each
-// operation returns -1 as soon as an expected "[" is missing (numbers read before are stored), else
-// 0. The variants with a text take everything behind the "[" that follows the numbers, clear the
-// top bit of its characters, put it at the start of `text` and log it.
-int ExtractTwoNumbers(const char* text, std::uint16_t& first, std::uint16_t& second);
-int ExtractThreeNumbers(const char* text, std::uint16_t& first, std::uint16_t& second,
-                        std::uint16_t& third);
-int ExtractTwoNumbersAndText(char* text, std::uint16_t& first, std::uint16_t& second);
-int ExtractThreeNumbersAndText(char* text, std::uint16_t& first, std::uint16_t& second,
-                               std::uint16_t& third);
+// the first decimal number behind the next "[", its low 16 bits, 0 when there is none. Returns 0,
+// or -1 as soon as an expected "[" is missing (numbers read before are stored). The variant with a
+// text takes everything behind the "[" that follows the numbers, clears the top bit of its
+// characters, puts it at the start of `text` and logs it as from the domain that the second number
+// is.
+int ExtractNumbers(const char* text, std::span<std::uint16_t> numbers);
+int ExtractNumbersAndText(char* text, std::span<std::uint16_t> numbers);
 
 // The first decimal number anywhere in the text, 0 when there is none.
 std::uint32_t ParseFirstNumber(const char* text);

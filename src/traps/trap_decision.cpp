@@ -1,6 +1,7 @@
 #include "src/traps/trap_decision.h"
 
 #include <cstring>
+#include <span>
 
 #include "src/base/clock.h"
 #include "src/link/reply_parser.h"
@@ -41,11 +42,48 @@ void CutLastCharacter(char* text) {
     }
 }
 
+// ---- traps, each of a sensor or port where it has one ----
+
+void ReportUnit(Decision& decision, std::uint16_t) {
+    ReportStatusChangeTrap(decision.domain, decision.trap);
+    decision.reported = true;
+}
+
+void ReportSensor(Decision& decision, std::uint16_t sensor) {
+    ReportSensorChangeTrap(decision.domain, sensor, decision.trap);
+    decision.reported = true;
+}
+
+void ReportPort(Decision& decision, std::uint16_t port) {
+    ReportPortChangeTrap(decision.domain, port, decision.trap);
+    decision.reported = true;
+}
+
+void ReportLinkState(Decision& decision, std::uint16_t port) {
+    decision.reported |= ReportLinkStateChangeTrap(decision.domain, port, decision.trap) == 0;
+}
+
+void ReportPortHwState(Decision& decision, std::uint16_t port) {
+    ReportPortHwStateEventTrap(decision.domain, decision.text, port, decision.trap);
+    decision.reported = true;
+}
+
+void ReportEvent(Decision& decision, std::uint16_t) {
+    ReportEventTrap(decision.domain, decision.text, decision.trap);
+    decision.reported = true;
+}
+
+void ReportUnitDeleted(Decision& decision, const char* wwn) {
+    ReportFabricChangeTrap(decision.domain, wwn, decision.trap);
+    decision.reported = true;
+}
+
+// ---- notifications ----
+
 void DecidePort(Decision& decision) {
     const std::uint16_t port = GetPortFromEventText(decision.text);
     if (!decision.IsLocal()) {
-        ReportPortChangeTrap(decision.domain, port, decision.trap);
-        decision.reported = true;
+        ReportPort(decision, port);
         return;
     }
     if (CheckPortStatusChange(port) != 0) {
@@ -55,7 +93,7 @@ void DecidePort(Decision& decision) {
     }
     if (CheckPortLinkStateChange(port) != 0) {
         SendPortLinkStateEvent(decision.kind, port);
-        decision.reported = ReportLinkStateChangeTrap(decision.domain, port, decision.trap) == 0;
+        ReportLinkState(decision, port);
     }
 }
 
@@ -66,8 +104,7 @@ void DecideUnit(Decision& decision) {
         }
         SendUnitStatusEvent(decision.kind);
     }
-    ReportStatusChangeTrap(decision.domain, decision.trap);
-    decision.reported = true;
+    ReportUnit(decision, 0);
 }
 
 // One report per reset: the flag stays until the unit is discovered anew.
@@ -111,118 +148,72 @@ void DecideSensor(Decision& decision, std::uint16_t sensor) {
         }
         SendSensorStateEvent(decision.kind, sensor);
     }
-    ReportSensorChangeTrap(decision.domain, sensor, decision.trap);
-    decision.reported = true;
+    ReportSensor(decision, sensor);
 }
 
 void DecideEvent(Decision& decision) {
     CutLastCharacter(decision.text);
     SendEventChangeEvent(decision.kind, decision.text);
-    ReportEventTrap(decision.domain, decision.text, decision.trap);
-    decision.reported = true;
+    ReportEvent(decision, 0);
 }
 
 void DecideGenericEvent(Decision& decision) {
     if (const char* event = std::strstr(decision.text, kPortHwStateEvent); event != nullptr) {
-        ReportPortHwStateEventTrap(decision.domain, decision.text,
-                                   static_cast<std::uint16_t>(ParseFirstNumber(event)),
-                                   decision.trap);
-        decision.reported = true;
+        ReportPortHwState(decision, static_cast<std::uint16_t>(ParseFirstNumber(event)));
     }
 }
 
 // ---- private events of other agents ----
 
-// Each reads its fields, takes over kind and domain, and builds the trap. Returns 0, or -1 when a
-// field is missing.
-int TakeUnitStatus(Decision& decision) {
-    if (ExtractTwoNumbers(decision.text, decision.kind, decision.domain) != 0) {
-        return -1;
-    }
-    ReportStatusChangeTrap(decision.domain, decision.trap);
-    decision.reported = true;
-    return 0;
-}
-
-int TakeSensorState(Decision& decision) {
-    std::uint16_t sensor = 0;
-    if (ExtractThreeNumbers(decision.text, decision.kind, decision.domain, sensor) != 0) {
-        return -1;
-    }
-    ReportSensorChangeTrap(decision.domain, sensor, decision.trap);
-    decision.reported = true;
-    return 0;
-}
-
-int TakePortStatus(Decision& decision) {
-    std::uint16_t port = 0;
-    if (ExtractThreeNumbers(decision.text, decision.kind, decision.domain, port) != 0) {
-        return -1;
-    }
-    ReportPortChangeTrap(decision.domain, port, decision.trap);
-    decision.reported = true;
-    return 0;
-}
-
-int TakePortLinkState(Decision& decision) {
-    std::uint16_t port = 0;
-    if (ExtractThreeNumbers(decision.text, decision.kind, decision.domain, port) != 0) {
-        return -1;
-    }
-    decision.reported |= ReportLinkStateChangeTrap(decision.domain, port, decision.trap) == 0;
-    return 0;
-}
-
-int TakePortHwState(Decision& decision) {
-    std::uint16_t port = 0;
-    if (ExtractThreeNumbersAndText(decision.text, decision.kind, decision.domain, port) != 0) {
-        return -1;
-    }
-    ReportPortHwStateEventTrap(decision.domain, decision.text, port, decision.trap);
-    decision.reported = true;
-    return 0;
-}
-
-int TakeEventChange(Decision& decision) {
-    if (ExtractTwoNumbersAndText(decision.text, decision.kind, decision.domain) != 0) {
-        return -1;
-    }
-    ReportEventTrap(decision.domain, decision.text, decision.trap);
-    decision.reported = true;
-    return 0;
-}
-
-// The search for the domain starts within the field of the kind, and so meets the same number.
-int TakeUnitDeleted(Decision& decision) {
-    const char* field = std::strchr(decision.text, '[');
-    if (field == nullptr) {
-        return -1;
-    }
-    decision.kind = static_cast<std::uint16_t>(ParseFirstNumber(field));
-    decision.domain = decision.kind;
-    ReportFabricChangeTrap(decision.domain, nullptr, decision.trap);
-    decision.reported = true;
-    return 0;
-}
-
 struct PrivateEvent {
     const char* name;
-    int (*take)(Decision& decision);
+    std::size_t numbers;  // its fields: kind, domain and perhaps a sensor or port
+    bool hasText;
+    void (*report)(Decision& decision, std::uint16_t part);
 };
 
 // In the order of the tests; one text may match several.
 constexpr PrivateEvent kPrivateEvents[] = {
-    {kUnitStatusEvent, TakeUnitStatus},   {kSensorStateEvent, TakeSensorState},
-    {kPortStatusEvent, TakePortStatus},   {kPortLinkStateEvent, TakePortLinkState},
-    {kPortHwStateEvent, TakePortHwState}, {kEventChangeEvent, TakeEventChange},
-    {kUnitDeletedEvent, TakeUnitDeleted},
+    {kUnitStatusEvent, 2, false, ReportUnit},
+    {kSensorStateEvent, 3, false, ReportSensor},
+    {kPortStatusEvent, 3, false, ReportPort},
+    {kPortLinkStateEvent, 3, false, ReportLinkState},
+    {kPortHwStateEvent, 3, true, ReportPortHwState},
+    {kEventChangeEvent, 2, true, ReportEvent},
 };
+
+// Takes over kind and domain of the event. Returns 0, or -1 when a field is missing.
+int TakePrivateEvent(const PrivateEvent& event, Decision& decision) {
+    std::uint16_t fields[] = {decision.kind, decision.domain, 0};
+    const auto numbers = std::span(fields).first(event.numbers);
+    const int result = event.hasText ? ExtractNumbersAndText(decision.text, numbers)
+                                     : ExtractNumbers(decision.text, numbers);
+    decision.kind = fields[0];
+    decision.domain = fields[1];
+    if (result == 0) {
+        event.report(decision, fields[2]);
+    }
+    return result;
+}
+
+// The search for the domain starts within the field of the kind, and so meets the same number.
+void TakeUnitDeleted(Decision& decision) {
+    if (const char* field = std::strchr(decision.text, '['); field != nullptr) {
+        decision.kind = static_cast<std::uint16_t>(ParseFirstNumber(field));
+        decision.domain = decision.kind;
+        ReportUnitDeleted(decision, nullptr);
+    }
+}
 
 void DecidePrivateEvent(Decision& decision) {
     for (const PrivateEvent& event : kPrivateEvents) {
-        if (std::strstr(decision.text, event.name) != nullptr && event.take(decision) != 0) {
+        if (std::strstr(decision.text, event.name) != nullptr &&
+            TakePrivateEvent(event, decision) != 0) {
             return;
         }
+    }
+    if (std::strstr(decision.text, kUnitDeletedEvent) != nullptr) {
+        TakeUnitDeleted(decision);
     }
 }
 
@@ -268,8 +259,7 @@ void Decide(Decision& decision) {
             DecideEvent(decision);
             break;
         case kUnitDeletedKind:
-            ReportFabricChangeTrap(decision.domain, decision.text, decision.trap);
-            decision.reported = true;
+            ReportUnitDeleted(decision, decision.text);
             decision.kind = kDepartureSeverityKind;
             break;
         default:

@@ -4,7 +4,7 @@
 
 #include <cstring>
 #include <string>
-#include <tuple>
+#include <vector>
 
 namespace snmpmain {
 namespace {
@@ -57,37 +57,39 @@ TEST(ParseReturnValue, ConvertsOrFailsByType) {
     }
 }
 
+using Numbers = std::vector<std::uint16_t>;
+
 TEST(FieldExtraction, ReadsTheNumbersBehindTheFirstField) {
-    std::uint16_t a = 0, b = 0, c = 0;
-    EXPECT_EQ(ExtractTwoNumbers("[name][kind 27][65537]", a, b), 0);
-    EXPECT_EQ(std::tie(a, b), std::tuple(27, 1));  // 16 bits
-    EXPECT_EQ(ExtractThreeNumbers("x[1][2][3][", a, b, c), 0);
-    EXPECT_EQ(std::tie(a, b, c), std::tuple(2, 3, 0));  // the text ends first
+    Numbers two(2), three(3);
+    EXPECT_EQ(ExtractNumbers("[name][kind 27][65537]", two), 0);
+    EXPECT_EQ(two, (Numbers{27, 1}));  // 16 bits
+    EXPECT_EQ(ExtractNumbers("x[1][2][3][", three), 0);
+    EXPECT_EQ(three, (Numbers{2, 3, 0}));  // the text ends first
 }
 
 TEST(FieldExtraction, MissingFieldFailsAfterStoringThoseBefore) {
-    std::uint16_t a = 7, b = 7, c = 7;
-    EXPECT_EQ(ExtractThreeNumbers("[n][1][2", a, b, c), -1);
-    EXPECT_EQ(std::tie(a, b, c), std::tuple(1, 2, 7));
+    Numbers numbers{7, 7, 7};
+    EXPECT_EQ(ExtractNumbers("[n][1][2", numbers), -1);
+    EXPECT_EQ(numbers, (Numbers{1, 2, 7}));
     for (const char* text : {"", "no brackets", "[only"}) {
-        EXPECT_EQ(ExtractTwoNumbers(text, a, b), -1) << text;
+        EXPECT_EQ(ExtractNumbers(text, numbers), -1) << text;
     }
 }
 
 TEST(FieldExtraction, TextFieldReplacesTheInputUnescaped) {
-    std::uint16_t a = 0, b = 0, c = 0;
+    Numbers two(2), three(3);
     char text[64] = "[a][1][2][hello";
-    EXPECT_EQ(ExtractTwoNumbersAndText(text, a, b), 0);
+    EXPECT_EQ(ExtractNumbersAndText(text, two), 0);
     EXPECT_STREQ(text, "hello");
     char carried[32] = "[Port 3] is ]down[";
     EscapeEventText(carried);
     char event[96] = "[Port HW state change][29][5][3][";
     std::strcat(event, carried);
-    EXPECT_EQ(ExtractThreeNumbersAndText(event, a, b, c), 0);
-    EXPECT_EQ(std::tie(a, b, c), std::tuple(29, 5, 3));
+    EXPECT_EQ(ExtractNumbersAndText(event, three), 0);
+    EXPECT_EQ(three, (Numbers{29, 5, 3}));
     EXPECT_STREQ(event, "[Port 3] is ]down[");
     char cut[] = "[a][1][2]";
-    EXPECT_EQ(ExtractTwoNumbersAndText(cut, a, b), -1);
+    EXPECT_EQ(ExtractNumbersAndText(cut, two), -1);
 }
 
 }  // namespace
