@@ -1,13 +1,15 @@
 #include "src/traps/local_state.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
-#include <cstring>
 #include <new>
 #include <optional>
+#include <span>
+#include <string>
 #include <vector>
 
-#include "src/base/text.h"
+#include "src/base/main_thread.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
 #include "src/link/switch_info.h"
@@ -18,74 +20,20 @@ namespace snmpmain {
 namespace {
 
 constexpr std::uint32_t kLocal = 0;  // as a domain id
+constexpr std::size_t kMostInbandText = 7;
 
-struct PortStates {
-    std::uint16_t status;
-    std::uint16_t state;
-    std::uint16_t adminStatus;
-    std::uint16_t operStatus;
-    std::uint16_t hwState;
-};
-
-using InbandText = char[8];
-
-struct LocalStateTable {
-    std::uint16_t unitStatus = kUnitUnknown;
-    std::uint16_t unitState = kUnitStateUnknown;
-    InbandText inbandEnable = "";
-    std::vector<std::uint16_t> sensors;
-    std::vector<PortStates> ports;
-};
-
-LocalStateTable table;
-std::uint32_t keptChanges = 0;  // of the table, since the start
-
-// What the sweep has read last, of one part.
-struct ComparedPart {
-    bool isTaken = false;  // in place of another query
-    std::optional<std::uint16_t> sensor, port;
-    std::uint16_t sensorStatus = 0;
-    PortStates states{};
-    InbandText inbandEnable = "";
-    std::optional<UnitStatusReading> unitReading;
-    std::uint32_t changesBefore = 0;
-    std::uint16_t unitStatus = 0, unitState = 0;
-    bool isUnit = false, isInband = false;
-};
-
-ComparedPart compared;
-
-bool IsTaken(const std::optional<std::uint16_t>& part, std::uint32_t number) {
-    return compared.isTaken && part == number;
-}
-
-// ---- present states ----
-
-// What a state counts as that cannot be had.
-std::uint16_t Present(int result, std::uint32_t value, std::uint16_t otherwise, const char* what) {
-    if (result == 0) {
-        return static_cast<std::uint16_t>(value);
-    }
-    TraceLog(kSevere, "Error retrieving current %s", what);
-    return otherwise;
-}
-
-std::uint16_t PresentUnitStatus() {
-    if (compared.isTaken && compared.isUnit) {
-        return compared.unitStatus;
-    }
+int AskUnitStatus(std::uint32_t, std::uint32_t& value) {
     std::uint16_t status = 0;
     const int result = ReadUnitStatus(GetLocalDomainId(), status);
-    return Present(result, status, 1, "unit status");
+    value = status;
+    return result;
 }
 
-std::uint16_t PresentUnitState() {
-    if (compared.isTaken && compared.isUnit) {
-        return compared.unitState;
-    }
+int AskUnitState(std::uint32_t, std::uint32_t& value) {
     std::uint16_t state = 0;
     const int result = ReadUnitState(GetLocalDomainId(), state);
-    return Present(result, state, 1, "unit state");
+    value = state;
+    return result;
 }
 
 int AskSensorStatus(std::uint32_t sensor, std::uint32_t& status) {
@@ -94,76 +42,88 @@ int AskSensorStatus(std::uint32_t sensor, std::uint32_t& status) {
                                                          : ReadSensorStatus(kLocal, part, status);
 }
 
-std::uint16_t PresentSensorStatus(std::uint32_t sensor) {
-    if (IsTaken(compared.sensor, sensor)) {
-        return compared.sensorStatus;
-    }
-    std::uint32_t status = 0;
-    const int result = AskSensorStatus(sensor, status);
-    return Present(result, status, 1, "sensor status");
+template <int (*Read)(std::uint32_t, std::uint32_t, std::uint32_t&)>
+int AskPort(std::uint32_t port, std::uint32_t& value) {
+    return Read(kLocal, port, value);
 }
 
-std::uint16_t PresentPortState(std::uint32_t port) {
-    if (IsTaken(compared.port, port)) {
-        return compared.states.state;
-    }
-    std::uint32_t state = 0;
-    const int result = ReadStateOfPort(kLocal, port, state);
-    return Present(result, state, 1, "port state");
+// A state of the unit, or of each of its sensors or ports.
+struct State {
+    const char* name;
+    std::uint16_t unavailable;  // what it counts as without an answer
+    int (*ask)(std::uint32_t number, std::uint32_t& value);
+    bool decides = true;  // whether a difference is a change worth a report
+
+    std::vector<std::uint16_t> kept{};  // by sensor or port
+    std::uint16_t present = 0;          // of the one asked last
+    // The one whose present state the sweep has read.
+    std::optional<std::uint32_t> compared{};
+};
+
+struct LocalStateTable {
+    State states[7] = {{"unit status", 1, AskUnitStatus},
+                       {"unit state", 1, AskUnitState},
+                       {"sensor status", 1, AskSensorStatus},
+                       {"port state", 1, AskPort<ReadStateOfPort>},
+                       {"port admin status", 2, AskPort<ReadPortAdminStatus>, false},
+                       {"port oper status", 1, AskPort<ReadPortOperStatus>},
+                       {"port HW state", 2, AskPort<ReadHwStateOfPort>}};
+
+    std::string inbandEnable, presentInband;
+    bool isInbandCompared = false;
+};
+
+LocalStateTable table;
+std::uint32_t keptChanges = 0;  // of the table, since the start
+bool takesCompared = false;     // in place of another query
+
+// The sweep is reading the unit's status.
+struct UnitComparison {
+    UnitStatusReading reading;
+    std::uint32_t changesBefore;
+};
+
+std::optional<UnitComparison> unitComparison;
+
+// Those that are asked, compared and kept together.
+struct Group {
+    std::size_t first;
+    std::size_t count;
+};
+constexpr Group kUnitStates{0, 2};
+constexpr Group kSensorStates{2, 1};
+constexpr Group kPortStates{3, 4};
+constexpr Group kPortState{3, 1};
+constexpr Group kPortLinkStates{4, 2};
+constexpr Group kPortHwState{6, 1};
+
+std::span<State> StatesOf(LocalStateTable& owner, Group group) {
+    return std::span(owner.states).subspan(group.first, group.count);
 }
 
-std::uint16_t PresentPortAdminStatus(std::uint32_t port) {
-    if (IsTaken(compared.port, port)) {
-        return compared.states.adminStatus;
-    }
-    std::uint32_t status = 0;
-    const int result = ReadPortAdminStatus(kLocal, port, status);
-    return Present(result, status, 2, "port admin status");
+std::size_t KeptIn(Group group) {
+    return table.states[group.first].kept.size();
 }
 
-std::uint16_t PresentPortOperStatus(std::uint32_t port) {
-    if (IsTaken(compared.port, port)) {
-        return compared.states.operStatus;
-    }
-    std::uint32_t status = 0;
-    const int result = ReadPortOperStatus(kLocal, port, status);
-    return Present(result, status, 1, "port oper status");
-}
+// ---- checks ----
 
-std::uint16_t PresentPortHwState(std::uint32_t port) {
-    if (IsTaken(compared.port, port)) {
-        return compared.states.hwState;
-    }
-    std::uint32_t state = 0;
-    const int result = ReadHwStateOfPort(kLocal, port, state);
-    return Present(result, state, 2, "port HW state");
-}
-
-void ReadInbandEnable(InbandText& text) {
-    if (compared.isTaken && compared.isInband) {
-        CopyText(text, sizeof(text), compared.inbandEnable);
+void AskPresent(State& state, std::uint32_t number) {
+    if (takesCompared && state.compared == number) {
         return;
     }
-    ReplyText reply;
-    if (SwitchMgmtQuery(kLocal, "Get.Config.Switch.InbandEnable", reply, kString) != 0) {
-        TraceLog(kSevere, "Error retrieving current port HW state");
-        CopyText(reply.data(), reply.size(), "Unknown");
+    state.compared.reset();
+    std::uint32_t value = 0;
+    if (state.ask(number, value) != 0) {
+        TraceLog(kSevere, "Error retrieving current %s", state.name);
+        value = state.unavailable;
     }
-    CopyText(text, sizeof(text), reply.data());
+    state.present = static_cast<std::uint16_t>(value);
 }
 
-// ---- the table ----
-
-// Null for a sensor or port that the switch does not have now or did not have at start-up.
-std::uint16_t* SensorAt(std::uint16_t sensor) {
-    return sensor < GetSensorCount(kLocal) && sensor < table.sensors.size() ? &table.sensors[sensor]
-                                                                            : nullptr;
-}
-
-PortStates* PortAt(std::uint16_t port) {
-    return port < AskNumber(kLocal, Fact::kMaxPorts) && port < table.ports.size()
-               ? &table.ports[port]
-               : nullptr;
+bool Differs(std::span<const State> states, std::uint32_t number) {
+    return std::ranges::any_of(states, [number](const State& state) {
+        return state.decides && state.present != state.kept[number];
+    });
 }
 
 int Unchanged() {
@@ -171,72 +131,136 @@ int Unchanged() {
     return 0;
 }
 
-int Changed() {
+// `held` is how many the switch and the table have; any beyond has changed whenever one asks.
+int Check(Group group, std::uint32_t number, std::uint32_t held) {
+    AssertMainThread();
+    const std::span<State> states = StatesOf(table, group);
+    if (number >= held) {
+        return 1;
+    }
+    for (State& state : states) {
+        AskPresent(state, number);
+    }
+    if (!Differs(states, number)) {
+        return Unchanged();
+    }
+    for (State& state : states) {
+        state.kept[number] = state.present;
+    }
     ++keptChanges;
     return 1;
+}
+
+int AskInbandEnable(std::string& text) {
+    ReplyText reply;
+    if (SwitchMgmtQuery(kLocal, "Get.Config.Switch.InbandEnable", reply, kString) != 0) {
+        return -1;
+    }
+    text = std::string(reply.data()).substr(0, kMostInbandText);
+    return 0;
+}
+
+void AskPresentInband() {
+    if (takesCompared && table.isInbandCompared) {
+        return;
+    }
+    if (AskInbandEnable(table.presentInband) != 0) {
+        TraceLog(kSevere, "Error retrieving current port HW state");
+        table.presentInband = "Unknown";
+    }
+}
+
+// ---- comparing ----
+
+void ForgetCompared() {
+    AssertMainThread();
+    for (State& state : table.states) {
+        state.compared.reset();
+    }
+    table.isInbandCompared = false;
+    unitComparison.reset();
 }
 
 Compared ResultOf(bool differs) {
     return differs ? Compared::kDiffers : Compared::kSame;
 }
 
-// All states of a port, or -1 when one is unavailable.
-int AskPort(std::uint16_t port, PortStates& states) {
-    std::uint32_t state = 0, admin = 0, oper = 0, hw = 0;
-    if (ReadStateOfPort(kLocal, port, state) != 0 ||
-        ReadPortAdminStatus(kLocal, port, admin) != 0 ||
-        ReadPortOperStatus(kLocal, port, oper) != 0 || ReadHwStateOfPort(kLocal, port, hw) != 0) {
-        return -1;
+Compared NoteCompared(std::span<State> states, std::uint32_t number) {
+    for (State& state : states) {
+        state.compared = number;
     }
-    states = {kPortStatus, static_cast<std::uint16_t>(state), static_cast<std::uint16_t>(admin),
-              static_cast<std::uint16_t>(oper), static_cast<std::uint16_t>(hw)};
-    return 0;
+    return ResultOf(Differs(states, number));
+}
+
+Compared Compare(Group group, std::uint32_t number, std::uint32_t held) {
+    ForgetCompared();
+    const std::span<State> states = StatesOf(table, group);
+    if (number >= held) {
+        return Compared::kUnavailable;
+    }
+    for (State& state : states) {
+        std::uint32_t value = 0;
+        if (state.ask(number, value) != 0) {
+            return Compared::kUnavailable;
+        }
+        state.present = static_cast<std::uint16_t>(value);
+    }
+    return NoteCompared(states, number);
 }
 
 // The status has been read; the state completes it.
 Compared CompareUnitStatus() {
-    std::uint16_t state = 0;
-    if (ReadUnitState(GetLocalDomainId(), state) != 0 || compared.changesBefore != keptChanges) {
+    std::uint32_t state = 0;
+    if (AskUnitState(0, state) != 0 || unitComparison->changesBefore != keptChanges) {
         return Compared::kUnavailable;
     }
-    compared.unitStatus = compared.unitReading->Status();
-    compared.unitState = state;
-    compared.isUnit = true;
-    return ResultOf(compared.unitStatus != table.unitStatus || state != table.unitState);
+    const std::span<State> states = StatesOf(table, kUnitStates);
+    states[0].present = unitComparison->reading.Status();
+    states[1].present = static_cast<std::uint16_t>(state);
+    return NoteCompared(states, 0);
 }
 
-int Allocate(LocalStateTable& fresh) {
+// ---- the first filling ----
+
+int Allocate(std::span<State> states, std::size_t count) {
     try {
-        fresh.sensors.resize(GetSensorCount(kLocal));
-        fresh.ports.resize(std::min(AskNumber(kLocal, Fact::kMaxPorts), kMaxPortsAsked));
+        for (State& state : states) {
+            state.kept.resize(count);
+        }
     } catch (const std::bad_alloc&) {
         return -1;
     }
     return 0;
 }
 
+void Fill(std::span<State> states) {
+    for (std::uint32_t number = 0; number < states.front().kept.size(); ++number) {
+        for (State& state : states) {
+            AskPresent(state, number);
+            state.kept[number] = state.present;
+        }
+    }
+}
+
 }  // namespace
 
 int InitLocalStateTable() {
+    AssertMainThread();
     std::fputs("SNMP:Initializing local state table\n", stderr);
     LocalStateTable fresh;
-    if (Allocate(fresh) != 0) {
+    const std::span<State> unit = StatesOf(fresh, kUnitStates);
+    const std::span<State> sensors = StatesOf(fresh, kSensorStates);
+    const std::span<State> ports = StatesOf(fresh, kPortStates);
+    const std::uint32_t portCount = std::min(AskNumber(kLocal, Fact::kMaxPorts), kMaxPortsAsked);
+    if (Allocate(unit, 1) != 0 || Allocate(sensors, GetSensorCount(kLocal)) != 0 ||
+        Allocate(ports, portCount) != 0) {
         return -1;
     }
-    fresh.unitStatus = PresentUnitStatus();
-    fresh.unitState = PresentUnitState();
-    ReadInbandEnable(fresh.inbandEnable);
-    for (std::uint32_t sensor = 0; sensor < fresh.sensors.size(); ++sensor) {
-        fresh.sensors[sensor] = PresentSensorStatus(sensor);
-    }
-    for (std::uint32_t port = 0; port < fresh.ports.size(); ++port) {
-        PortStates& states = fresh.ports[port];
-        states.status = kPortStatus;
-        states.state = PresentPortState(port);
-        states.adminStatus = PresentPortAdminStatus(port);
-        states.operStatus = PresentPortOperStatus(port);
-        states.hwState = PresentPortHwState(port);
-    }
+    Fill(unit);
+    AskPresentInband();
+    fresh.inbandEnable = table.presentInband;
+    Fill(sensors);
+    Fill(ports);
     table = std::move(fresh);
     std::fputs("SNMP:Local state table initialized\n", stderr);
     return 0;
@@ -244,136 +268,80 @@ int InitLocalStateTable() {
 
 int CheckUnitStatusChange() {
     TraceLog(kTrace, "Checking for a UnitStatusChangeTrap...");
-    const std::uint16_t status = PresentUnitStatus();
-    const std::uint16_t state = PresentUnitState();
-    if (status == table.unitStatus && state == table.unitState) {
-        return Unchanged();
-    }
-    table.unitState = state;
-    table.unitStatus = status;
-    return Changed();
+    return Check(kUnitStates, 0, 1);
 }
 
 int CheckSensorStatusChange(std::uint16_t sensor) {
     TraceLog(kTrace, "Checking for a SensorStatusChangeTrap for sensor %d...", sensor);
-    std::uint16_t* const kept = SensorAt(sensor);
-    if (kept == nullptr) {
-        return 1;
-    }
-    const std::uint16_t status = PresentSensorStatus(sensor);
-    if (status == *kept) {
-        return Unchanged();
-    }
-    *kept = status;
-    return Changed();
+    return Check(kSensorStates, sensor, CountKeptSensors());
 }
 
 int CheckPortStatusChange(std::uint16_t port) {
     TraceLog(kTrace, "Checking for a portStatusChangeTrap...");
-    PortStates* const kept = PortAt(port);
-    if (kept == nullptr) {
-        return 1;
-    }
-    const std::uint16_t state = PresentPortState(port);
-    if (state == kept->state && kept->status == kPortStatus) {
-        return Unchanged();
-    }
-    kept->state = state;
-    kept->status = kPortStatus;
-    return Changed();
+    return Check(kPortState, port, CountKeptPorts());
 }
 
 int CheckPortLinkStateChange(std::uint16_t port) {
     TraceLog(kTrace, "Checking for a portLinkStateChangeTrap...");
-    PortStates* const kept = PortAt(port);
-    if (kept == nullptr) {
-        return 1;
-    }
-    const std::uint16_t admin = PresentPortAdminStatus(port);
-    const std::uint16_t oper = PresentPortOperStatus(port);
-    if (oper == kept->operStatus) {
-        return Unchanged();
-    }
-    kept->adminStatus = admin;
-    kept->operStatus = oper;
-    return Changed();
+    return Check(kPortLinkStates, port, CountKeptPorts());
 }
 
 int CheckPortHwStateChange(std::uint16_t port) {
     TraceLog(kTrace, "Checking for a Port HW state change...");
-    PortStates* const kept = PortAt(port);
-    if (kept == nullptr) {
-        return 1;
+    const State& state = StatesOf(table, kPortHwState).front();
+    const bool isHeld = port < CountKeptPorts();
+    const std::uint16_t before = isHeld ? state.kept[port] : std::uint16_t{0};
+    const int changed = Check(kPortHwState, port, CountKeptPorts());
+    if (isHeld && changed != 0) {
+        TraceLog(kTrace, "Port HW state toggled from %d to %d", before, state.present);
     }
-    const std::uint16_t state = PresentPortHwState(port);
-    if (state == kept->hwState) {
-        return Unchanged();
-    }
-    TraceLog(kTrace, "Port HW state toggled from %d to %d", kept->hwState, state);
-    kept->hwState = state;
-    return Changed();
+    return changed;
 }
 
 int CheckInbandEnableChange() {
+    AssertMainThread();
     TraceLog(kTrace, "Checking for an InbandEnable state change...");
-    InbandText text;
-    ReadInbandEnable(text);
-    if (std::strcmp(text, table.inbandEnable) == 0) {
+    AskPresentInband();
+    if (table.presentInband == table.inbandEnable) {
         return Unchanged();
     }
-    CopyText(table.inbandEnable, sizeof(table.inbandEnable), text);
-    return Changed();
+    table.inbandEnable = table.presentInband;
+    ++keptChanges;
+    return 1;
 }
 
 Compared CompareSensor(std::uint16_t sensor, std::uint16_t& status) {
-    compared = {};
-    std::uint16_t* const kept = SensorAt(sensor);
-    std::uint32_t present = 0;
-    if (kept == nullptr || AskSensorStatus(sensor, present) != 0) {
-        return Compared::kUnavailable;
-    }
-    compared.sensor = sensor;
-    compared.sensorStatus = status = static_cast<std::uint16_t>(present);
-    return ResultOf(compared.sensorStatus != *kept);
+    const Compared result = Compare(kSensorStates, sensor, CountKeptSensors());
+    status = StatesOf(table, kSensorStates).front().present;
+    return result;
 }
 
 Compared ComparePort(std::uint16_t port) {
-    compared = {};
-    PortStates* const kept = PortAt(port);
-    PortStates& states = compared.states;
-    if (kept == nullptr || AskPort(port, states) != 0) {
-        return Compared::kUnavailable;
-    }
-    compared.port = port;
-    // The administrative status alone is no change worth a report.
-    return ResultOf(states.state != kept->state || states.operStatus != kept->operStatus ||
-                    states.hwState != kept->hwState);
+    return Compare(kPortStates, port, CountKeptPorts());
 }
 
 Compared CompareInbandEnable() {
-    compared = {};
-    ReplyText reply;
-    if (SwitchMgmtQuery(kLocal, "Get.Config.Switch.InbandEnable", reply, kString) != 0) {
+    ForgetCompared();
+    if (AskInbandEnable(table.presentInband) != 0) {
         return Compared::kUnavailable;
     }
-    compared.isInband = true;
-    CopyText(compared.inbandEnable, sizeof(compared.inbandEnable), reply.data());
-    return ResultOf(std::strcmp(compared.inbandEnable, table.inbandEnable) != 0);
+    table.isInbandCompared = true;
+    return ResultOf(table.presentInband != table.inbandEnable);
 }
 
 void BeginComparingUnit() {
-    compared = {};
-    compared.changesBefore = keptChanges;
-    compared.unitReading.emplace(GetLocalDomainId(), UnitStatusReading::Memo::kIgnored);
+    ForgetCompared();
+    unitComparison.emplace(UnitStatusReading(GetLocalDomainId(), UnitStatusReading::Memo::kIgnored),
+                           keptChanges);
 }
 
 Progress CompareUnit(Compared& result) {
     result = Compared::kUnavailable;
     std::uint32_t reset = 0;
-    if (!compared.unitReading || GetUnitReset(kLocal, reset) != 0 || reset != 0) {
+    if (!unitComparison || GetUnitReset(kLocal, reset) != 0 || reset != 0) {
         return Progress::kDone;  // what a reset makes of it is reported by itself
     }
-    const Progress progress = compared.unitReading->Step();
+    const Progress progress = unitComparison->reading.Step();
     if (progress == Progress::kDone) {
         result = CompareUnitStatus();
     }
@@ -381,20 +349,20 @@ Progress CompareUnit(Compared& result) {
 }
 
 ComparedStates::ComparedStates() {
-    compared.isTaken = true;
+    takesCompared = true;
 }
 
 ComparedStates::~ComparedStates() {
-    compared.isTaken = false;
+    takesCompared = false;
 }
 
 std::uint16_t CountKeptSensors() {
-    return std::min(GetSensorCount(kLocal), static_cast<std::uint16_t>(table.sensors.size()));
+    return std::min(GetSensorCount(kLocal), static_cast<std::uint16_t>(KeptIn(kSensorStates)));
 }
 
 std::uint16_t CountKeptPorts() {
     return static_cast<std::uint16_t>(
-        std::min<std::size_t>(AskNumber(kLocal, Fact::kMaxPorts), table.ports.size()));
+        std::min<std::size_t>(AskNumber(kLocal, Fact::kMaxPorts), KeptIn(kPortStates)));
 }
 
 }  // namespace snmpmain

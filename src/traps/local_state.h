@@ -13,8 +13,8 @@ namespace snmpmain {
 int InitLocalStateTable();
 
 // Each asks for the present state, returns 1 and keeps it when it differs from the one kept, else
-// 0. A sensor or port that the table does not hold has changed whenever one asks. A state that
-// cannot be had counts as a fixed one (logged at level 2).
+// 0. A sensor or port that the table does not hold has changed whenever one asks. A state that is
+// unavailable counts as a fixed one (logged at level 2).
 int CheckUnitStatusChange();                        // connUnitStatus and connUnitState
 int CheckSensorStatusChange(std::uint16_t sensor);  // connUnitSensorStatus
 int CheckPortStatusChange(std::uint16_t port);      // connUnitPortStatus and connUnitPortState
