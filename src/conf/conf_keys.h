@@ -1,50 +1,55 @@
-// ConfKeyTable: the lines of snmpd's configuration file and the switch's settings that fill them.
-// Two sections follow one another, that for SNMPv1 and v2c and that for the SNMPv3 users. Main
-// thread only.
+// The switch's settings that snmpd's configuration file is made of. They hold community strings and
+// pass phrases. Main thread only.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <span>
+#include <string>
 
 #include "src/base/progress.h"
 #include "src/link/reply_parser.h"
 
 namespace snmpmain {
 
-constexpr std::size_t kConfValueSize = 128;  // bytes with the terminator
-
-struct ConfKey {
-    const char* key;             // snmpd's keyword; "" where the value completes the row above
-    char value[kConfValueSize];  // what the switch replied last, or what never changes
-    const char* command;         // asks the local switch for it; "" for what never changes
-    ConversionType type;
+struct TrapSinkSettings {
+    std::string address, enabled, port;
 };
 
-constexpr std::size_t kV2Keys = 29;
-constexpr std::size_t kV3Keys = 10;
+struct V3UserSettings {
+    std::string name, authType, authPhrase, privType, privPhrase;
+};
 
-// The rows of both sections with an end mark each, "*endv2*" and "*endv3*".
-extern std::array<ConfKey, kV2Keys + kV3Keys + 2> ConfKeyTable;
+// Each is what the switch replied last, as long as kMostConfText at most; what has a value here
+// is asked of nobody.
+struct ConfSettings {
+    std::string master = "on";
+    std::string proc = "snmpmain 10 1";
+    std::string v3Enabled, readCommunity, writeCommunity, trapCommunity, authTraps;
+    TrapSinkSettings sinks[5];
+    std::string location, contact, name, description, objectId, engineId;
+    std::string services = "2";
+    V3UserSettings readOnly, readWrite;
+};
 
-// The sections without their end marks.
-inline std::span<ConfKey> V2Section() {
-    return std::span(ConfKeyTable).first<kV2Keys>();
-}
-inline std::span<ConfKey> V3Section() {
-    return std::span(ConfKeyTable).subspan<kV2Keys + 1, kV3Keys>();
-}
+constexpr std::size_t kMostConfText = 127;  // characters
+
+const ConfSettings& GetConfSettings();
+
+// A row of ConfKeyTable: how a setting is found and asked for.
+struct ConfKey {
+    const char* key;  // snmpd's keyword, by which a line of the daemon's file is found; or ""
+    std::string* value;
+    const char* command = "";  // asks the local switch for it; "" for what never changes
+    ConversionType type = kString;
+};
+
+// In the order in which they are asked for, and in which keys are looked for in a line.
+std::span<const ConfKey> GetConfKeys();
 
 // Asks the local switch for every value, in steps of one each; one that is unavailable stays as it
 // is. kFailed when the switch left the way in (communities, or whether SNMPv3 takes their place)
 // unanswered and never told it before: a file written now would let nobody in.
 void BeginConfSettings();
 Progress StepConfSettings();
-
-// The value of a key of the SNMPv3 section.
-const char* V3Value(const char* key);
-
-// Back to the values before the first reading; for tests.
-void ResetConfKeyTable();
 
 }  // namespace snmpmain

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "src/base/main_thread.h"
 #include "src/base/paths.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
@@ -26,7 +27,7 @@ constexpr const char* kPersistentFile = "/var/ucd-snmp/snmpd.conf";
 constexpr int kLineSize = 256;  // bytes with the terminator; the rest of a longer line is another
 
 struct SharedSetting {
-    const char* key;  // of the row in ConfKeyTable
+    const char* key;  // of its row in ConfKeyTable
     const char* setting;
     ConfigMode mode;
     std::optional<std::string> agreed;  // as it stands in the daemon's file; unknown before
@@ -93,14 +94,14 @@ bool IsSame(std::string_view a, std::string_view b) {
     return Trimmed(a) == Trimmed(b);
 }
 
-ConfKey& RowOf(const SharedSetting& setting) {
-    return *std::ranges::find(V2Section(), std::string_view(setting.key), &ConfKey::key);
+const ConfKey& RowOf(const SharedSetting& setting) {
+    return *std::ranges::find(GetConfKeys(), std::string_view(setting.key), &ConfKey::key);
 }
 
 // What a line of the daemon's file says, and to which row that belongs: the one of the first key
 // that is found anywhere in the line, also in the text.
 struct SavedLine {
-    ConfKey& row;
+    const ConfKey& row;
     SharedSetting* setting;  // null when it is another row
     std::string_view value;
 };
@@ -113,12 +114,12 @@ void ForEachSavedLine(const char* path, Function take) {
             return;
         }
         const auto row = std::ranges::find_if(
-            V2Section(), [&](const ConfKey& row) { return row.key[0] != '\0' && isIn(row.key); });
+            GetConfKeys(), [&](const ConfKey& row) { return row.key[0] != '\0' && isIn(row.key); });
         const auto setting =
             std::ranges::find(state.settings, std::string_view(row->key), &SharedSetting::key);
         const std::size_t begin = std::min(std::strlen(row->key) + 1, line.size());
         take(SavedLine{*row, setting != std::end(state.settings) ? setting : nullptr,
-                       line.substr(begin, kConfValueSize - 1)});
+                       line.substr(begin, kMostConfText)});
     });
 }
 
@@ -138,8 +139,8 @@ bool IsNewAtDaemon(const SharedSetting& setting, std::string_view value) {
 
 void TakeLine(const SavedLine& line) {
     if (line.setting == nullptr) {
-        if (!IsSame(line.value, WrittenValue(line.row.value))) {
-            CopyText(line.row.value, sizeof(line.row.value), std::string(line.value).c_str());
+        if (!IsSame(line.value, WrittenValue(*line.row.value))) {
+            *line.row.value = line.value;
         }
         return;
     }
@@ -158,8 +159,8 @@ void ReadDaemonSide() {
 
 // Brings what the daemon says to the switch, unless that has come to say the same. Returns 0 or -1.
 int Send(SharedSetting& setting) {
-    ConfKey& row = RowOf(setting);
-    CopyText(row.value, sizeof(row.value), setting.saved.c_str());
+    const ConfKey& row = RowOf(setting);
+    *row.value = setting.saved;
     ReplyText reply;
     const std::uint16_t result = SwitchMgmtQuery(0, row.command, reply, row.type);
     if (result == kQueryFailed) {
@@ -175,7 +176,7 @@ int Send(SharedSetting& setting) {
                  setting.key, setting.saved.c_str(), before.c_str());
     }
     char command[kCommandSize];
-    FormatText(command, "%s%s", setting.setting, row.value);
+    FormatText(command, "%s%s", setting.setting, setting.saved.c_str());
     return SendConfigCommand(0, command, setting.mode);
 }
 
@@ -204,6 +205,7 @@ void RecallAgreement(const char* path) {
 }
 
 bool SnmpdConfChanged() {
+    AssertMainThread();
     timespec time{};
     if (GetModificationTime(RootedPath(kPersistentFile).c_str(), time) != 0) {
         TraceLog(kSevere, "stat command failed on snmpd.conf file");
@@ -218,6 +220,7 @@ bool SnmpdHasOwnFile() {
 }
 
 bool CarryToSwitch() {
+    AssertMainThread();
     ReadDaemonSide();
     bool sent = false;
     for (SharedSetting& setting : state.settings) {
@@ -243,7 +246,7 @@ bool HasUnsentSettings() {
 
 void NoteAgreement() {
     for (SharedSetting& setting : state.settings) {
-        const char* value = RowOf(setting).value;
+        const std::string& value = *RowOf(setting).value;
         if (!setting.unsent) {
             setting.agreed = IsLeftOut(value) ? "" : WrittenValue(value);
         }

@@ -18,18 +18,17 @@ bool SnmpdConfChanged();
 bool SnmpdHasOwnFile();
 
 // Reads the daemon's file and sends what managers have changed there to the switch, a command for
-// each setting, and into the rows of ConfKeyTable. Where the switch's setting has changed as well,
-// the diagnostic log says what is replaced. What the switch does not take is sent again the next
-// time. Up to 20 seconds when the switch falls silent. Returns whether something was
-// sent.
+// each setting, and into what is kept of its settings. Where the switch's setting has changed as
+// well, the diagnostic log says what is replaced. What the switch does not take is sent again the
+// next time. Up to 20 seconds when the switch falls silent. Returns whether something was sent.
 // "Config.Snmp.Location.%s", "Config.Snmp.Contact.%s", "Config.Switch.SymName.%s"
 bool CarryToSwitch();
 
 // Whether something is still to be sent again.
 bool HasUnsentSettings();
 
-// The rows have been written for the daemon: both sides agree on them. Then: it was told to read
-// them.
+// The settings have been written for the daemon: both sides agree on them. Then: it was told to
+// read them.
 void NoteAgreement();
 void NoteDaemonTold();
 

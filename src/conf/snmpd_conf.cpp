@@ -11,6 +11,7 @@
 #include <memory>
 #include <string>
 
+#include "src/base/main_thread.h"
 #include "src/base/paths.h"
 #include "src/base/trace_log.h"
 #include "src/base/whole_file.h"
@@ -61,15 +62,10 @@ int ReloadSnmpd() {
     return 0;
 }
 
-std::string ConfigurationText(bool& v3Enabled) {
-    std::string text = V2Text(v3Enabled);
-    return v3Enabled ? text + V3Text() : text;
-}
-
 // A file that cannot be opened is left as it is, and so is one that cannot be written. Returns 0 or
-// -1 (both logged); `v3Enabled` receives whether the text has a section for SNMPv3.
-int WriteConfiguration(bool& v3Enabled) {
-    const FileResult result = ReplaceFile(ConfigurationPath(), ConfigurationText(v3Enabled));
+// -1 (both logged).
+int WriteConfiguration() {
+    const FileResult result = ReplaceFile(ConfigurationPath(), ConfText(GetConfSettings()));
     if (result == FileResult::kCannotOpen) {
         TraceLog(kSevere, "Failed to open 'snmpd.conf' file");
     } else if (result == FileResult::kCannotWrite) {
@@ -82,13 +78,12 @@ int WriteConfiguration(bool& v3Enabled) {
 // for once more when the file is written.
 int WriteBothSides() {
     std::fputs("SNMP:Writing configuration information to file\n", stderr);
-    bool v3Enabled = false;
     int written = -1;
     for (int i = 0; i < kAttempts && (i == 0 || SnmpdConfChanged()); ++i) {
         CarryToSwitch();
-        written = WriteConfiguration(v3Enabled);
+        written = WriteConfiguration();
     }
-    if (v3Enabled) {
+    if (IsV3Enabled(GetConfSettings())) {
         std::fputs("SNMP:Writing v3 configuration information to file\n", stderr);
     }
     if (written != 0) {
@@ -129,6 +124,7 @@ int InitSnmpdConf() {
 }
 
 void BeginSnmpdConf() {
+    AssertMainThread();
     underWay = true;
     pending = Pending::kCycle;
     nextRetry = Clock::now() + kRetryInterval;
@@ -142,6 +138,7 @@ bool IsSnmpdConfUnderWay() {
 }
 
 Progress StepSnmpdConf() {
+    AssertMainThread();
     const Progress read = StepConfSettings();
     if (read == Progress::kMore) {
         return read;
@@ -155,6 +152,7 @@ Progress StepSnmpdConf() {
 }
 
 void SyncSnmpdPersistent() {
+    AssertMainThread();
     const bool sent = CarryToSwitch();
     if (pending == Pending::kCycle) {
         BeginSnmpdConf();
@@ -163,8 +161,7 @@ void SyncSnmpdPersistent() {
     if (sent) {
         // The switch will tell of its change, and that leads to another cycle. But a daemon that is
         // started before has to find what its managers have set.
-        bool ignored = false;
-        if (WriteConfiguration(ignored) == 0) {
+        if (WriteConfiguration() == 0) {
             NoteAgreement();
         }
     }
@@ -174,15 +171,15 @@ void SyncSnmpdPersistent() {
 }
 
 void ResumeSnmpdConf() {
+    AssertMainThread();
     if ((pending == Pending::kNothing && !HasUnsentSettings()) || Clock::now() < nextRetry) {
         return;
     }
     nextRetry = Clock::now() + kRetryInterval;
-    // The daemon is not made to read a file that is as it was.
-    bool ignored = false;
     if (pending == Pending::kNothing) {
         SyncSnmpdPersistent();
-    } else if (pending == Pending::kCycle || WriteConfiguration(ignored) == 0) {
+    } else if (pending == Pending::kCycle || WriteConfiguration() == 0) {
+        // The daemon is not made to read a file that is as it was.
         BeginSnmpdConf();
     }
 }

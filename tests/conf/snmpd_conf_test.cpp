@@ -14,7 +14,6 @@ namespace {
 class SnmpdConfTest : public SwitchTest {
   protected:
     SnmpdConfTest() {
-        ResetConfKeyTable();
         ResetSharedSettings();
         char name[] = "/tmp/snmpmain_conf.XXXXXX";
         root_ = ::mkdtemp(name);
@@ -92,7 +91,7 @@ TEST_F(SnmpdConfTest, OnlyWhatTheDaemonWasNotToldIsSentBack) {
         EXPECT_EQ(CountTexts("Set."), commands) << saved;
         EXPECT_FALSE(SnmpdConfChanged());
     }
-    EXPECT_STREQ(ConfKeyTable[0].value, "ation of the master key");
+    EXPECT_EQ(GetConfSettings().master, "ation of the master key");
     server.WithFabric([](sim::Fabric& fabric) {
         EXPECT_EQ(fabric.Find(0)->contact, "him");
         EXPECT_EQ(fabric.Find(0)->location, "Hall 7");

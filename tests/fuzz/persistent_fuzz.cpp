@@ -104,7 +104,7 @@ class Agent {
         const std::uint8_t bits = input.Byte();
         const auto saved = input.UpTo(kTextEnd);
         std::map<std::string_view, std::string> texts;
-        for (const ConfKey& row : ConfKeyTable) {
+        for (const ConfKey& row : GetConfKeys()) {
             if (row.command[0] != '\0' && !input.AtEnd()) {
                 const auto text = input.UpTo(kTextEnd);
                 texts[row.command + 4].assign(text.begin(), text.end());
@@ -132,11 +132,10 @@ class Agent {
     }
 
   private:
-    // Has the agent take the daemon for one that has saved nothing, and the settings for unread.
+    // Has the agent take the daemon for one that has saved nothing.
     static void ForgetTheLast(const Root& root) {
         root.Save("psyslocation \npsyscontact \npsysname \n");
         ResetSharedSettings();
-        ResetConfKeyTable();
     }
 
     Datagram Answer(const std::map<std::string_view, std::string>& texts, bool refusing,
