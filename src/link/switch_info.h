@@ -51,7 +51,8 @@ Progress StepSwitchInfo();
 int ReadFact(Fact fact, std::uint32_t blade = 0);
 
 // A number of a switch: the kept one of the local switch; any other is asked (an answer may be
-// kept, see KeepAnsweredCounts), 0 when it does not answer.
+// kept, see KeepAnsweredCounts), 0 when it does not answer. Not the first two, which addressing.h
+// keeps.
 std::uint32_t AskNumber(std::uint32_t domain, Fact fact, std::uint32_t blade = 0);
 
 // A text of a switch, likewise: kNoWwn or "0.0.0.0" when it does not answer. It holds until the
