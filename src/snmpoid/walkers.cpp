@@ -33,40 +33,49 @@ void TraceOid(const char* label, std::span<const oid> name) {
     TraceLog(kTrace, "%s%s", label, text.data());
 }
 
-enum class WalkStart {
-    kPastColumn,  // the request lies behind this column
-    kFirstRow,    // the request lies before the column's rows
-    kBehindRow,   // the request names a row, existing or not
+// Where a walk starts.
+enum class Start {
+    kEnd,           // nowhere: the request lies behind the column or behind its last unit
+    kFirstRow,      // before the first row
+    kNamedRow,      // at the row that the request names, existing or not
+    kFollowingUnit  // the request names a row of a unit that does not exist: at the one behind it
 };
 
-// Tells where a walk starts and makes `working` an OID of the column's name and `indexLength`
-// sub-identifiers: those of the request where it names a row, else zeros.
-WalkStart BeginWalk(const variable* vp, std::span<const oid> request, std::size_t indexLength,
-                    const char* attachedMessage, WorkingOid& working) {
-    TraceOid("Incoming oid ", request);
+struct Walk {
+    std::span<const oid> request;
+    std::size_t nameLength;  // of the column
+    WorkingOid working;      // the column's name and an index: the request's, then the found row's
+    Start start;
+};
+
+// Begins a walk. The index is that of the request where it names a row, else zeros.
+Walk BeginWalk(const variable* vp, const oid* name, const std::size_t* length,
+               std::size_t indexLength, const char* attachedMessage) {
+    Walk walk{{name, *length}, vp->namelen, {}, Start::kEnd};
+    TraceOid("Incoming oid ", walk.request);
     const std::span<const oid> column(vp->name, vp->namelen);
-    const std::size_t common = std::min(column.size(), request.size());
-    const auto [ofColumn, ofRequest] = std::mismatch(
-        column.begin(), column.begin() + static_cast<std::ptrdiff_t>(common), request.begin());
-    const bool differs = ofColumn != column.begin() + static_cast<std::ptrdiff_t>(common);
+    const auto [ofColumn, ofRequest] = std::ranges::mismatch(column, walk.request);
+    const bool differs = ofColumn != column.end() && ofRequest != walk.request.end();
     if (differs && *ofRequest > *ofColumn) {
         TraceMatchFailed(__LINE__, "OID mismatch");
-        return WalkStart::kPastColumn;
-    }
-    if (differs || request.size() <= column.size()) {
+    } else if (differs || walk.request.size() <= column.size()) {
         TraceLog(kTrace, "First time through or oid just got incremented");
-        FitOIDtoIndexLength(vp, column, indexLength, working);
-        return WalkStart::kFirstRow;
+        FitOIDtoIndexLength(vp, column, indexLength, walk.working);
+        walk.start = Start::kFirstRow;
+    } else {
+        TraceLog(kTrace, "%s", attachedMessage);
+        FitOIDtoIndexLength(vp, walk.request, indexLength, walk.working);
+        walk.start = Start::kNamedRow;
     }
-    TraceLog(kTrace, "%s", attachedMessage);
-    FitOIDtoIndexLength(vp, request, indexLength, working);
-    return WalkStart::kBehindRow;
+    return walk;
 }
 
-// Whether a row lies behind the request. A walk passes over those that do not (units with the same
-// WWN, or WWNs in mixed case, which are sorted as texts): a manager would go round in circles.
-bool LiesBehind(const WorkingOid& row, std::span<const oid> request) {
-    return snmp_oid_compare(row.names, row.length, request.data(), request.size()) > 0;
+// Whether the row that has been reached lies behind the request. A walk passes over those that do
+// not (units with the same WWN, or WWNs in mixed case, which are sorted as texts): a manager would
+// go round in circles.
+bool LiesBehind(const Walk& walk) {
+    return snmp_oid_compare(walk.working.names, walk.working.length, walk.request.data(),
+                            walk.request.size()) > 0;
 }
 
 // `label` ends in dots, as the numbers are lined up in the log.
@@ -74,155 +83,138 @@ void TraceNumber(const char* label, std::uint32_t number) {
     TraceLog(kTrace, "%s %u", label, number);
 }
 
-// Puts the row's OID in the place of the request.
-void FinishWalk(const WorkingOid& working, oid* name, std::size_t* length) {
-    std::copy_n(working.names, working.length, name);
-    *length = working.length;
+// Puts the row's OID in the place of the request. Always 0.
+int FinishWalk(const Walk& walk, oid* name, std::size_t* length) {
+    std::copy_n(walk.working.names, walk.working.length, name);
+    *length = walk.working.length;
     TraceOid("Outgoing oid ", {name, *length});
+    return 0;
 }
 
-// The sub-identifiers of a unit id within a working OID.
-std::span<oid, WWN_OID_LEN> UnitIdIn(WorkingOid& working, const variable* vp) {
-    return std::span<oid, WWN_OID_LEN>(working.names + vp->namelen, WWN_OID_LEN);
+// The sub-identifiers of a unit id, and those that end the OID.
+std::span<oid, WWN_OID_LEN> UnitIdIn(Walk& walk) {
+    return std::span<oid, WWN_OID_LEN>(walk.working.names + walk.nameLength, WWN_OID_LEN);
 }
 
-// The sub-identifiers that end a working OID.
 template <std::size_t kCount>
-std::span<oid, kCount> LastNumbers(WorkingOid& working) {
-    return std::span(working.names, working.length).template last<kCount>();
+std::span<oid, kCount> LastNumbers(Walk& walk) {
+    return std::span(walk.working.names, walk.working.length).template last<kCount>();
 }
-
-// Where a walk over units starts.
-enum class UnitStart {
-    kEnd,           // nowhere: nothing lies behind the request
-    kFirstUnit,     // at the first unit
-    kNamedUnit,     // at the unit that the request names
-    kFollowingUnit  // at the unit behind one that the request names and that does not exist
-};
 
 // Begins a walk over an index that starts with a unit id and finds the unit. `cause` is what a
 // trace line blames when there is none.
-UnitStart BeginUnitWalk(const variable* vp, std::span<const oid> request, std::size_t indexLength,
-                        const char* attachedMessage, const char* cause, WorkingOid& working,
-                        std::uint16_t& unit) {
+Walk BeginUnitWalk(const variable* vp, const oid* name, const std::size_t* length,
+                   std::size_t indexLength, const char* attachedMessage, const char* cause,
+                   std::uint16_t& unit) {
+    Walk walk = BeginWalk(vp, name, length, indexLength, attachedMessage);
     unit = 0;
-    switch (BeginWalk(vp, request, indexLength, attachedMessage, working)) {
-        case WalkStart::kPastColumn:
-            return UnitStart::kEnd;
-        case WalkStart::kFirstRow:
-            return UnitStart::kFirstUnit;
-        case WalkStart::kBehindRow:
-            break;
+    if (walk.start == Start::kNamedRow) {
+        const int match = GetWwnIndexFromWwnOID(UnitIdIn(walk), unit);
+        if (match < 0) {
+            TraceMatchFailed(__LINE__, cause);
+            walk.start = Start::kEnd;
+        } else if (match > 0) {
+            walk.start = Start::kFollowingUnit;
+        }
     }
-    const int match = GetWwnIndexFromWwnOID(UnitIdIn(working, vp), unit);
-    if (match < 0) {
-        TraceMatchFailed(__LINE__, cause);
-        return UnitStart::kEnd;
+    return walk;
+}
+
+// Moves to the first row from (firstUnit, row) on, over units without rows, whose OID lies behind
+// the request. `find` moves a row number to the first existing one from there on within a domain,
+// and tells whether there is one; `write` writes the row's index. Returns 0, or -1 when no unit is
+// left.
+template <typename Find, typename Write>
+int GoToRow(Walk& walk, Find find, Write write, std::uint32_t firstUnit, std::uint16_t& unit,
+            std::uint32_t& row) {
+    for (std::uint32_t candidate = firstUnit;; ++candidate, row = 0) {
+        std::uint16_t domain = 0;
+        if (GetDomainIdFromIndex(candidate, domain) != 0) {
+            TraceLog(kError, "%s %d:Unit Index = %u caused MATCH_FAILED return", kSource, __LINE__,
+                     candidate);
+            return -1;
+        }
+        if (!find(domain, row)) {
+            continue;
+        }
+        write(candidate, row);
+        if (LiesBehind(walk)) {
+            unit = static_cast<std::uint16_t>(candidate);
+            return 0;
+        }
     }
-    return match == 0 ? UnitStart::kNamedUnit : UnitStart::kFollowingUnit;
 }
 
 // What sets the walks over a unit id and one more number apart.
 enum class FollowingUnit {
-    kKeepsRow,     // the row that the request names is looked for there as well
-    kFromItsStart  // the walk goes on with its first row
+    kKeepsRow,      // the row that the request names is looked for there as well
+    kFromItsStart,  // the walk goes on with its first row
+    kIsPassedOver
 };
 struct UnitRowWalk {
     FollowingUnit followingUnit;
-    const char* startLabel;  // of the trace lines, with the number's format
+    const char* startLabel;  // of the trace lines
     const char* endLabel;
-    std::uint32_t shownFrom;  // what the first row is called there
+    std::uint32_t shownFrom = 0;  // what the first row is called there
     std::uint32_t rowMask = 0xFFFFFFFF;
 };
 
 // Rows that are nothing but numbers from 0 on.
 constexpr UnitRowWalk kNumberedRows{FollowingUnit::kFromItsStart, "Starting value index..",
-                                    "Ending value index....", 0};
+                                    "Ending value index...."};
 
-// Moves to the first existing row from (unit, row) on, over units without rows. `find` moves a row
-// number to the first existing one from there on within a domain, and tells whether there is one.
-// Returns 0, or -1 when no unit is left.
-template <typename Find>
-int RollOver(Find find, std::uint32_t& unit, std::uint32_t& row) {
-    for (;; ++unit, row = 0) {
-        std::uint16_t domain = 0;
-        if (GetDomainIdFromIndex(unit, domain) != 0) {
-            TraceLog(kError, "%s %d:Unit Index = %u caused MATCH_FAILED return", kSource, __LINE__,
-                     unit);
-            return -1;
-        }
-        if (find(domain, row)) {
-            return 0;
-        }
+// The row that a walk starts with. An OID holds the row number + 1, the next row's number already.
+std::uint32_t FirstRow(const UnitRowWalk& shape, Walk& walk) {
+    if (walk.start == Start::kFollowingUnit && shape.followingUnit != FollowingUnit::kKeepsRow) {
+        return shape.followingUnit == FollowingUnit::kIsPassedOver ? shape.rowMask : 0;
     }
-}
-
-// Finds the first existing row from (unit, row) on whose OID, put into `working` by `write`, lies
-// behind the request.
-template <typename Find, typename Write>
-int FindRowBehind(Find find, Write write, std::span<const oid> request, const WorkingOid& working,
-                  std::uint32_t& unit, std::uint32_t& row) {
-    for (;; ++unit, row = 0) {
-        if (RollOver(find, unit, row) != 0 || write(unit, row) != 0) {
-            return -1;
-        }
-        if (LiesBehind(working, request)) {
-            return 0;
-        }
-    }
+    return static_cast<std::uint32_t>(LastNumbers<1>(walk)[0]) & shape.rowMask;
 }
 
 // The common walk over a unit id and a row number + 1.
 template <typename Find>
-int GetNextUnitRow(const UnitRowWalk& walk, Find find, const variable* vp, oid* name,
+int GetNextUnitRow(const UnitRowWalk& shape, Find find, const variable* vp, oid* name,
                    std::size_t* length, std::uint16_t& unit, std::uint32_t& row) {
-    const std::span<const oid> request(name, *length);
-    WorkingOid working;
-    const UnitStart start =
-        BeginUnitWalk(vp, request, kUnitRowIndexLength,
-                      "Oid already has unit and index values attached", "WWN", working, unit);
-    if (start == UnitStart::kEnd) {
+    Walk walk = BeginUnitWalk(vp, name, length, kUnitRowIndexLength,
+                              "Oid already has unit and index values attached", "WWN", unit);
+    if (walk.start == Start::kEnd) {
         return -1;
     }
-    // An OID holds the row number + 1, which is the next row's number already.
-    oid& lastNumber = working.names[working.length - 1];
-    const bool keepsRow =
-        start == UnitStart::kNamedUnit || walk.followingUnit == FollowingUnit::kKeepsRow;
-    row = static_cast<std::uint32_t>(keepsRow ? lastNumber : 0) & walk.rowMask;
+    row = FirstRow(shape, walk);
     TraceNumber("Starting unit index...", unit);
-    TraceNumber(walk.startLabel, row);
+    TraceNumber(shape.startLabel, row);
     const auto write = [&](std::uint32_t foundUnit, std::uint32_t foundRow) {
-        lastNumber = oid{foundRow} + 1;
-        return MakeOIDfromIndex(UnitIdIn(working, vp), foundUnit);
+        MakeOIDfromIndex(UnitIdIn(walk), foundUnit);
+        LastNumbers<1>(walk)[0] = oid{foundRow} + 1;
     };
-    std::uint32_t foundUnit = unit;
-    if (FindRowBehind(find, write, request, working, foundUnit, row) != 0) {
+    if (GoToRow(walk, find, write, unit, unit, row) != 0) {
         return -1;
     }
-    unit = static_cast<std::uint16_t>(foundUnit);
     TraceNumber("Ending unit index.....", unit);
-    TraceNumber(walk.endLabel, row + walk.shownFrom);
-    FinishWalk(working, name, length);
+    TraceNumber(shape.endLabel, row + shape.shownFrom);
+    return FinishWalk(walk, name, length);
+}
+
+// The same over rows that the unit itself numbers from 1 on and that it is asked for.
+int GetNextAskedRow(const UnitRowWalk& shape,
+                    int (*ask)(std::uint32_t domain, std::uint32_t after, std::uint32_t& number),
+                    const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
+                    std::uint32_t& number) {
+    const auto find = [ask](std::uint32_t domain, std::uint32_t& row) {
+        std::uint32_t next = 0;
+        const bool exists = ask(domain, row, next) == 0;
+        row = exists ? next - 1 : row;
+        return exists;
+    };
+    if (GetNextUnitRow(shape, find, vp, name, length, unit, number) != 0) {
+        return -1;
+    }
+    ++number;
     return 0;
 }
 
-bool FindEvent(std::uint32_t domain, std::uint32_t& row) {
-    std::uint32_t first = 0;
-    std::uint32_t last = 0;
-    if (GetLogRange(domain, first, last) != 0 || first == 0) {
-        return false;
-    }
-    row = std::max(row, first - 1);
-    return row < last && HasNextLogEntry(domain, row);
-}
-
-bool FindLink(std::uint32_t domain, std::uint32_t& row) {
-    std::uint32_t link = 0;
-    if (AskNextLink(domain, row, link) != 0) {
-        return false;
-    }
-    row = link - 1;
-    return true;
+bool HasPort(std::uint32_t domain, std::uint32_t port) {
+    return port < AskNumber(domain, Fact::kMaxPorts);
 }
 
 // Lists of members differ in where they are looked up and how the trace calls them.
@@ -234,29 +226,28 @@ struct MemberWalk {
     const char* endMessage;
 };
 
-int GetNextMember(const MemberWalk& walk, const variable* vp, oid* name, std::size_t* length,
+int GetNextMember(const MemberWalk& shape, const variable* vp, oid* name, std::size_t* length,
                   const ZoneMemberNode*& member) {
-    WorkingOid working;
-    if (BeginWalk(vp, {name, *length}, kMemberIndexLength, "Oid already has index values attached",
-                  working) == WalkStart::kPastColumn) {
+    Walk walk =
+        BeginWalk(vp, name, length, kMemberIndexLength, "Oid already has index values attached");
+    if (walk.start == Start::kEnd) {
         return -1;
     }
-    const auto names = LastNumbers<kMemberIndexLength>(working);
+    const auto names = LastNumbers<kMemberIndexLength>(walk);
     const auto group = static_cast<std::uint32_t>(names[0]);
     const auto number = static_cast<std::uint32_t>(names[1]);
-    TraceNumber(walk.startLabel, group);
+    TraceNumber(shape.startLabel, group);
     TraceNumber("Starting member index...", number);
-    member = walk.next(group, number);
+    member = shape.next(group, number);
     if (member == nullptr) {
-        TraceLog(kError, "%s", walk.endMessage);
+        TraceLog(kError, "%s", shape.endMessage);
         return -1;
     }
-    TraceNumber(walk.endLabel, member->zone);
-    TraceNumber(walk.endMemberLabel, member->member);
+    TraceNumber(shape.endLabel, member->zone);
+    TraceNumber(shape.endMemberLabel, member->member);
     names[0] = member->zone;
     names[1] = member->member;
-    FinishWalk(working, name, length);
-    return 0;
+    return FinishWalk(walk, name, length);
 }
 
 // The numbers of a login walk's request, and where a zero among them sends it.
@@ -310,15 +301,13 @@ int FindNextNameServer(const NameServerIndex& index, bool brokenOff, NameServerM
 }  // namespace
 
 int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit) {
-    const std::span<const oid> request(name, *length);
-    WorkingOid working;
-    const UnitStart start = BeginUnitWalk(vp, request, WWN_OID_LEN, "Oid already has WWN attached",
-                                          "GetWwnIndexFromWwnOID", working, unit);
-    if (start == UnitStart::kEnd) {
+    Walk walk = BeginUnitWalk(vp, name, length, WWN_OID_LEN, "Oid already has WWN attached",
+                              "GetWwnIndexFromWwnOID", unit);
+    if (walk.start == Start::kEnd) {
         return -1;
     }
     // A request that breaks off within the unit's name stands before it.
-    if (start == UnitStart::kNamedUnit && request.size() >= working.length) {
+    if (walk.start == Start::kNamedRow && walk.request.size() >= walk.working.length) {
         ++unit;
     }
     TraceLog(kTrace, "Starting unit index... %i", unit);
@@ -328,62 +317,29 @@ int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_
             TraceMatchFailed(__LINE__, "GetWWNfromIndex");
             return -1;
         }
-        MakeOIDfromHexStr(wwn, UnitIdIn(working, vp));
-        if (LiesBehind(working, request)) {
+        MakeOIDfromHexStr(wwn, UnitIdIn(walk));
+        if (LiesBehind(walk)) {
             TraceLog(kTrace, "Ending unit index..... %i", unit);
             TraceLog(kTrace, "Ending WWN............ %s", wwn);
-            break;
+            return FinishWalk(walk, name, length);
         }
     }
-    FinishWalk(working, name, length);
-    return 0;
 }
 
 int GetNextUnitValue(const variable* vp, oid* name, std::size_t* length, std::uint32_t bound,
                      std::uint16_t& unit, std::uint32_t& value) {
-    const std::span<const oid> request(name, *length);
-    WorkingOid working;
-    const UnitStart start =
-        BeginUnitWalk(vp, request, kUnitRowIndexLength,
-                      "Oid already has unit and index values attached", "WWN", working, unit);
-    if (start == UnitStart::kEnd) {
-        return -1;
-    }
-    oid& lastNumber = working.names[working.length - 1];
-    // A unit that the request does not name is passed over as if all its values had been read.
-    value = start == UnitStart::kFollowingUnit ? bound : static_cast<std::uint32_t>(lastNumber);
-    TraceNumber("Starting unit index...", unit);
-    TraceNumber("Starting value index..", value);
-    for (;; value = bound) {
-        if (value >= bound) {
-            ++unit;
-            value = 0;
-        }
-        if (GetWWNfromIndex(unit) == nullptr) {
-            TraceMatchFailed(__LINE__, "GetWWNfromIndex");
-            return -1;
-        }
-        MakeOIDfromIndex(UnitIdIn(working, vp), unit);
-        lastNumber = oid{value} + 1;
-        if (LiesBehind(working, request)) {
-            break;
-        }
-    }
-    TraceNumber("Ending unit index.....", unit);
-    TraceNumber("Ending value index....", value);
-    FinishWalk(working, name, length);
-    return 0;
+    constexpr UnitRowWalk kShape{FollowingUnit::kIsPassedOver, kNumberedRows.startLabel,
+                                 kNumberedRows.endLabel};
+    const auto find = [bound](std::uint32_t, std::uint32_t row) { return row < bound; };
+    return GetNextUnitRow(kShape, find, vp, name, length, unit, value);
 }
 
 int GetNextUnitPort(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                     std::uint32_t& port) {
     constexpr std::uint32_t kPortNumberBits = 0xFFFF;
-    constexpr UnitRowWalk kWalk{FollowingUnit::kKeepsRow, "Starting port index...",
-                                "Ending value index....", 0, kPortNumberBits};
-    const auto find = [](std::uint32_t domain, std::uint32_t row) {
-        return row < AskNumber(domain, Fact::kMaxPorts);
-    };
-    return GetNextUnitRow(kWalk, find, vp, name, length, unit, port);
+    constexpr UnitRowWalk kShape{FollowingUnit::kKeepsRow, "Starting port index...",
+                                 "Ending value index....", 0, kPortNumberBits};
+    return GetNextUnitRow(kShape, HasPort, vp, name, length, unit, port);
 }
 
 int GetNextUnitSensor(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
@@ -404,52 +360,40 @@ int GetNextUnitRevision(const variable* vp, oid* name, std::size_t* length, std:
 
 int GetNextUnitEvent(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                      std::uint32_t& eventId) {
-    constexpr UnitRowWalk kWalk{FollowingUnit::kKeepsRow, "Starting event id.....",
-                                "Ending event id.......", 1};
-    if (GetNextUnitRow(kWalk, FindEvent, vp, name, length, unit, eventId) != 0) {
-        return -1;
-    }
-    ++eventId;
-    return 0;
+    constexpr UnitRowWalk kShape{FollowingUnit::kKeepsRow, "Starting event id.....",
+                                 "Ending event id.......", 1};
+    return GetNextAskedRow(kShape, AskNextEvent, vp, name, length, unit, eventId);
 }
 
 int GetNextUnitLink(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                     std::uint32_t& link) {
-    constexpr UnitRowWalk kWalk{FollowingUnit::kKeepsRow, "Starting link index...",
-                                "Ending link index....", 1};
-    if (GetNextUnitRow(kWalk, FindLink, vp, name, length, unit, link) != 0) {
-        return -1;
-    }
-    ++link;
-    return 0;
+    constexpr UnitRowWalk kShape{FollowingUnit::kKeepsRow, "Starting link index...",
+                                 "Ending link index....", 1};
+    return GetNextAskedRow(kShape, AskNextLink, vp, name, length, unit, link);
 }
 
 int GetNextNameServerEntry(const variable* vp, oid* name, std::size_t* length,
                            NameServerMatch& entry) {
-    const std::span<const oid> request(name, *length);
-    WorkingOid working;
-    if (BeginWalk(vp, request, kNameServerIndexLength, "Oid already has index values attached",
-                  working) == WalkStart::kPastColumn) {
+    Walk walk = BeginWalk(vp, name, length, kNameServerIndexLength,
+                          "Oid already has index values attached");
+    if (walk.start == Start::kEnd) {
         return -1;
     }
-    const auto names = LastNumbers<kNameServerIndexLength>(working);
+    const auto names = LastNumbers<kNameServerIndexLength>(walk);
     NameServerIndex index;
     if (ReadNameServerIndex(names, index) != 0) {
         TraceLog(kError, "%s, %d:Invalid Port Id caused MATCH_FAILED return", kSource, __LINE__);
         return -1;
     }
-    NameServerMatch next;
-    if (FindNextNameServer(index, request.size() < working.length, next) != 0) {
+    if (FindNextNameServer(index, walk.request.size() < walk.working.length, entry) != 0) {
         TraceLog(kError, "%s, %d:No more entries caused a MATCH_FAILED return", kSource, __LINE__);
         return -1;
     }
-    WriteNameServerIndex(next, names);
-    TraceLog(kTrace, "Ending Switch Wwn... %s", next.switchWwn);
-    TraceLog(kTrace, "Ending Port Wwn..... %s", next.portWwn);
-    TraceLog(kTrace, "Ending Port Id...... %s", next.portId);
-    FinishWalk(working, name, length);
-    entry = next;
-    return 0;
+    WriteNameServerIndex(entry, names);
+    TraceLog(kTrace, "Ending Switch Wwn... %s", entry.switchWwn);
+    TraceLog(kTrace, "Ending Port Wwn..... %s", entry.portWwn);
+    TraceLog(kTrace, "Ending Port Id...... %s", entry.portId);
+    return FinishWalk(walk, name, length);
 }
 
 int FindNameServerEntry(std::span<const oid, kNameServerIndexLength> names,
@@ -468,15 +412,13 @@ int FindNameServerEntry(std::span<const oid, kNameServerIndexLength> names,
 
 int GetNextTrapEntry(TrapRowLookup rowAt, const variable* vp, oid* name, std::size_t* length,
                      std::uint16_t& row) {
-    const std::span<const oid> request(name, *length);
-    WorkingOid working;
-    const WalkStart start = BeginWalk(vp, request, kTrapIndexLength,
-                                      "Oid already has IP and port values attached", working);
-    if (start == WalkStart::kPastColumn) {
+    Walk walk = BeginWalk(vp, name, length, kTrapIndexLength,
+                          "Oid already has IP and port values attached");
+    if (walk.start == Start::kEnd) {
         return -1;
     }
-    const auto names = LastNumbers<kTrapIndexLength>(working);
-    if (start == WalkStart::kBehindRow && GetTrapIndexFromTrapOID(rowAt, names, row) < 0) {
+    const auto names = LastNumbers<kTrapIndexLength>(walk);
+    if (walk.start == Start::kNamedRow && GetTrapIndexFromTrapOID(rowAt, names, row) < 0) {
         TraceMatchFailed(__LINE__, "GetTrapIndexFromTrapOID");
         return -1;
     }
@@ -489,8 +431,7 @@ int GetNextTrapEntry(TrapRowLookup rowAt, const variable* vp, oid* name, std::si
             continue;
         }
         MakeOIDfromTrapIndex(index, names);
-        if (LiesBehind(working, request) &&
-            (!found || std::ranges::lexicographical_compare(names, best))) {
+        if (LiesBehind(walk) && (!found || std::ranges::lexicographical_compare(names, best))) {
             std::ranges::copy(names, best.begin());
             row = candidate;
             found = true;
@@ -506,8 +447,7 @@ int GetNextTrapEntry(TrapRowLookup rowAt, const variable* vp, oid* name, std::si
              static_cast<unsigned>(best[1]), static_cast<unsigned>(best[2]),
              static_cast<unsigned>(best[3]));
     TraceNumber("Ending Port Num.......", static_cast<std::uint32_t>(best[4]));
-    FinishWalk(working, name, length);
-    return 0;
+    return FinishWalk(walk, name, length);
 }
 
 int GetNextZoneMember(const variable* vp, oid* name, std::size_t* length,
@@ -528,38 +468,30 @@ int GetNextAliasMember(const variable* vp, oid* name, std::size_t* length,
 
 int GetNextModulePort(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                       std::uint32_t& port) {
-    const std::span<const oid> request(name, *length);
-    WorkingOid working;
-    if (BeginWalk(vp, request, kModulePortIndexLength,
-                  "Oid already has unit and index values attached",
-                  working) == WalkStart::kPastColumn) {
+    Walk walk = BeginWalk(vp, name, length, kModulePortIndexLength,
+                          "Oid already has unit and index values attached");
+    if (walk.start == Start::kEnd) {
         return -1;
     }
-    const auto names = LastNumbers<kModulePortIndexLength>(working);
-    std::uint32_t foundUnit = 0;
+    const auto names = LastNumbers<kModulePortIndexLength>(walk);
+    std::uint32_t firstUnit = 0;
     port = 0;
     if (names[0] != 0) {
-        foundUnit = static_cast<std::uint32_t>(names[0] - 1);
+        firstUnit = static_cast<std::uint32_t>(names[0] - 1);
         port = static_cast<std::uint32_t>(names[1]);
     }
-    TraceNumber("Starting unit index...", foundUnit);
+    TraceNumber("Starting unit index...", firstUnit);
     TraceNumber("Starting port index...", port);
-    const auto find = [](std::uint32_t domain, std::uint32_t row) {
-        return row < AskNumber(domain, Fact::kMaxPorts);
-    };
     const auto write = [&](std::uint32_t rowUnit, std::uint32_t row) {
         names[0] = oid{rowUnit} + 1;
         names[1] = oid{row} + 1;
-        return 0;
     };
-    if (FindRowBehind(find, write, request, working, foundUnit, port) != 0) {
+    if (GoToRow(walk, HasPort, write, firstUnit, unit, port) != 0) {
         return -1;
     }
-    unit = static_cast<std::uint16_t>(foundUnit);
     TraceNumber("Ending unit index.....", unit);
     TraceNumber("Ending value index....", port);
-    FinishWalk(working, name, length);
-    return 0;
+    return FinishWalk(walk, name, length);
 }
 
 int CheckModulePortOID(const variable* vp, const oid* name, std::size_t length, std::uint16_t* unit,
@@ -581,16 +513,15 @@ int CheckModulePortOID(const variable* vp, const oid* name, std::size_t length, 
 
 int GetNextLogin(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                  Login& found) {
-    const std::span<const oid> request(name, *length);
-    WorkingOid working;
-    if (BeginWalk(vp, request, kLoginIndexLength, "Oid already has unit and index values attached",
-                  working) == WalkStart::kPastColumn) {
+    Walk walk = BeginWalk(vp, name, length, kLoginIndexLength,
+                          "Oid already has unit and index values attached");
+    if (walk.start == Start::kEnd) {
         return -1;
     }
-    const auto names = LastNumbers<kLoginIndexLength>(working);
-    std::uint32_t foundUnit = 0;
-    ReadLoginStart(names, foundUnit, found);
-    TraceNumber("Starting unit index.........", foundUnit);
+    const auto names = LastNumbers<kLoginIndexLength>(walk);
+    std::uint32_t firstUnit = 0;
+    ReadLoginStart(names, firstUnit, found);
+    TraceNumber("Starting unit index.........", firstUnit);
     TraceNumber("Starting local port index...", found.port);
     TraceNumber("Starting login index........", found.login);
     bool furtherUnit = false;
@@ -598,35 +529,30 @@ int GetNextLogin(const variable* vp, oid* name, std::size_t* length, std::uint16
         found.port = port;
         found.login = furtherUnit ? 0 : found.login;
         furtherUnit = true;
-        const bool exists = FindNextLogin(domain, found) == 0;
-        port = found.port;
-        return exists;
+        return ReadNextLogin(domain, found) == 0;
+    };
+    const auto write = [&](std::uint32_t rowUnit, std::uint32_t) {
+        names[0] = oid{rowUnit} + 1;
+        names[1] = oid{found.port} + 1;
+        names[2] = oid{found.login} + 1;
     };
     std::uint32_t port = found.port;
-    const auto write = [&](std::uint32_t rowUnit, std::uint32_t row) {
-        names[0] = oid{rowUnit} + 1;
-        names[1] = oid{row} + 1;
-        names[2] = oid{found.login} + 1;
-        return 0;
-    };
-    if (FindRowBehind(find, write, request, working, foundUnit, port) != 0) {
+    if (GoToRow(walk, find, write, firstUnit, unit, port) != 0) {
         return -1;
     }
-    unit = static_cast<std::uint16_t>(foundUnit);
     TraceNumber("Ending unit index...........", unit);
     TraceNumber("Ending local port index.....", found.port);
     TraceNumber("Ending login index..........", found.login);
-    FinishWalk(working, name, length);
-    return 0;
+    return FinishWalk(walk, name, length);
 }
 
-int GetLogin(std::span<const oid, kLoginIndexLength> index, std::uint16_t& unit, Login& found) {
+int ReadLoginAt(std::span<const oid, kLoginIndexLength> index, std::uint16_t& unit, Login& found) {
     const std::uint32_t namedUnit = static_cast<std::uint32_t>(index[0]) - 1;
     found.port = static_cast<std::uint32_t>(index[1]) - 1;
     found.login = static_cast<std::uint32_t>(index[2]) - 1;
     std::uint16_t domain = 0;
     if (std::ranges::count(index, oid{0}) != 0 || GetDomainIdFromIndex(namedUnit, domain) != 0 ||
-        FindLogin(domain, found) != 0) {
+        ReadLogin(domain, found) != 0) {
         return -1;
     }
     unit = static_cast<std::uint16_t>(namedUnit);

@@ -22,7 +22,8 @@ namespace snmpmain {
 // Index: unit id.
 int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit);
 
-// Index: unit id, value number + 1; every unit has `bound` values. `value` counts from 0.
+// Index: unit id, value number + 1; every unit has `bound` values. `value` counts from 0. For
+// tables of as many rows in every unit; there is none yet.
 int GetNextUnitValue(const variable* vp, oid* name, std::size_t* length, std::uint32_t bound,
                      std::uint16_t& unit, std::uint32_t& value);
 
@@ -39,11 +40,10 @@ int GetNextUnitRevision(const variable* vp, oid* name, std::size_t* length, std:
                         std::uint32_t& revision);
 
 // Index: unit id, log entry id; the entries shown (see row_numbers.h) that the unit's log has.
-// "Get.Oper.Switch.NextLogEntry.%i"
 int GetNextUnitEvent(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                      std::uint32_t& eventId);
 
-// Index: unit id, link index as the unit counts it. "Get.Oper.Link.NextLinkEntry.%i"
+// Index: unit id, link index as the unit counts it.
 int GetNextUnitLink(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                     std::uint32_t& link);
 
@@ -83,7 +83,8 @@ constexpr std::size_t kLoginIndexLength = 3;
 int GetNextLogin(const variable* vp, oid* name, std::size_t* length, std::uint16_t& unit,
                  Login& found);
 
-// The login with exactly this index. Returns 0, or -1 when there is none.
-int GetLogin(std::span<const oid, kLoginIndexLength> index, std::uint16_t& unit, Login& found);
+// The login with exactly this index, asked of its switch (see logins.h). Returns 0, or -1 when
+// there is none.
+int ReadLoginAt(std::span<const oid, kLoginIndexLength> index, std::uint16_t& unit, Login& found);
 
 }  // namespace snmpmain

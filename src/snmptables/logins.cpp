@@ -141,7 +141,7 @@ std::uint32_t PortsAsked(std::uint32_t domain) {
 
 }  // namespace
 
-int FindLogin(std::uint32_t domain, Login& login) {
+int ReadLogin(std::uint32_t domain, Login& login) {
     if (login.port >= PortsAsked(domain)) {
         return -1;
     }
@@ -154,7 +154,7 @@ int FindLogin(std::uint32_t domain, Login& login) {
     return 0;
 }
 
-int FindNextLogin(std::uint32_t domain, Login& login) {
+int ReadNextLogin(std::uint32_t domain, Login& login) {
     const std::uint32_t ports = PortsAsked(domain);
     SwitchLogins* ofSwitch = login.port < ports ? LoginsOf(domain) : nullptr;
     if (ofSwitch == nullptr) {

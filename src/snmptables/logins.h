@@ -22,11 +22,11 @@ struct Login {
 
 // Sets the port id of the login at `port` with the number `login`. Returns 0, or -1 when there is
 // none, or the switch does not answer.
-int FindLogin(std::uint32_t domain, Login& login);
+int ReadLogin(std::uint32_t domain, Login& login);
 
 // Moves to the first login from (port, login) on. Returns 0, or -1 when there is none, or the
 // switch falls silent: waiting for each of its ports would take minutes.
-int FindNextLogin(std::uint32_t domain, Login& login);
+int ReadNextLogin(std::uint32_t domain, Login& login);
 
 // Forgets what is kept of a switch; of all.
 void ForgetLogins(std::uint32_t domain);

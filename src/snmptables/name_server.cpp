@@ -15,10 +15,10 @@
 #include "src/snmptables/unit_table.h"
 
 namespace snmpmain {
-
-std::uint16_t nameServerStale = 1;
-
 namespace {
+
+// 1 while the table does not stand for the fabric any more.
+std::uint16_t nameServerStale = 1;
 
 struct NameServerEntry {
     char portId[kPortIdTextSize];
@@ -251,7 +251,7 @@ int BuildNameServerTable() {
     return FetchTable() == Fetched::kWhole ? 0 : -1;
 }
 
-void RefreshNameServerTable() {
+void ReadNameServerIfStale() {
     schedule.Refresh(nameServerStale, FetchTable);
 }
 

@@ -13,10 +13,6 @@ namespace snmpmain {
 // Six hexadecimal characters and a terminator.
 constexpr std::size_t kPortIdTextSize = 7;
 
-// 1 while the table does not stand for the fabric any more: set at start-up and by notifications,
-// cleared by RefreshNameServerTable.
-extern std::uint16_t nameServerStale;
-
 // Empties the table and marks it stale; part of start-up.
 void ResetNameServerTable();
 
@@ -33,7 +29,7 @@ int BuildNameServerTable();
 // Rebuilds the table if it is stale. It counts as fresh afterwards even if the switch refuses
 // something: the next notification makes for the next try. A question without an answer leaves the
 // table as it was; a later call goes on from there (see FetchSchedule).
-void RefreshNameServerTable();
+void ReadNameServerIfStale();
 
 // Entries of all domains, as switch management counts them (there may be fewer in the table).
 std::uint32_t GetNameServerTotal();
@@ -55,8 +51,9 @@ int GetNameServerEntry(const char* switchWwn, const char* portWwn,
                        const std::function<bool(const NameServerMatch&)>& isWanted,
                        NameServerMatch& found);
 
-// The port id at a position (from 0) of one switch's own name server. Returns 0, or -1 beyond its
-// end or when a query fails. "Get.Oper.NameServer.Entries", ".FirstNsEntry", ".NextNsEntry.%s"
+// The port id at a position (from 0) of one switch's own name server, for a single look-up: whoever
+// reads several keeps the list (logins.h). Returns 0, or -1 beyond its end or when a query fails.
+// "Get.Oper.NameServer.Entries", ".FirstNsEntry", ".NextNsEntry.%s"
 int GetLocalNsPortId(std::uint32_t domain, std::uint32_t position, char (&portId)[kPortIdTextSize]);
 
 // That name server as a list of port ids.

@@ -24,6 +24,18 @@ EntryId ReadEntryId(const ReplyText& entry, std::uint32_t& id) {
     return EntryId::kFound;
 }
 
+// Whether the log goes on behind the entry with this id.
+bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id) {
+    ReplyText entry;
+    if (SwitchMgmtQueryf(domain, entry, kString, nullptr, "Get.Oper.Switch.NextLogEntry.%u", id) !=
+            0 ||
+        std::strcmp(entry.data(), kListEnd) == 0) {
+        return false;
+    }
+    std::uint32_t found = 0;
+    return ReadEntryId(entry, found) != EntryId::kFound || found > id;
+}
+
 std::uint32_t ChassisOf(std::uint32_t domain) {
     return std::min(AskNumber(domain, Fact::kChassis), kMaxChassis);
 }
@@ -67,36 +79,34 @@ int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id) {
     return ReadEntryId(reply, id) == EntryId::kNoNumber ? -1 : 0;
 }
 
-int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id) {
-    std::uint32_t last = 0;
-    return GetLogRange(domain, id, last);
-}
-
-int GetLogRange(std::uint32_t domain, std::uint32_t& first, std::uint32_t& last) {
-    first = 0;
+int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id, std::uint32_t& last) {
+    id = 0;
     last = 0;
     ReplyText reply;
     if (SwitchMgmtQuery(domain, "Get.Oper.Switch.FirstLogEntry", reply, kString) != 0) {
         return 0;
     }
-    if (ReadEntryId(reply, first) != EntryId::kFound || GetLastLogEntryId(domain, last) != 0) {
+    if (ReadEntryId(reply, id) != EntryId::kFound || GetLastLogEntryId(domain, last) != 0) {
         return -1;
     }
     if (last > MAX_LOG_ENTRIES) {
-        first = last - (MAX_LOG_ENTRIES - 1);
+        id = last - (MAX_LOG_ENTRIES - 1);
     }
     return 0;
 }
 
-bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id) {
-    ReplyText entry;
-    if (SwitchMgmtQueryf(domain, entry, kString, nullptr, "Get.Oper.Switch.NextLogEntry.%u", id) !=
-            0 ||
-        std::strcmp(entry.data(), kListEnd) == 0) {
-        return false;
+int AskNextEvent(std::uint32_t domain, std::uint32_t after, std::uint32_t& id) {
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+    if (GetFirstLogEntryId(domain, first, last) != 0 || first == 0) {
+        return -1;
     }
-    std::uint32_t found = 0;
-    return ReadEntryId(entry, found) != EntryId::kFound || found > id;
+    const std::uint32_t before = std::max(after, first - 1);
+    if (before >= last || !HasNextLogEntry(domain, before)) {
+        return -1;
+    }
+    id = before + 1;
+    return 0;
 }
 
 int AskNextLink(std::uint32_t domain, std::uint32_t after, std::uint32_t& link) {

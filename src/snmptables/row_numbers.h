@@ -42,17 +42,14 @@ std::uint16_t GetLogEntryCount(std::uint32_t domain);
 constexpr const char* kLastLogEntryCommand = "Get.Oper.Switch.LastLogEntry";
 int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id);
 
-// Id of the oldest log entry shown, 0 when the unit does not answer. Returns -1 when the entry
-// carries no id or the newest one's cannot be had. "Get.Oper.Switch.FirstLogEntry"
-int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id);
+// Id of the oldest log entry shown, 0 when the unit does not answer, and that of the newest one, on
+// which it depends; `last` is 0 as well where the first query failed. Returns -1 when the oldest
+// entry carries no id or the newest one's is unavailable. "Get.Oper.Switch.FirstLogEntry"
+int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id, std::uint32_t& last);
 
-// The ids of the oldest log entry shown and of the newest one, as the two operations above give
-// them; `last` is 0 where the first query failed.
-int GetLogRange(std::uint32_t domain, std::uint32_t& first, std::uint32_t& last);
-
-// Whether a unit's log goes on behind the entry with this id; one whose own id does not lie behind
-// ends it. "Get.Oper.Switch.NextLogEntry.%i"
-bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id);
+// The first log entry shown behind the one with this id. Returns 0, or -1 when there is none. An
+// entry whose own id does not lie behind ends the log. "Get.Oper.Switch.NextLogEntry.%i"
+int AskNextEvent(std::uint32_t domain, std::uint32_t after, std::uint32_t& id);
 
 // The first link of a unit behind the one with this index. Returns 0, or -1 when there is none.
 // "Get.Oper.Link.NextLinkEntry.%i"

@@ -9,11 +9,11 @@
 #include "src/snmptables/fabric_lists.h"
 
 namespace snmpmain {
+namespace {
 
+// 1 while the list does not stand for the fabric any more.
 std::uint16_t zoningStale = 1;
 std::uint16_t aliasStale = 1;
-
-namespace {
 
 // Where one of the lists comes from, and how its dump is headed.
 struct MemberSource {
@@ -187,11 +187,11 @@ int BuildAliasTable() {
     return Build(aliases);
 }
 
-void RefreshZoningTable() {
+void ReadZonesIfStale() {
     zones.schedule.Refresh(zoningStale, [] { return Fetch(zones); });
 }
 
-void RefreshAliasTable() {
+void ReadAliasesIfStale() {
     aliases.schedule.Refresh(aliasStale, [] { return Fetch(aliases); });
 }
 

@@ -16,11 +16,6 @@ struct ZoneMemberNode {
     char memberId[17];  // the first 16: a WWN, a port id, or domain and port
 };
 
-// 1 while a list does not stand for the fabric any more: set at start-up and by notifications,
-// cleared by the refresh.
-extern std::uint16_t zoningStale;
-extern std::uint16_t aliasStale;
-
 // Empty the lists and mark them stale; part of start-up.
 void ResetZoningTable();
 void ResetAliasTable();
@@ -39,8 +34,8 @@ int BuildAliasTable();
 // Rebuild the list if it is stale. It counts as fresh afterwards even if the switch refuses
 // something: the next notification makes for the next try. A question without an answer leaves the
 // list as it was; a later call goes on from there (see FetchSchedule).
-void RefreshZoningTable();
-void RefreshAliasTable();
+void ReadZonesIfStale();
+void ReadAliasesIfStale();
 
 // The first member behind the given one, in the order of zone and member number, or null. Holds
 // until the next rebuild.

@@ -209,8 +209,8 @@ TEST_F(TableValuesTest, NameServerEntryByIndexAlone) {
 
 // Every value of a walk costs the commands that it must, at the switch that knows it.
 TEST_F(TableValuesTest, CommandsPerValue) {
-    RefreshNameServerTable();
-    RefreshZoningTable();
+    ReadNameServerIfStale();
+    ReadZonesIfStale();
     Oid firstName;
     GetNext("5.2.1.1.3", firstName);
     const std::string port = "Oper.UserPort.0.3.", zones = "Oper.Zoning.ActiveZone.";

@@ -177,12 +177,5 @@ TEST_F(UnitIdTest, SearchMatchesARowByRowScanInAnyOrder) {
     }
 }
 
-TEST_F(UnitIdTest, SystemObjectIdIsSplit) {
-    Discover();
-    std::array<oid, MAX_OID_LEN> names;
-    ASSERT_EQ(GetSysObjectIDOID(names), 9u);
-    EXPECT_EQ(names[6], 32473u);
-}
-
 }  // namespace
 }  // namespace snmpmain

@@ -102,9 +102,6 @@ class WalkersTest : public SwitchTest {
                  zones = Of(GetNextZoneMember, member), aliases = Of(GetNextAliasMember, member),
                  names = Of(GetNextNameServerEntry, entry), logins = Of(GetNextLogin, unit, login),
                  modulePorts = Of(GetNextModulePort, unit, row);
-    const Walker values = [this](oid* name, std::size_t* length) {
-        return GetNextUnitValue(&vp, name, length, 2, unit, row);
-    };
 };
 
 TEST_F(WalkersTest, UnitsFollowOneAnother) {
@@ -160,11 +157,6 @@ TEST_F(WalkersTest, PortsKeepTheirNumberFromUnitToUnit) {
     Expect(ports, "100:16>300:1");
 }
 
-TEST_F(WalkersTest, ValuesPassOverUnitsThatTheRequestDoesNotName) {
-    ExpectWalk(values, "100:1 100:2 200:1 200:2 300:1 300:2");
-    Expect(values, "101:1>300:1 201:1>end");
-}
-
 TEST_F(WalkersTest, SensorsComeWithWhatTheyReferTo) {
     Expect(sensors, "101:5>200:1 200:11>200:12");
     EXPECT_EQ(part.kind, kBladeVoltageSensor);
@@ -210,8 +202,8 @@ TEST_F(WalkersTest, LinksAreNumberedByTheirUnit) {
 }
 
 TEST_F(WalkersTest, MembersFollowZoneAndMemberNumbers) {
-    RefreshZoningTable();
-    RefreshAliasTable();
+    ReadZonesIfStale();
+    ReadAliasesIfStale();
     ExpectWalk(zones, "1.1 1.2 3.1 3.2");
     Expect(zones, "1.4294967295.5>3.1");
     EXPECT_EQ(member, GetZoneMember(3, 1));
@@ -220,7 +212,7 @@ TEST_F(WalkersTest, MembersFollowZoneAndMemberNumbers) {
 }
 
 TEST_F(WalkersTest, NameServerEntriesFollowWwnsWhateverElseIsInTheIndex) {
-    RefreshNameServerTable();
+    ReadNameServerIfStale();
     const Oid first = Next(kColumn, names);
     EXPECT_STREQ(entry.portId, "020c00");
     const Oid second = Next(first, names);
@@ -344,7 +336,7 @@ TEST_F(WalkersTest, LoginsCostNoMoreEachWhereThereAreMore) {
         unsigned rows = 0;
         for (Oid row = Next(kColumn, logins); !row.empty(); row = Next(row, logins), ++rows) {
             const Login walked = login;
-            ASSERT_EQ(GetLogin(std::span(row).last<kLoginIndexLength>(), unit, login), 0);
+            ASSERT_EQ(ReadLoginAt(std::span(row).last<kLoginIndexLength>(), unit, login), 0);
             ASSERT_STREQ(login.portId, walked.portId);
         }
         EXPECT_EQ(rows, 2 * names);
@@ -361,8 +353,8 @@ TEST_F(WalkersTest, AnswersAlwaysLieBehindTheRequest) {
         return (seed >> 16) % count;
     };
     const std::vector<std::pair<std::size_t, Walker>> walkers = {
-        {16, units},  {17, ports},      {17, revisions}, {17, events}, {17, links},
-        {17, values}, {2, modulePorts}, {2, zones},      {3, logins},  {27, names},
+        {16, units},      {17, ports}, {17, revisions}, {17, events}, {17, links},
+        {2, modulePorts}, {2, zones},  {3, logins},     {27, names},
     };
     const auto change = [&] {
         server.WithFabric([&](sim::Fabric& fabric) {

@@ -113,28 +113,13 @@ TEST_F(NameServerTest, StaleTableIsBuiltOnceEvenWhenThatFails) {
     for (const auto& [reply, entries] : {std::pair(std::optional<std::string>(), 0u),
                                          std::pair(std::optional<std::string>("1"), 18u)}) {
         server.SetValue(0, "Oper.Fabric.FirstDomainID", reply);
-        nameServerStale = 1;
-        RefreshNameServerTable();
+        MarkNameServerStale();
+        ReadNameServerIfStale();
         EXPECT_EQ(CountTexts("FirstDomainID"), 1);
-        RefreshNameServerTable();
+        ReadNameServerIfStale();
         EXPECT_EQ(CountTexts(""), 0);
         EXPECT_EQ(Walk().size(), entries);
     }
-}
-
-TEST_F(NameServerTest, OwnNameServerIsCountedFromItsStart) {
-    Give({{kA, kB}, {kC}, {}});
-    char portId[kPortIdTextSize];
-    EXPECT_EQ(GetLocalNsPortId(1, 1, portId), 0);
-    EXPECT_STREQ(portId, "010100");
-    EXPECT_EQ(GetLocalNsPortId(0, 0, portId), 0);
-    EXPECT_STREQ(portId, "020000");
-    TakeTexts();
-    EXPECT_EQ(GetLocalNsPortId(1, 2, portId), -1);
-    EXPECT_EQ(TakeTexts(), std::vector<std::string>{"Get.Oper.NameServer.Entries"});
-    EXPECT_EQ(GetLocalNsPortId(7, 0, portId), -1);
-    server.SetValue(1, "Oper.NameServer.NextNsEntry.010000", std::nullopt);
-    EXPECT_EQ(GetLocalNsPortId(1, 1, portId), -1);
 }
 
 }  // namespace

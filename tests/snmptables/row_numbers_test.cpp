@@ -108,7 +108,8 @@ TEST_F(RowNumbersTest, LogRangeEndsWithTheNewestEntries) {
         server.SetValue(0, "Oper.Switch.FirstLogEntry", firstReply);
         server.SetValue(0, "Oper.Switch.LastLogEntry", lastReply);
         std::uint32_t id = 9;
-        const int first = GetFirstLogEntryId(0, id);
+        std::uint32_t newest = 9;
+        const int first = GetFirstLogEntryId(0, id, newest);
         EXPECT_EQ(Results(first, id), expectedFirst) << firstReply.value_or("none");
         const int last = GetLastLogEntryId(0, id);
         EXPECT_EQ(Results(last, id), expectedLast) << lastReply.value_or("none");

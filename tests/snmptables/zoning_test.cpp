@@ -72,17 +72,17 @@ TEST_F(ZoningTest, ListsThatBreakOffKeepWhatWasRead) {
 TEST_F(ZoningTest, StaleListsAreBuiltOnceEvenWhenThatFails) {
     server.SetValue(0, "Oper.Zoning.FirstAlias", std::nullopt);
     for (const int expected : {1, 0}) {
-        RefreshZoningTable();
-        RefreshAliasTable();
+        ReadZonesIfStale();
+        ReadAliasesIfStale();
         const Rows texts = TakeTexts();
         EXPECT_EQ(std::ranges::count(texts, "Get.Oper.Zoning.ActiveZoneSet.FirstZone"), expected);
         EXPECT_EQ(std::ranges::count(texts, "Get.Oper.Zoning.FirstAlias"), expected);
         EXPECT_EQ(texts.empty(), expected == 0);
     }
-    aliasStale = 1;
-    RefreshZoningTable();
+    ResetAliasTable();
+    ReadZonesIfStale();
     EXPECT_EQ(CountTexts(""), 0);
-    RefreshAliasTable();
+    ReadAliasesIfStale();
     EXPECT_EQ(CountTexts(""), 1);
 }
 

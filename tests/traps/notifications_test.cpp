@@ -100,12 +100,12 @@ TEST_F(NotificationsTest, DispatchRefreshesWhatTheKindConcerns) {
     EXPECT_EQ(AskNumber(0, Fact::kMaxPorts), 12u);
     // Logins are kept until the switch itself tells of its name server.
     Login login{};
-    EXPECT_EQ(FindLogin(7, login), 0);
+    EXPECT_EQ(ReadLogin(7, login), 0);
     server.WithFabric([](sim::Fabric& fabric) { fabric.Find(7)->nameServer.clear(); });
     WalksAfter(2, 9);
-    EXPECT_EQ(FindLogin(7, login), 0);
+    EXPECT_EQ(ReadLogin(7, login), 0);
     WalksAfter(7, 9);
-    EXPECT_EQ(FindLogin(7, login), -1);
+    EXPECT_EQ(ReadLogin(7, login), -1);
 }
 
 TEST(EventKinds, NamesGoWithTheNoticesAndNumbersBeyondAreClosed) {

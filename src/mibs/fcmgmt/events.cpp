@@ -52,8 +52,9 @@ int CompleteEvent(const HandlerCall& call, Instance& instance) {
 int ResolveEvent(const HandlerCall& call, Instance& instance) {
     std::uint32_t first = 0;
     std::uint32_t last = 0;
-    if (ResolveUnitIndex(call, instance) != 0 || GetLogRange(instance.domain, first, last) != 0 ||
-        first == 0 || instance.lastIndex < first || instance.lastIndex > last) {
+    if (ResolveUnitIndex(call, instance) != 0 ||
+        GetFirstLogEntryId(instance.domain, first, last) != 0 || first == 0 ||
+        instance.lastIndex < first || instance.lastIndex > last) {
         return -1;
     }
     return CompleteEvent(call, instance);

@@ -65,7 +65,7 @@ int CompleteEntry(const NameServerMatch& entry, Instance& instance) {
 }
 
 int ResolveEntry(const HandlerCall& call, Instance& instance) {
-    RefreshNameServerTable();
+    ReadNameServerIfStale();
     if (*call.length != call.vp->namelen + kNameServerIndexLength) {
         return -1;
     }
@@ -78,7 +78,7 @@ int ResolveEntry(const HandlerCall& call, Instance& instance) {
 }
 
 int NextEntry(const HandlerCall& call, Instance& instance) {
-    RefreshNameServerTable();
+    ReadNameServerIfStale();
     NameServerMatch entry;
     if (GetNextNameServerEntry(call.vp, call.name, call.length, entry) != 0) {
         return -1;

@@ -8,7 +8,7 @@ namespace snmpmain::fcmgmt {
 namespace {
 
 int ReadNameServerTotal(const Column&, const Instance&, MibValue& value) {
-    RefreshNameServerTable();
+    ReadNameServerIfStale();
     return SetNumber(value, GetNameServerTotal());
 }
 

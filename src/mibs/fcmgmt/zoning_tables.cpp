@@ -70,8 +70,8 @@ struct MemberTable {
     const ZoneMemberNode* (*exact)(std::uint32_t group, std::uint32_t member);
     int (*next)(const variable* vp, oid* name, std::size_t* length, const ZoneMemberNode*& member);
 };
-constexpr MemberTable kZones{RefreshZoningTable, GetZoneMember, GetNextZoneMember};
-constexpr MemberTable kAliases{RefreshAliasTable, GetAliasMember, GetNextAliasMember};
+constexpr MemberTable kZones{ReadZonesIfStale, GetZoneMember, GetNextZoneMember};
+constexpr MemberTable kAliases{ReadAliasesIfStale, GetAliasMember, GetNextAliasMember};
 
 template <const MemberTable& kTable>
 int ResolveMember(const HandlerCall& call, Instance& instance) {

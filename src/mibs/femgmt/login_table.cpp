@@ -42,7 +42,7 @@ int ResolveLogin(const HandlerCall& call, Instance& instance) {
         return -1;
     }
     const auto index = std::span(call.name, *call.length).last<kLoginIndexLength>();
-    return GetLogin(index, instance.unit, login) == 0 ? Take(call, instance) : -1;
+    return ReadLoginAt(index, instance.unit, login) == 0 ? Take(call, instance) : -1;
 }
 
 int NextLogin(const HandlerCall& call, Instance& instance) {
