@@ -10,12 +10,12 @@
 #include "src/link/notify_queue.h"
 #include "src/link/reachability.h"
 #include "src/link/tellings.h"
-#include "src/snmptables/discovery.h"
-#include "src/traps/notifications.h"
-#include "src/traps/registration.h"
-#include "src/traps/sweep.h"
+#include "src/snmptables/status_refresh.h"
 #include "src/traps/trap_table_update.h"
-#include "src/traps/upkeep.h"
+#include "src/upkeep/dispatch.h"
+#include "src/upkeep/sweep.h"
+#include "src/upkeep/unit_table_refresh.h"
+#include "src/upkeep/upkeep.h"
 
 namespace snmpmain {
 namespace {
@@ -60,16 +60,15 @@ Progress DecideNotification() {
 
 Progress StepUnitStatus() {
     RefreshNextUnitStatus();
-    return unitStatusRefreshPending != 0 ? Progress::kMore : Progress::kDone;
+    return IsUnitStatusWanted() ? Progress::kMore : Progress::kDone;
 }
 
 // What takes no time, or is begun here and goes on elsewhere.
 void BeginWork() {
-    if (trapTableChanged != 0) {
+    if (IsTrapTableUpdateDue()) {
         if (StartTrapTableUpdate() != 0) {
             TraceLog(kSevere, "write to switchTable failed: SNMP_ERR_COMMITFAILED");
         }
-        trapTableChanged = 0;
     } else if (std::uint16_t returned = 0;
                !IsOutstanding(Upkeep::kUnitTable) && TakeReturned(returned)) {
         WelcomeBack(returned);
@@ -90,12 +89,12 @@ bool GoOn() {
         DoSlice(StepSnmpdConf);
     } else if (SnmpdHasSaved()) {
         SyncSnmpdPersistent();
-    } else if (unitStatusRefreshPending != 0) {
+    } else if (IsUnitStatusWanted()) {
         DoSlice(StepUnitStatus);
     } else {
         ResumeSnmpdConf();
     }
-    return IsUpkeepDue() || IsSnmpdConfUnderWay() || unitStatusRefreshPending != 0;
+    return IsUpkeepDue() || IsSnmpdConfUnderWay() || IsUnitStatusWanted();
 }
 
 }  // namespace
@@ -107,7 +106,7 @@ bool AgentIdleStep() {
     BeginWork();
     // New trap destinations are brought to the switch now, not with the next request.
     const bool sweeps = !IsUpkeepDue() && DoSlice(StepSweep) == Progress::kMore;
-    return GoOn() || sweeps || NotificationWaits() || trapTableChanged != 0 || HasReturned();
+    return GoOn() || sweeps || NotificationWaits() || IsTrapTableUpdateDue() || HasReturned();
 }
 
 }  // namespace snmpmain

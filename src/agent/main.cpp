@@ -21,27 +21,20 @@
 #include "src/link/link.h"
 #include "src/link/log_level.h"
 #include "src/link/notify_queue.h"
-#include "src/link/reachability.h"
 #include "src/link/switch_info.h"
-#include "src/link/tellings.h"
-#include "src/link/worked_with.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/femgmt/femgmt.h"
 #include "src/mibs/norbex/norbex.h"
 #include "src/snmpoid/snmp_headers.h"
 #include "src/snmptables/discovery.h"
-#include "src/snmptables/logins.h"
 #include "src/snmptables/name_server.h"
-#include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
 #include "src/snmptables/zoning.h"
 #include "src/traps/local_state.h"
 #include "src/traps/notifications.h"
 #include "src/traps/registration.h"
-#include "src/traps/sweep.h"
 #include "src/traps/trap_sender.h"
-#include "src/traps/trap_table.h"
-#include "src/traps/upkeep.h"
+#include "src/upkeep/sweep.h"
 
 namespace snmpmain {
 namespace {
@@ -65,22 +58,12 @@ int OpenLink(const Options& options) {
     return 0;
 }
 
+// Whatever is kept of the fabric is asked for when it is needed first.
 void ResetCaches() {
-    ResetReachability();
-    ResetSwitchInfo();
     ResetConnUnitTable();
     ResetNameServerTable();
     ResetZoningTable();
     ResetAliasTable();
-    ResetUnitStatusMemo();
-    ResetLogins();
-    ResetTrapTable();
-    ResetTellings();
-    ResetWorkedWith();
-    ResetDiscovery();
-    ResetUpkeep();
-    SetDepartureHandler(ReportDeparture);
-    SetRegistrationHandler(RegisterNotifications);
 }
 
 // One pass over what the agent keeps of the switch; a failure begins the next pass at the top.
@@ -93,10 +76,7 @@ int FillCaches() {
         std::fputs("Unit table initialization failed. Reinitializing.\n", stderr);
         return -1;
     }
-    if (InitTrapNotifications() != 0) {
-        std::fputs("Trap initialization failed. Reinitializing.\n", stderr);
-        return -1;
-    }
+    InitTrapNotifications();
     return 0;
 }
 

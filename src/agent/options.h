@@ -1,4 +1,4 @@
-// The command line of snmpmain.
+// The command line of snmpmain. Main thread only.
 #pragma once
 
 namespace snmpmain {

@@ -1,4 +1,4 @@
-// The process's signals.
+// The process's signals. Main thread only.
 #pragma once
 
 namespace snmpmain {

@@ -1,4 +1,4 @@
-// The SNMP library as an AgentX sub-agent of snmpd.
+// The SNMP library as an AgentX sub-agent of snmpd. Main thread only, at start-up.
 #pragma once
 
 namespace snmpmain {

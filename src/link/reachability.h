@@ -41,7 +41,7 @@ void ForgetReturned();
 void NoteListed(std::span<const std::uint16_t> listed);
 bool HasLeftFabric(std::uint32_t domain);
 
-// Forgets everything; part of start-up.
+// Forgets everything; for tests.
 void ResetReachability();
 
 // ---- for the link ----

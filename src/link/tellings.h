@@ -55,7 +55,7 @@ void FinishTellings();
 // stays.
 void KeepTellingsOf(std::span<const std::uint16_t> listed);
 
-// Forgets everything; part of start-up.
+// Forgets everything; for tests.
 void ResetTellings();
 
 // ---- for the link ----

@@ -45,7 +45,7 @@ Workers WhoWorkedWithAnother(std::size_t number, const Answer& answer, const Rep
 // What stands for a reply here, since pass phrases are not kept: a hash, nothing for no answer.
 std::optional<std::size_t> HashOfReply(const Answer& answer, const ReplyText& reply);
 
-// Forgets everything; part of start-up.
+// Forgets everything; for tests.
 void ResetWorkedWith();
 
 }  // namespace snmpmain

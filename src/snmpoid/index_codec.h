@@ -79,8 +79,8 @@ int FindTrapIndex(TrapRowLookup rowAt, std::span<const oid, kTrapIndexLength> na
 // alone when the text holds no ".".
 void SplitDottedNumbers(const char* text, std::span<std::uint32_t> numbers, std::size_t& count);
 
-// Writes the local switch's system object id and returns its number of sub-identifiers.
-// "Get.Config.Snmp.SysObjectID"
+// For a caller that wants the local switch's system object id as an OID: writes it and returns its
+// number of sub-identifiers. "Get.Config.Snmp.SysObjectID"
 std::size_t GetSysObjectIDOID(std::span<oid> names);
 
 // Makes `fitted` the variable's name followed by exactly `indexLength` sub-identifiers: those of

@@ -3,10 +3,12 @@
 // thread only.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <new>
+#include <span>
 #include <vector>
 
 #include "src/link/link.h"
@@ -61,6 +63,18 @@ class KeyWalk {
 
 // No fabric has more domains.
 constexpr std::size_t kMaxDomains = 256;
+
+struct DomainList {
+    std::array<std::uint16_t, kMaxDomains> domains{};
+    std::size_t count = 0;
+
+    std::span<const std::uint16_t> Listed() const {
+        return std::span(domains).first(count);
+    }
+    void Add(std::uint16_t domain) {
+        domains[count++] = domain;
+    }
+};
 
 constexpr KeyList kDomainList{0, "Get.Oper.Fabric.FirstDomainID", "Get.Oper.Fabric.NextDomainID"};
 

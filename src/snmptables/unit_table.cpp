@@ -57,47 +57,45 @@ void NoteRowOrder() {
     state.rowsEnd = end;
 }
 
-ConnUnitEntry* RowOfDomain(std::uint32_t domain) {
-    for (ConnUnitEntry& row : connUnitTbl) {
-        if (row.domainId == 0) {
-            break;
-        }
-        if (row.domainId == domain) {
-            return &row;
-        }
+std::uint16_t IndexOf(const ConnUnitEntry& row) {
+    return static_cast<std::uint16_t>(&row - connUnitTbl.data());
+}
+
+// Changes or reads the row of a domain that any thread may look at. Returns 0, or -1 when there is
+// none.
+template <typename Use>
+int WithRow(std::uint32_t domain, Use use) {
+    const std::lock_guard lock(state.rowsMutex);
+    const ConnUnitEntry* row = FindUnit(domain);
+    if (row == nullptr) {
+        return -1;
     }
-    return nullptr;
+    use(connUnitTbl[IndexOf(*row)]);
+    return 0;
+}
+
+void SetReset(ConnUnitEntry& row, std::uint32_t reset) {
+    row.reset = reset;
+    state.newer[IndexOf(row)].reset = true;
 }
 
 std::uint32_t DomainOrLocal(std::uint32_t domain) {
     return domain == 0 ? GetLocalDomainId() : domain;
 }
 
-ConnUnitEntry* RowOfDomainOrLocal(std::uint32_t domain) {
-    return RowOfDomain(DomainOrLocal(domain));
-}
-
-const ConnUnitEntry* LoggedRowOfDomain(std::uint32_t domain) {
-    domain = DomainOrLocal(domain);
-    const ConnUnitEntry* row = RowOfDomain(domain);
-    if (row == nullptr) {
-        TraceLog(kError, "Invalid connUnitTbl[] DomainId- %d", static_cast<int>(domain));
-    }
-    return row;
+int TraceUnknownDomain(std::uint32_t domain, const char* end = "") {
+    TraceLog(kError, "Invalid connUnitTbl[] DomainId- %d%s", static_cast<int>(domain), end);
+    return -1;
 }
 
 const ConnUnitEntry* LoggedRowOfWwn(const char* wwn) {
-    for (const ConnUnitEntry& row : connUnitTbl) {
-        if (std::strcmp(row.wwn, wwn) == 0) {
-            return &row;
-        }
+    const auto row = std::ranges::find_if(
+        connUnitTbl, [&](const ConnUnitEntry& unit) { return std::strcmp(unit.wwn, wwn) == 0; });
+    if (row == connUnitTbl.end()) {
+        TraceLog(kError, "Invalid connUnitTbl[] WWN- %s", wwn);
+        return nullptr;
     }
-    TraceLog(kError, "Invalid connUnitTbl[] WWN- %s", wwn);
-    return nullptr;
-}
-
-std::uint16_t IndexOf(const ConnUnitEntry& row) {
-    return static_cast<std::uint16_t>(&row - connUnitTbl.data());
+    return &*row;
 }
 
 }  // namespace
@@ -116,7 +114,7 @@ void NoteChangesFromNowOn() {
 void ReplaceUnits(std::span<ConnUnitEntry> rows) {
     const std::lock_guard lock(state.rowsMutex);
     for (ConnUnitEntry& row : rows) {
-        const ConnUnitEntry* old = RowOfDomain(row.domainId);
+        const ConnUnitEntry* old = FindUnit(row.domainId);
         if (old == nullptr || std::strcmp(old->wwn, row.wwn) != 0) {
             continue;
         }
@@ -132,17 +130,11 @@ void ReplaceUnits(std::span<ConnUnitEntry> rows) {
 }
 
 void NoteGreeting(std::uint16_t domain, std::uint32_t fcAddress) {
-    const std::lock_guard lock(state.rowsMutex);
-    if (ConnUnitEntry* row = RowOfDomain(domain); row != nullptr) {
-        row->fcAddress = fcAddress;
-    }
+    WithRow(domain, [&](ConnUnitEntry& row) { row.fcAddress = fcAddress; });
 }
 
 void SetUnitEventSupport(std::uint16_t domain, bool supports) {
-    const std::lock_guard lock(state.rowsMutex);
-    if (ConnUnitEntry* row = RowOfDomain(domain); row != nullptr) {
-        row->eventSupport = supports ? 1 : 0;
-    }
+    WithRow(domain, [&](ConnUnitEntry& row) { row.eventSupport = supports ? 1 : 0; });
 }
 
 void DumpConnUnitTable() {
@@ -151,22 +143,17 @@ void DumpConnUnitTable() {
     }
     TraceLog(kTrace, "\nConnUnitTable:");
     TraceLog(kTrace, "Index DomainId FCAddress  WWN              Reset  Event support");
-    for (int index = 0; const ConnUnitEntry& row : connUnitTbl) {
-        if (row.domainId == 0) {
-            break;
-        }
-        TraceLog(kTrace, "%-5i %-8d 0x%08x %-16s %-6d %-6d", index++, row.domainId, row.fcAddress,
-                 row.wwn, static_cast<int>(row.reset), static_cast<int>(row.eventSupport));
+    for (const ConnUnitEntry& row : std::span(connUnitTbl).first(GetUnitCount())) {
+        TraceLog(kTrace, "%-5i %-8d 0x%08x %-16s %-6d %-6d", IndexOf(row), row.domainId,
+                 row.fcAddress, row.wwn, static_cast<int>(row.reset),
+                 static_cast<int>(row.eventSupport));
     }
     TraceLog(kTrace, "%s", "");
 }
 
 std::uint16_t GetUnitCount() {
-    std::uint16_t count = 0;
-    while (count < connUnitTbl.size() && connUnitTbl[count].domainId != 0) {
-        ++count;
-    }
-    return count;
+    const auto end = std::ranges::find(connUnitTbl, 0, &ConnUnitEntry::domainId);
+    return static_cast<std::uint16_t>(end - connUnitTbl.begin());
 }
 
 const char* GetWWNfromIndex(std::uint32_t index) {
@@ -185,6 +172,14 @@ int GetDomainIdFromIndex(std::uint32_t index, std::uint16_t& domain) {
     }
     domain = connUnitTbl[index].domainId;
     return 0;
+}
+
+const ConnUnitEntry* FindUnit(std::uint32_t domain) {
+    const auto end = connUnitTbl.begin() + GetUnitCount();
+    const auto row = std::find_if(connUnitTbl.begin(), end, [domain](const ConnUnitEntry& unit) {
+        return unit.domainId == domain;
+    });
+    return row == end ? nullptr : &*row;
 }
 
 int GetIndexFromWwn(const char* wwn, std::uint16_t& index) {
@@ -206,91 +201,64 @@ int GetDomainIdFromWwn(const char* wwn, std::uint16_t& domain) {
 }
 
 int GetIndexFromDomainId(std::uint32_t domain, std::uint16_t& index) {
-    const ConnUnitEntry* row = LoggedRowOfDomain(domain);
+    domain = DomainOrLocal(domain);
+    const ConnUnitEntry* row = FindUnit(domain);
     if (row == nullptr) {
-        return -1;
+        return TraceUnknownDomain(domain);
     }
     index = IndexOf(*row);
     return 0;
 }
 
-const char* GetWwnFromDomainId(std::uint32_t domain) {
-    const ConnUnitEntry* row = LoggedRowOfDomain(domain);
-    return row == nullptr ? nullptr : row->wwn;
+int GetWwnFromDomainId(std::uint32_t domain, char (&wwn)[kWwnTextSize]) {
+    domain = DomainOrLocal(domain);
+    const int result =
+        WithRow(domain, [&](const ConnUnitEntry& row) { CopyText(wwn, sizeof(wwn), row.wwn); });
+    return result == 0 ? 0 : TraceUnknownDomain(domain);
 }
 
 std::uint32_t GetFcAddressFromDomainId(std::uint32_t domain) {
     domain = DomainOrLocal(domain);
-    const ConnUnitEntry* row = RowOfDomain(domain);
+    const ConnUnitEntry* row = FindUnit(domain);
     if (row == nullptr) {
-        TraceLog(kError, "Invalid connUnitTbl[] DomainId- %d\n", static_cast<int>(domain));
+        TraceUnknownDomain(domain, "\n");
         return 0xFFFFFFFF;
     }
     return row->fcAddress;
 }
 
-int CopyWwnOfDomain(std::uint32_t domain, char (&wwn)[kWwnTextSize]) {
-    const std::lock_guard lock(state.rowsMutex);
-    const ConnUnitEntry* row = RowOfDomainOrLocal(domain);
-    if (row == nullptr) {
-        return -1;
-    }
-    CopyText(wwn, sizeof(wwn), row->wwn);
-    return 0;
-}
-
 int GetUnitStatus(std::uint32_t domain, std::uint16_t& status) {
-    const std::lock_guard lock(state.rowsMutex);
-    const ConnUnitEntry* row = RowOfDomain(domain);
-    if (row == nullptr) {
-        return -1;
-    }
-    status = row->status;
-    return 0;
+    return WithRow(domain, [&](const ConnUnitEntry& row) { status = row.status; });
 }
 
 int SetUnitStatus(std::uint32_t domain, std::uint16_t status) {
-    const std::lock_guard lock(state.rowsMutex);
-    ConnUnitEntry* row = RowOfDomain(domain);
-    if (row == nullptr) {
-        return -1;
-    }
-    row->status = status;
-    state.newer[IndexOf(*row)].status = true;
-    return 0;
+    return WithRow(domain, [&](ConnUnitEntry& row) {
+        row.status = status;
+        state.newer[IndexOf(row)].status = true;
+    });
 }
 
 int GetUnitReset(std::uint32_t domain, std::uint32_t& reset) {
-    const std::lock_guard lock(state.rowsMutex);
-    const ConnUnitEntry* row = RowOfDomainOrLocal(domain);
-    if (row == nullptr) {
-        return -1;
-    }
-    reset = row->reset;
-    return 0;
+    return WithRow(DomainOrLocal(domain), [&](const ConnUnitEntry& row) { reset = row.reset; });
 }
 
 int SetUnitReset(std::uint32_t domain, std::uint32_t reset) {
-    const std::lock_guard lock(state.rowsMutex);
-    ConnUnitEntry* row = reset > 1 ? nullptr : RowOfDomain(domain);
-    if (row == nullptr) {
+    if (reset > 1) {
         return -1;
     }
-    row->reset = reset;
-    state.newer[IndexOf(*row)].reset = true;
-    return 0;
+    return WithRow(domain, [&](ConnUnitEntry& row) { SetReset(row, reset); });
 }
 
 int BeginUnitReset(std::uint32_t domain, std::uint16_t& status) {
-    const std::lock_guard lock(state.rowsMutex);
-    ConnUnitEntry* row = RowOfDomain(domain);
-    if (row == nullptr || row->reset != 0) {
-        return -1;
-    }
-    row->reset = 1;
-    state.newer[IndexOf(*row)].reset = true;
-    status = row->status;
-    return 0;
+    bool begins = false;
+    WithRow(domain, [&](ConnUnitEntry& row) {
+        begins = row.reset == 0;
+        status = row.status;
+        if (begins) {
+            SetReset(row, 1);
+        }
+    });
+    return begins ? 0 : -1;
 }
 
 std::int32_t GetUnitEventSupport(std::uint32_t index) {
@@ -326,11 +294,6 @@ std::uint16_t GetAscendingRows() {
 
 std::uint16_t GetRowsEnd() {
     return state.rowsEnd;
-}
-
-bool IsPortOfLocalUnit(std::uint32_t port) {
-    const ConnUnitEntry* row = RowOfDomainOrLocal(0);
-    return row != nullptr && port < AskNumber(row->domainId, Fact::kMaxPorts);
 }
 
 }  // namespace snmpmain

@@ -58,27 +58,29 @@ void DumpConnUnitTable();
 // Number of units: the rows in use from the first on.
 std::uint16_t GetUnitCount();
 
+// The row of a domain, or null, without a message.
+const ConnUnitEntry* FindUnit(std::uint32_t domain);
+
 // The WWN text of a row, or null.
 const char* GetWWNfromIndex(std::uint32_t index);
 // `domain` becomes 0 on failure.
 int GetDomainIdFromIndex(std::uint32_t index, std::uint16_t& domain);
+// By the text as it stands, for a caller that has no OID; requests are resolved by their bytes.
 int GetIndexFromWwn(const char* wwn, std::uint16_t& index);
 int GetDomainIdFromWwn(const char* wwn, std::uint16_t& domain);
 // 0 is the local switch.
 int GetIndexFromDomainId(std::uint32_t domain, std::uint16_t& index);
-// The WWN text, or null. 0 is the local switch.
-const char* GetWwnFromDomainId(std::uint32_t domain);
-// The address, or 0xFFFFFFFF. 0 is the local switch.
+// Any thread. 0 is the local switch.
+int GetWwnFromDomainId(std::uint32_t domain, char (&wwn)[kWwnTextSize]);
+// The address, or 0xFFFFFFFF, for a caller that names a switch by it. 0 is the local switch.
 std::uint32_t GetFcAddressFromDomainId(std::uint32_t domain);
-
-// Any thread: the WWN text of a domain's unit, 0 being the local switch. Returns 0 or -1.
-int CopyWwnOfDomain(std::uint32_t domain, char (&wwn)[kWwnTextSize]);
 
 // Any thread. 0 is not taken for the local switch.
 int GetUnitStatus(std::uint32_t domain, std::uint16_t& status);
 int SetUnitStatus(std::uint32_t domain, std::uint16_t status);
 
-// Any thread. 0 is the local switch in the getter, but not in the setter. The setter takes 0 and 1.
+// Any thread. 0 is the local switch in the getter, but not in the setter. The setter takes 0 and 1;
+// it ends a reset by hand, where a discovery would do so otherwise.
 int GetUnitReset(std::uint32_t domain, std::uint32_t& reset);
 int SetUnitReset(std::uint32_t domain, std::uint32_t reset);
 // Any thread, and one step: marks a unit as being reset and gives the status that it keeps
@@ -94,7 +96,8 @@ struct FlatPort {
     std::uint32_t port;  // within the unit
 };
 
-// Finds a port counted through all units in row order. Returns 0 or -1.
+// Finds a port that is counted through all units in row order, for tables without a unit in their
+// index. Asks each unit for its number of ports. Returns 0 or -1.
 int GetUnitAndPortFromFlatPort(std::uint32_t flatPort, FlatPort& found);
 
 // ---- order ----
@@ -108,8 +111,5 @@ WwnBytes BytesOfWwn(const char* wwn);
 // them; rows in use from there up to GetRowsEnd() are in any order.
 std::uint16_t GetAscendingRows();
 std::uint16_t GetRowsEnd();
-
-// Whether a port number is below the port count of the local switch's row in the table.
-bool IsPortOfLocalUnit(std::uint32_t port);
 
 }  // namespace snmpmain

@@ -41,6 +41,7 @@ enum Kind : std::uint16_t {
     kVoltageLast = 35,
     kSwitchInfo = 36,
     kTimeZone = 37,
+    kUnitDeletedKind = 38,  // the agent's own: a unit has left the fabric
 };
 
 constexpr std::uint16_t kFirstEventKind = 1;

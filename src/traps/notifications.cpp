@@ -6,22 +6,13 @@
 
 #include "src/base/byte_order.h"
 #include "src/base/clock.h"
-#include "src/base/system_log.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/frame.h"
 #include "src/link/notify_queue.h"
-#include "src/link/reachability.h"
 #include "src/link/switch_info.h"
-#include "src/snmptables/logins.h"
-#include "src/snmptables/name_server.h"
-#include "src/snmptables/unit_table.h"
-#include "src/snmptables/zoning.h"
 #include "src/traps/event_kinds.h"
-#include "src/traps/local_state.h"
-#include "src/traps/private_events.h"
 #include "src/traps/trap_decision.h"
-#include "src/traps/upkeep.h"
 
 namespace snmpmain {
 namespace {
@@ -61,74 +52,6 @@ void Decorate(const EventKind& kind, NotificationText& text) {
     AppendText(text.data(), text.size(), decoration.data());
 }
 
-// A port's hardware may have changed along with its state.
-void FollowPortHardware(const NotificationRecord& record) {
-    const std::uint16_t port = GetPortFromEventText(record.text);
-    if (CheckPortHwStateChange(port) != 0) {
-        SendPortHwStateEvent(kPortState, port);
-    }
-}
-
-void FollowLocalConfig(std::uint16_t kind) {
-    if (kind == kSnmpConfig) {
-        MarkUpkeep(Upkeep::kUnitTable);
-        MarkUpkeep(Upkeep::kTrapDestinations);
-        MarkUpkeep(Upkeep::kSnmpdConf);
-        HoldNotifications();  // whether and where traps go may have changed
-    } else {
-        FollowInbandEnable();
-    }
-}
-
-// Marks what is to be brought up to date. `fabricUpdated`: a private event says so.
-void Follow(const NotificationRecord& record, bool fabricUpdated) {
-    const bool local = record.domainId == GetLocalDomainId();
-    switch (record.kind) {
-        case kSnmpConfig:
-        case kSwitchConfig:
-            if (local) {
-                FollowLocalConfig(record.kind);
-            } else if (record.kind == kSwitchConfig) {
-                MarkUpkeep(Upkeep::kUnitTable);
-            }
-            break;
-        case kPortConfig:
-        case kPortState:
-        case kPortOper:
-            if (local) {
-                FollowPortHardware(record);
-            }
-            break;
-        case kFabricOper:
-        case kSwitchState:
-        case kSwitchReset:
-            MarkUpkeep(Upkeep::kUnitTable);
-            break;
-        case kZoningOper:
-            MarkZoningStale();
-            break;
-        case kNameServerOper:
-            MarkNameServerStale();
-            ForgetLogins(record.domainId);
-            break;
-        case kSwitchOper:
-            MarkUpkeep(Upkeep::kLogLevel);
-            break;
-        case kPrivateEvent:
-            if (fabricUpdated) {
-                MarkUpkeep(Upkeep::kUnitTable);
-                HoldNotifications();
-            }
-            break;
-        case kSwitchInfo:
-            MarkUpkeep(Upkeep::kSwitchInfo);
-            HoldNotifications();
-            break;
-        default:
-            break;
-    }
-}
-
 }  // namespace
 
 int HandleIncomingNotification(std::span<const std::uint8_t> frame) {
@@ -163,39 +86,6 @@ int HandleIncomingNotification(std::span<const std::uint8_t> frame) {
     CopyText(record.text, sizeof(record.text), text.data());
     NotifyQueue::Put(record);
     return 0;
-}
-
-void DispatchNotification() {
-    NotificationRecord record;
-    NotifyQueue::Get(record);
-    ActOnNotification(record);
-}
-
-void FollowInbandEnable() {
-    if (CheckInbandEnableChange() != 0) {
-        SendFabricUpdateEvent();
-    }
-    MarkUpkeep(Upkeep::kSnmpdConf);
-}
-
-void ActOnNotification(NotificationRecord& record) {
-    // Before a text that the event carries takes its place.
-    const bool fabricUpdated = std::strstr(record.text, kFabricUpdateEvent) != nullptr;
-    ProcessNotificationForTraps(record.domainId, record.kind, record.text);
-    Follow(record, fabricUpdated);
-    std::uint16_t index = 0;
-    if (GetIndexFromDomainId(record.domainId, index) != 0) {
-        SystemLog("SNMP:Previously unknown switch joined the fabric. DomainId:%d\n",
-                  record.domainId);
-        // One that tells but does not answer would be left out again; its answer brings it in.
-        if (!IsSilent(record.domainId)) {
-            MarkUpkeep(Upkeep::kUnitTable);
-        }
-    }
-}
-
-void ReportDeparture(NotificationRecord& record) {
-    ProcessNotificationForTraps(record.domainId, record.kind, record.text);
 }
 
 }  // namespace snmpmain

@@ -85,9 +85,11 @@ void SendFabricUpdateEvent() {
 void SendPrivateEventToFabric(const char* command) {
     std::array<std::uint16_t, MAX_CONN_UNITS> domains{};
     std::size_t count = 0;
-    for (const ConnUnitEntry& row : std::span(connUnitTbl).first(GetUnitCount())) {
-        if (row.domainId != GetLocalDomainId() && row.eventSupport != 0) {
-            domains[count++] = row.domainId;
+    for (std::uint16_t unit = 0; unit < GetUnitCount(); ++unit) {
+        std::uint16_t domain = 0;
+        if (GetDomainIdFromIndex(unit, domain) == 0 && domain != GetLocalDomainId() &&
+            GetUnitEventSupport(unit) != 0) {
+            domains[count++] = domain;
         }
     }
     Tell(std::span(domains).first(count), command, StatusByte::kCounts, nullptr);

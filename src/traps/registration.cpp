@@ -10,12 +10,9 @@
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
 #include "src/link/tellings.h"
-#include "src/snmptables/discovery.h"
 #include "src/snmptables/unit_table.h"
-#include "src/traps/sweep.h"
 #include "src/traps/trap_sender.h"
 #include "src/traps/trap_table.h"
-#include "src/traps/upkeep.h"
 
 namespace snmpmain {
 namespace {
@@ -29,10 +26,6 @@ void TakeRegistration(std::uint16_t domain, Outcome outcome) {
     }
 }
 
-void RegisterAt(std::span<const std::uint16_t> domains, const char* command) {
-    Tell(domains, command, StatusByte::kIsIgnored, TakeRegistration);
-}
-
 void ReportFailure(int result, const char* message) {
     if (result != 0) {
         std::fputs(message, stderr);
@@ -44,32 +37,22 @@ void ReportFailure(int result, const char* message) {
 void RegisterNotifications(bool on) {
     std::array<std::uint16_t, 1 + MAX_CONN_UNITS> domains{};
     std::size_t count = on ? 1 : 0;  // the local switch
-    const std::uint16_t units = GetUnitCount();
-    for (std::uint16_t unit = 0; unit < units; ++unit) {
+    for (std::uint16_t unit = 0; unit < GetUnitCount(); ++unit) {
         std::uint16_t domain = 0;
         if (GetDomainIdFromIndex(unit, domain) == 0 && domain != GetLocalDomainId() &&
             (on || !HasLeftFabric(domain))) {
             domains[count++] = domain;
         }
     }
-    RegisterAt(std::span(domains).first(count), on ? "NotifyOn" : "NotifyOff");
+    Tell(std::span(domains).first(count), on ? "NotifyOn" : "NotifyOff", StatusByte::kIsIgnored,
+         TakeRegistration);
 }
 
-void WelcomeBack(std::uint16_t domain) {
-    std::uint16_t status = 0;
-    if (domain == 0) {
-        HurrySweep();  // it may have been started anew, without our registration
-    }
-    if (domain == 0 || GetUnitStatus(domain, status) != 0) {
-        MarkUnitTableForReturn();
-        return;
-    }
-    RegisterAt(std::span(&domain, 1), "NotifyOn");
-    GreetUnit(domain);
-    WantUnitStatus(domain);
+void RegisterAt(std::uint16_t domain) {
+    Tell(std::span(&domain, 1), "NotifyOn", StatusByte::kIsIgnored, TakeRegistration);
 }
 
-int InitTrapNotifications() {
+void InitTrapNotifications() {
     std::fputs("SNMP:Initializing trap notifications\n", stderr);
     ReplyText community;
     if (SwitchMgmtQuery(0, "Get.Config.Snmp.TrapComm", community, kString) == 0) {
@@ -84,7 +67,6 @@ int InitTrapNotifications() {
     ReportFailure(failures, "SNMP:Failed to register for notifications\n");
     NotifyQueue::Reset();
     std::fputs("SNMP:Trap notifications initialized.\n", stderr);
-    return 0;
 }
 
 }  // namespace snmpmain

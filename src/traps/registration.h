@@ -11,14 +11,12 @@ namespace snmpmain {
 // without waiting for the answers. One that fails goes to the system log.
 void RegisterNotifications(bool on);
 
-// A switch that was silent answers again (0: the local one): registers with it, greets it and has
-// its status read, or, for one that is not in the table, marks that for a refresh. So does the
-// return of the local switch, through which all others are reached.
-void WelcomeBack(std::uint16_t domain);
+// Tells one unit to notify.
+void RegisterAt(std::uint16_t domain);
 
 // Reads the community and the destinations of traps, registers for notifications and empties the
-// queue. Messages go to standard error; a failure of one step does not stop the others. Always 0.
+// queue. Messages go to standard error; a failure of one step does not stop the others.
 // "Get.Config.Snmp.TrapComm"
-int InitTrapNotifications();
+void InitTrapNotifications();
 
 }  // namespace snmpmain

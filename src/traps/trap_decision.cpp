@@ -6,7 +6,6 @@
 #include "src/base/clock.h"
 #include "src/link/reply_parser.h"
 #include "src/link/switch_info.h"
-#include "src/snmptables/discovery.h"
 #include "src/snmptables/unit_table.h"
 #include "src/traps/event_kinds.h"
 #include "src/traps/local_state.h"

@@ -35,11 +35,7 @@ UnitId MakeUnitId(const char* wwn) {
 
 UnitId IdOfDomain(std::uint16_t domain) {
     char wwn[kWwnTextSize];
-    if (CopyWwnOfDomain(domain, wwn) != 0) {
-        TraceLog(kError, "Invalid connUnitTbl[] DomainId- %d", domain);
-        return MakeUnitId(kNoWwn);
-    }
-    return MakeUnitId(wwn);
+    return MakeUnitId(GetWwnFromDomainId(domain, wwn) == 0 ? wwn : kNoWwn);
 }
 
 TrapOid ColumnOf(std::span<const std::uint32_t> mib, const EntryOid& entry, std::uint32_t column) {

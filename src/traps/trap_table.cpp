@@ -154,7 +154,7 @@ const char* NameOfState(std::uint32_t state) {
 void ResetTrapTable() {
     const std::lock_guard lock(table.mutex);
     table.rows = {};
-    table.told = table.changes;
+    table.changes = table.told = 0;
     table.readingWanted = false;
     table.placeVersions = {};
 }

@@ -34,7 +34,7 @@ struct TrapRow {
 
 using TrapTable = std::array<TrapRow, kTrapDestinations>;
 
-// Clears all rows; part of start-up.
+// Clears all rows; for tests.
 void ResetTrapTable();
 
 // Replaces the rows with the switch's destinations, in use from row 0 on, without doubles, sorted
@@ -83,9 +83,9 @@ PlaceDigits DigitsOfPlace(std::uint16_t place);
 // Rows in use from row 0 on.
 std::uint16_t GetTrapRowCount();
 
-// The row of a destination: one whose address contains the text and whose port is equal. Returns 0
-// when there is one, 1 when there is none (`index` is then the first free row), -1 when all rows
-// are taken by others.
+// The row of a destination given by a text, where no OID names it: one whose address contains the
+// text and whose port is equal. Returns 0 when there is one, 1 when there is none (`index` is then
+// the first free row), -1 when all rows are taken by others.
 int FindTrapRow(const char* address, std::uint32_t port, std::uint16_t& index);
 
 // Fills a row, clears it, sets its filter (a severity, 1 to 10). Return 0, or -1 when there is no

@@ -3,6 +3,7 @@
 #include <arpa/inet.h>
 #include <pthread.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 #include <mutex>
@@ -16,13 +17,11 @@
 #include "src/traps/trap_table.h"
 
 namespace snmpmain {
-
-std::atomic<std::uint16_t> trapTableChanged = 0;
-
 namespace {
 
 std::mutex trapTableLock;  // held by an update for its whole length
 std::atomic<bool> updateWaits = false;
+std::uint32_t changesStartedFor = 0;  // as CountTrapTableChanges counts them
 
 int Send(const char* command) {
     ReplyText ignored;
@@ -144,7 +143,12 @@ int StartThread() {
 
 }  // namespace
 
+bool IsTrapTableUpdateDue() {
+    return CountTrapTableChanges() != changesStartedFor;
+}
+
 int StartTrapTableUpdate() {
+    changesStartedFor = CountTrapTableChanges();
     if (updateWaits.exchange(true)) {
         return 0;
     }

@@ -2,13 +2,10 @@
 // the five of them take several commands, each of which may wait for seconds.
 #pragma once
 
-#include <atomic>
-#include <cstdint>
-
 namespace snmpmain {
 
-// 1 once a manager has changed the trap table: the main loop starts an update and clears it.
-extern std::atomic<std::uint16_t> trapTableChanged;
+// Whether managers have changed the trap table since the last update was started. Main thread only.
+bool IsTrapTableUpdateDue();
 
 // Starts the update. When the switch does not take it, the rows are read from the switch again. One
 // that waits for its predecessor to end covers later changes as well, so that there are never more

@@ -4,6 +4,7 @@
 #include "src/agent/options.h"
 #include "src/agent/signals.h"
 #include "src/base/paths.h"
+#include "src/snmptables/status_refresh.h"
 #include "tests/support/switch_test.h"
 
 #include <getopt.h>
@@ -111,7 +112,7 @@ TEST_F(IdleStepTest, WorkIsDoneInOrderOfPrecedence) {
     NotifyQueue::Put(record);
     NotifyQueue::Put(record);
     SetFabricUpdatePending(true);
-    ASSERT_EQ(unitStatusRefreshPending, 1);
+    ASSERT_TRUE(IsUnitStatusWanted());
 
     std::vector<std::string> texts;
     bool goesOn = true;
@@ -121,7 +122,7 @@ TEST_F(IdleStepTest, WorkIsDoneInOrderOfPrecedence) {
         EXPECT_TRUE(!NotifyQueue::Pending() || texts.empty());
     }
     EXPECT_FALSE(IsFabricUpdatePending());
-    EXPECT_EQ(unitStatusRefreshPending, 0);
+    EXPECT_FALSE(IsUnitStatusWanted());
     const auto walk = std::ranges::find(texts, "Get.Oper.Fabric.FirstDomainID");
     const auto status = std::ranges::find(texts, "Get.Oper.Switch.OperState");
     EXPECT_LT(walk, status);

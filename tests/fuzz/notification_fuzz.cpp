@@ -32,7 +32,8 @@
 #include "src/traps/local_state.h"
 #include "src/traps/notifications.h"
 #include "src/traps/registration.h"
-#include "src/traps/upkeep.h"
+#include "src/upkeep/dispatch.h"
+#include "src/upkeep/upkeep.h"
 #include "tests/fuzz/instant_switch.h"
 #include "tests/fuzz/surroundings.h"
 #include "tests/support/loopback.h"
@@ -61,8 +62,6 @@ class Agent {
         ::setenv("SNMPMAIN_ROOT", "/dev/null", 1);  // no files, no daemon to be signalled
         SetNotificationReceiver(HandleIncomingNotification);
         Require(InitLink(LoopbackAddress(0).c_str()) == 0 && InitSendRecvLock() == 0, "link");
-        SetDepartureHandler(ReportDeparture);
-        SetRegistrationHandler(RegisterNotifications);
         OpenTraceLog();
         SetDiagnosticLevel(kTrace);
         Settle(fuzz::kNormal);

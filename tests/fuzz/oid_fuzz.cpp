@@ -37,7 +37,6 @@
 #include "src/snmptables/zoning.h"
 #include "src/traps/registration.h"
 #include "src/traps/trap_table.h"
-#include "src/traps/trap_table_update.h"
 #include "tests/fuzz/instant_switch.h"
 #include "tests/fuzz/surroundings.h"
 #include "tests/support/loopback.h"
@@ -278,14 +277,16 @@ class Agent {
         if ((bits & kOddReplies) != 0) {
             Require(InitSwitchInfo() == 0, "switch information");
         }
-        if (trapTableChanged.exchange(0) != 0) {
-            MarkTrapTableTold(CountTrapTableChanges());
+        if (const std::uint32_t changes = CountTrapTableChanges(); changes != trapTableChanges_) {
+            trapTableChanges_ = changes;
+            MarkTrapTableTold(changes);
             Require(ReadTrapDestinations() == 0, "trap destinations");
         }
     }
 
     fuzz::InstantSwitch switch_;
     std::vector<variable> columns_;
+    std::uint32_t trapTableChanges_ = 0;
 };
 
 }  // namespace

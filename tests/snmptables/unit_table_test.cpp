@@ -5,34 +5,16 @@
 
 #include "sim/frame.h"
 #include "src/snmptables/discovery.h"
+#include "src/snmptables/status_refresh.h"
 #include "tests/support/switch_test.h"
 
 namespace snmpmain {
 namespace {
 
-std::vector<NotificationRecord> departures;
-std::vector<bool> registrations;
-
 class UnitTableTest : public SwitchTest {
   protected:
-    UnitTableTest() {
-        departures.clear();
-        registrations.clear();
-        SetDepartureHandler([](NotificationRecord& record) { departures.push_back(record); });
-        SetRegistrationHandler([](bool on) { registrations.push_back(on); });
-    }
-
-    static Progress Refresh() {
-        BeginConnUnitTableRefresh();
-        Progress progress = Progress::kMore;
-        while (progress == Progress::kMore || progress == Progress::kPaused) {
-            progress = RefreshConnUnitTable();
-        }
-        return progress;
-    }
-
     static void ReadStatuses() {
-        while (unitStatusRefreshPending != 0) {
+        while (IsUnitStatusWanted()) {
             EXPECT_EQ(RefreshNextUnitStatus(), 0);
         }
     }
@@ -78,8 +60,8 @@ TEST_F(UnitTableTest, WalkSortsTheUnitsByWwnAndCompletesTheirRows) {
     EXPECT_EQ(connUnitTbl[0].eventSupport, 1u);
     EXPECT_EQ(connUnitTbl[1].eventSupport, 0u);
     EXPECT_EQ(connUnitTbl[2].status, kUnitUnknown);
-    EXPECT_EQ(unitStatusRefreshPending, 1);
-    EXPECT_TRUE(departures.empty());
+    EXPECT_TRUE(IsUnitStatusWanted());
+    EXPECT_TRUE(GetDepartedUnits().empty());
 }
 
 TEST_F(UnitTableTest, ListEndsWithAFailedQueryOrTheEndMark) {
@@ -113,8 +95,6 @@ TEST_F(UnitTableTest, ListThatNeverEndsIsBounded) {
     server.SetReplyOverride({});
     EXPECT_EQ(GetUnitCount(), MAX_CONN_UNITS);
     EXPECT_EQ(GetWWNfromIndex(MAX_CONN_UNITS), nullptr);
-    FlatPort found;
-    EXPECT_EQ(GetUnitAndPortFromFlatPort(5000000, found), -1);
 }
 
 TEST_F(UnitTableTest, UnitsWithoutWwnOrAnswerAreLeftOut) {
@@ -144,25 +124,21 @@ TEST_F(UnitTableTest, UnitsWithoutWwnOrAnswerAreLeftOut) {
     EXPECT_EQ(Domains(), std::vector<std::uint16_t>{2});
 }
 
-TEST_F(UnitTableTest, EachDepartureIsReportedOnce) {
+TEST_F(UnitTableTest, DeparturesAreNotedOnce) {
     Discover();
     server.WithFabric([](sim::Fabric& fabric) {
         std::erase_if(fabric.switches, [](const sim::Switch& s) { return s.domain != 2; });
     });
     ASSERT_EQ(UpdateConnUnitTable(), 0);
-    ASSERT_EQ(departures.size(), 2u);
-    EXPECT_EQ(departures[0].domainId, 2);
-    EXPECT_EQ(departures[0].kind, kUnitDeletedKind);
-    EXPECT_STREQ(departures[0].text, sim::DefaultFabric().Find(7)->wwn.c_str());
-    EXPECT_STREQ(departures[1].text, sim::DefaultFabric().Find(1)->wwn.c_str());
+    ASSERT_EQ(GetDepartedUnits().size(), 2u);
+    EXPECT_EQ(GetDepartedUnits()[0].wwn, sim::DefaultFabric().Find(7)->wwn);
+    EXPECT_EQ(GetDepartedUnits()[1].wwn, sim::DefaultFabric().Find(1)->wwn);
     ASSERT_EQ(UpdateConnUnitTable(), 0);
-    EXPECT_EQ(departures.size(), 2u);
+    EXPECT_TRUE(GetDepartedUnits().empty());
     // Rows behind the terminator: gone for lookups by number and domain, there for those by WWN.
     std::uint16_t found = 0;
     EXPECT_EQ(GetUnitCount(), 1);
     EXPECT_EQ(GetIndexFromDomainId(1, found), -1);
-    EXPECT_EQ(GetIndexFromWwn(sim::DefaultFabric().Find(1)->wwn.c_str(), found), 0);
-    EXPECT_EQ(found, 2);
     EXPECT_EQ(GetAscendingRows(), 1);
     EXPECT_EQ(GetRowsEnd(), 3);
 }
@@ -173,8 +149,6 @@ TEST_F(UnitTableTest, LookupsTakeZeroForTheLocalSwitchWhereTheySaySo) {
     std::uint32_t reset = 9;
     EXPECT_EQ(GetIndexFromDomainId(0, number), 0);
     EXPECT_EQ(number, 0);
-    EXPECT_EQ(GetFcAddressFromDomainId(0), connUnitTbl[0].fcAddress);
-    EXPECT_EQ(GetFcAddressFromDomainId(99), 0xFFFFFFFFu);
     EXPECT_EQ(GetUnitReset(0, reset), 0);
     EXPECT_EQ(reset, 0u);
     EXPECT_EQ(GetUnitStatus(0, number), -1);
@@ -187,8 +161,6 @@ TEST_F(UnitTableTest, LookupsTakeZeroForTheLocalSwitchWhereTheySaySo) {
     number = 9;
     EXPECT_EQ(GetDomainIdFromIndex(3, number), -1);
     EXPECT_EQ(number, 0);
-    EXPECT_EQ(GetUnitEventSupport(255), 0);
-    EXPECT_EQ(GetUnitEventSupport(256), -1);
     EXPECT_TRUE(TakeTexts().empty());
 }
 
@@ -198,20 +170,15 @@ TEST_F(UnitTableTest, FailedLookupsSayWhatWasLookedFor) {
     std::uint16_t number = 0;
     GetWWNfromIndex(256);
     GetDomainIdFromIndex(300, number);
-    GetIndexFromWwn("abc", number);
-    GetDomainIdFromWwn("def", number);
     GetIndexFromDomainId(98, number);
-    GetWwnFromDomainId(99);
-    GetFcAddressFromDomainId(97);
+    char wwn[kWwnTextSize];
+    GetWwnFromDomainId(99, wwn);
     GetUnitStatus(99, number);
     EXPECT_EQ(TakeLogged(), (std::vector<std::string>{
                                 "12:Invalid connUnitTbl[] Index=256",
                                 "12:Invalid connUnitTbl[] Index= 300",
-                                "12:Invalid connUnitTbl[] WWN- abc",
-                                "12:Invalid connUnitTbl[] WWN- def",
                                 "12:Invalid connUnitTbl[] DomainId- 98",
                                 "12:Invalid connUnitTbl[] DomainId- 99",
-                                "12:Invalid connUnitTbl[] DomainId- 97\n",
                             }));
     ASSERT_EQ(UpdateConnUnitTable(), 0);
     const std::vector<std::string> walk = TakeLogged();
@@ -221,51 +188,13 @@ TEST_F(UnitTableTest, FailedLookupsSayWhatWasLookedFor) {
         std::ranges::count(walk, "14:1     7        0x00070000 1000020000000200 0      1     "), 1);
 }
 
-TEST_F(UnitTableTest, FlatPortsCountThroughTheUnitsInRowOrder) {
-    Discover();
-    FlatPort found{};
-    for (const auto& [flatPort, expected] :
-         {std::pair(15u, std::tuple(2, 0, 15u)), std::pair(16u, std::tuple(7, 1, 0u)),
-          std::pair(47u, std::tuple(1, 2, 7u))}) {
-        EXPECT_EQ(GetUnitAndPortFromFlatPort(flatPort, found), 0);
-        EXPECT_EQ(std::tie(found.domain, found.unitIndex, found.port), expected);
-        EXPECT_EQ(IsPortOfLocalUnit(flatPort), flatPort == 15);
-    }
-    EXPECT_EQ(GetUnitAndPortFromFlatPort(48, found), -1);
-}
-
-TEST_F(UnitTableTest, RefreshGivesUpAfterFourWalksAndReportsTheFourth) {
-    Discover();
-    server.SetValue(0, "Oper.Fabric.Entry.7.WWN", std::nullopt);
-    TakeLogged();
-    EXPECT_EQ(Refresh(), Progress::kFailed);
-    EXPECT_TRUE(Logged("8:SNMP:Failed to properly update connUnitTable!\n"));
-    EXPECT_EQ(CountTexts("MergeMode"), 4);
-    EXPECT_EQ(registrations, (std::vector<bool>{false, true}));
-    EXPECT_EQ(GetUnitCount(), 3);
-
-    // Each outcome by the number of walks that fail first.
-    for (const auto& [failures, result] :
-         {std::pair(2, Progress::kDone), std::pair(3, Progress::kFailed)}) {
-        std::atomic<int> walks{0};
-        ChangeReplies([&walks, most = failures](const sim::ReceivedCommand& command, auto& reply) {
-            walks += command.text == "Get.Config.Zoning.MergeMode" ? 1 : 0;
-            reply[2] = command.text == "Get.Oper.Fabric.Entry.2.WWN" && walks <= most ? 1 : 0;
-        });
-        server.SetValue(0, "Oper.Fabric.Entry.7.WWN", "1000020000000200");
-        EXPECT_EQ(Refresh(), result) << failures;
-        server.SetReplyOverride({});
-        EXPECT_EQ(walks, failures + 1);
-    }
-}
-
 TEST_F(UnitTableTest, StatusesAreReadAfterAWalkACommandAtATime) {
     Discover();
     for (int step = 0; step < 4; ++step) {
         RefreshNextUnitStatus();
         EXPECT_LE(TakeTexts().size(), 1u);
     }
-    EXPECT_EQ(unitStatusRefreshPending, 1);
+    EXPECT_TRUE(IsUnitStatusWanted());
     ReadStatuses();
     EXPECT_EQ(CountTexts("Get.Oper.Switch.OperState"), 3);
     EXPECT_EQ(connUnitTbl[0].status, kUnitWarning);
@@ -286,13 +215,13 @@ TEST_F(UnitTableTest, WhatIsSetDuringAWalkIsKept) {
     Discover();
     ReadStatuses();
     ASSERT_EQ(SetUnitReset(1, 1), 0);
-    BeginConnUnitTableRefresh();
+    BeginDiscovery();
     while (CountTexts("Get.Oper.Fabric.Entry.7.WWN") == 0) {
-        ASSERT_EQ(RefreshConnUnitTable(), Progress::kMore);
+        ASSERT_EQ(StepDiscovery(), Progress::kMore);
     }
     ASSERT_EQ(SetUnitReset(7, 1), 0);
     ASSERT_EQ(SetUnitStatus(2, kUnitFailed), 0);
-    while (RefreshConnUnitTable() == Progress::kMore) {
+    while (StepDiscovery() == Progress::kMore) {
     }
     std::uint32_t reset = 9;
     EXPECT_EQ(GetUnitReset(7, reset), 0);

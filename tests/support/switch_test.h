@@ -47,7 +47,6 @@ class SwitchTest : public testing::Test {
         ResetTellings();
         ResetSwitchInfo();
         ResetConnUnitTable();
-        ResetDiscovery();
         ResetNameServerTable();
         ResetZoningTable();
         ResetAliasTable();
@@ -55,8 +54,6 @@ class SwitchTest : public testing::Test {
         ResetLogins();
         NotifyQueue::Reset();
         SetFabricUpdatePending(false);
-        SetDepartureHandler(nullptr);
-        SetRegistrationHandler(nullptr);
     }
 
     // Every frame that the agent sent must have been to the simulator's liking.

@@ -9,6 +9,7 @@
 #include "src/traps/registration.h"
 #include "src/traps/trap_sender.h"
 #include "src/traps/trap_table.h"
+#include "src/upkeep/dispatch.h"
 #include "tests/support/mib_test.h"
 #include "tests/support/trap_sink.h"
 

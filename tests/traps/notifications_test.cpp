@@ -4,7 +4,8 @@
 #include "src/base/byte_order.h"
 #include "src/base/text.h"
 #include "src/traps/event_kinds.h"
-#include "src/traps/upkeep.h"
+#include "src/upkeep/dispatch.h"
+#include "src/upkeep/upkeep.h"
 #include "tests/support/switch_test.h"
 
 namespace snmpmain {

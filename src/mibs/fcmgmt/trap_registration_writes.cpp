@@ -6,7 +6,6 @@
 #include "src/base/text.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/traps/trap_table.h"
-#include "src/traps/trap_table_update.h"
 
 namespace snmpmain {
 namespace {
@@ -49,11 +48,7 @@ int FindRegistration(std::span<const oid> name, Registration& found) {
 
 // The main loop tells the switch.
 int Changed(const char* object, int result) {
-    if (result != 0) {
-        return Refuse(object, SNMP_ERR_COMMITFAILED);
-    }
-    trapTableChanged = 1;
-    return SNMP_ERR_NOERROR;
+    return result == 0 ? SNMP_ERR_NOERROR : Refuse(object, SNMP_ERR_COMMITFAILED);
 }
 
 int SetFilter(const WriteRequest& request) {

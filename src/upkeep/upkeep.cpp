@@ -1,4 +1,4 @@
-#include "src/traps/upkeep.h"
+#include "src/upkeep/upkeep.h"
 
 #include <algorithm>
 #include <array>
@@ -17,6 +17,7 @@
 #include "src/snmptables/discovery.h"
 #include "src/snmptables/unit_table.h"
 #include "src/traps/trap_table.h"
+#include "src/upkeep/unit_table_refresh.h"
 
 namespace snmpmain {
 namespace {
@@ -54,8 +55,7 @@ std::size_t PlaceOf(Upkeep what) {
 }
 
 bool IsKnown(std::uint16_t domain) {
-    std::uint16_t status = 0;
-    return GetUnitStatus(domain, status) == 0;
+    return FindUnit(domain) != nullptr;
 }
 
 // A second report of a reset would be suppressed until the table is refreshed on account of the
@@ -114,7 +114,7 @@ Progress StepUnitTable() {
         if (std::exchange(state.forReturn, false) && done) {
             ForgetReturned();
         }
-        std::ranges::for_each(WalkedDomains(), NoteSoughtInVain);
+        std::ranges::for_each(GetWalkedDomains(), NoteSoughtInVain);
         if (NotifyQueue::Pending()) {
             NoteSoughtInVain(NotifyQueue::Front().domainId);
         }

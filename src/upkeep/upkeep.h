@@ -43,7 +43,7 @@ bool IsOutstanding(Upkeep what);
 // One step. kDone when nothing is left of what was marked when it was begun.
 Progress StepUpkeep();
 
-// Forgets all marks; part of start-up.
+// Forgets all marks; for tests.
 void ResetUpkeep();
 
 }  // namespace snmpmain

@@ -1,12 +1,15 @@
-#include "src/traps/upkeep.h"
+#include "src/upkeep/upkeep.h"
+
+#include <atomic>
 
 #include "src/agent/idle_step.h"
 #include "src/base/text.h"
-#include "src/snmptables/discovery.h"
+#include "src/snmptables/unit_table.h"
 #include "src/traps/event_kinds.h"
-#include "src/traps/notifications.h"
 #include "src/traps/trap_decision.h"
 #include "src/traps/trap_table.h"
+#include "src/upkeep/dispatch.h"
+#include "src/upkeep/unit_table_refresh.h"
 #include "tests/support/switch_test.h"
 #include "tests/support/trap_sink.h"
 
@@ -25,7 +28,6 @@ class UpkeepTest : public SwitchTest {
         EXPECT_EQ(ReadTrapDestinations(), 0);
         DoIdleSteps();
         TakeTexts();
-        SetDepartureHandler(ReportDeparture);
     }
     ~UpkeepTest() override {
         ResetUpkeep();
@@ -40,6 +42,15 @@ class UpkeepTest : public SwitchTest {
     static void DoIdleSteps() {
         while (AgentIdleStep() || IsUpkeepDue()) {
         }
+    }
+
+    static Progress Refresh() {
+        BeginConnUnitTableRefresh();
+        Progress progress = Progress::kMore;
+        while (progress == Progress::kMore || progress == Progress::kPaused) {
+            progress = RefreshConnUnitTable();
+        }
+        return progress;
     }
 
     long CountRefreshes() {
@@ -111,6 +122,34 @@ TEST_F(UpkeepTest, EveryDepartureIsReportedThoughTheQueueIsFull) {
     DoIdleSteps();
     EXPECT_EQ(sink.Take(200).size(), 3u);
     EXPECT_EQ(GetUnitCount(), 1);
+}
+
+TEST_F(UpkeepTest, RefreshGivesUpAfterFourWalksAndReportsTheFourth) {
+    server.SetValue(0, "Oper.Fabric.Entry.7.WWN", std::nullopt);
+    TakeLogged();
+    EXPECT_EQ(Refresh(), Progress::kFailed);
+    EXPECT_TRUE(Logged("8:SNMP:Failed to properly update connUnitTable!\n"));
+    const std::vector<std::string> texts = TakeTexts();
+    EXPECT_EQ(std::ranges::count(texts, "Get.Config.Zoning.MergeMode"), 4);
+    EXPECT_EQ(std::ranges::count(texts, "NotifyOff"), 2);
+    EXPECT_EQ(std::ranges::count(texts, "NotifyOn"), 3);
+    EXPECT_EQ(GetUnitCount(), 3);
+
+    // Each outcome by the number of walks that fail first.
+    for (const auto& [failures, result] :
+         {std::pair(2, Progress::kDone), std::pair(3, Progress::kFailed)}) {
+        std::atomic<int> walks{0};
+        server.SetReplyOverride([&walks, most = failures](const sim::ReceivedCommand& command,
+                                                          std::vector<std::uint8_t> reply) {
+            walks += command.text == "Get.Config.Zoning.MergeMode" ? 1 : 0;
+            reply[2] = command.text == "Get.Oper.Fabric.Entry.2.WWN" && walks <= most ? 1 : 0;
+            return std::optional(reply);
+        });
+        server.SetValue(0, "Oper.Fabric.Entry.7.WWN", "1000020000000200");
+        EXPECT_EQ(Refresh(), result) << failures;
+        server.SetReplyOverride({});
+        EXPECT_EQ(walks, failures + 1);
+    }
 }
 
 }  // namespace

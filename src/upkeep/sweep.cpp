@@ -1,4 +1,4 @@
-#include "src/traps/sweep.h"
+#include "src/upkeep/sweep.h"
 
 #include <algorithm>
 #include <array>
@@ -28,9 +28,9 @@
 #include "src/snmptables/zoning.h"
 #include "src/traps/event_kinds.h"
 #include "src/traps/local_state.h"
-#include "src/traps/notifications.h"
 #include "src/traps/trap_decision.h"
-#include "src/traps/upkeep.h"
+#include "src/upkeep/dispatch.h"
+#include "src/upkeep/upkeep.h"
 
 namespace snmpmain {
 namespace {
@@ -171,7 +171,7 @@ Progress CompareDomains(std::size_t) {
         state.domains.push_back(domain);
         return Progress::kMore;
     }
-    if (step == DomainStep::kEnd && !std::ranges::equal(state.domains, WalkedDomains())) {
+    if (step == DomainStep::kEnd && !std::ranges::equal(state.domains, GetWalkedDomains())) {
         TraceLog(kError, "Found by comparing, without a notification: another list of domains");
         MarkUpkeep(Upkeep::kUnitTable);
     }
