@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
@@ -24,13 +25,6 @@ namespace e2e {
 namespace {
 
 constexpr const char* kSnmpPort = "1161";
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream file(path);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
 
 [[noreturn]] void Become(const Words& command, const Words& environment, int output) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // nothing outlives the test, however it ends
@@ -52,6 +46,49 @@ int StatusOf(int waitStatus) {
     return WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : 128 + WTERMSIG(waitStatus);
 }
 
+// "Hex-STRING: 41 42" as "STRING: "AB"", unless one of the octets is no printable character.
+std::string Readable(const std::string& value) {
+    constexpr std::string_view kHex = "Hex-STRING:";
+    if (!value.starts_with(kHex)) {
+        return value;
+    }
+    std::istringstream octets(value.substr(kHex.size()));
+    std::string text;
+    for (int octet; octets >> std::hex >> octet;) {
+        if (octet < ' ' || octet > '~') {
+            return value;
+        }
+        text += static_cast<char>(octet);
+    }
+    return Text(text);
+}
+
+}  // namespace
+
+std::string ReadFile(const std::string& path) {
+    std::ifstream file(path);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+void SendTrapsTo(sim::Switch& unit, const std::string& address, int port) {
+    unit.trapComm = kTrapCommunity;
+    unit.traps = {};
+    unit.traps[0] = {address, static_cast<std::uint32_t>(port), "mark", true, "2"};
+}
+
+bool Within(double seconds, const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}
+
 Values ParseValues(const std::string& output) {
     Values values;
     std::istringstream lines(output);
@@ -66,20 +103,39 @@ Values ParseValues(const std::string& output) {
             values.back().second.erase(values.back().second.find_last_not_of(' ') + 1);
         }
     }
+    for (auto& [oid, value] : values) {
+        value = Readable(value);
+    }
     return values;
 }
 
-}  // namespace
+std::string Text(const std::string& text) {
+    return text.empty() ? "\"\"" : "STRING: \"" + text + "\"";
+}
 
-bool Within(double seconds, const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() >= deadline) {
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+std::string Integer(std::uint64_t number) {
+    return "INTEGER: " + std::to_string(number);
+}
+
+std::string UnitIndex(const std::string& wwn) {
+    std::string index;
+    for (std::size_t i = 0; i < 16; i += 2) {
+        index += "." + std::to_string(std::stoi(wwn.substr(i, 2), nullptr, 16));
     }
-    return true;
+    return index + ".0.0.0.0.0.0.0.0";
+}
+
+std::string At(const std::string& column, unsigned domain, unsigned row) {
+    const char number = domain == 2 ? '1' : domain == 7 ? '2' : '3';
+    return column + UnitIndex(std::string("1000020000000") + number + "00") +
+           (row == 0 ? "" : "." + std::to_string(row));
+}
+
+Values Below(const Values& values, const std::string& oid) {
+    Values below;
+    std::ranges::copy_if(values, std::back_inserter(below),
+                         [&](const Value& value) { return value.first.starts_with(oid + "."); });
+    return below;
 }
 
 std::vector<unsigned long> SubIds(const std::string& oid) {
@@ -292,6 +348,12 @@ void Stack::StartAll() {
     ASSERT_TRUE(AwaitAgent());
 }
 
+void Stack::StartPatiently() {
+    StartSnmpd({"agentXTimeout 120", "agentXRetries 0"});
+    StartAgent();
+    ASSERT_TRUE(AwaitAgent(60));
+}
+
 void Stack::StartReceiver(int port) {
     const std::string name = "snmptrapd" + std::to_string(port);
     // Each trap stands between two control characters, since texts may have several lines.
@@ -342,15 +404,15 @@ std::string Stack::Output(const std::string& name) const {
     return ReadFile(Path(name + ".log"));
 }
 
-Words Stack::Manager(const std::string& tool) const {
-    return {tool,  "-v2c", "-c", "private", "-On", "-Ox",
-            "-Ot", "-r",   "0",  "-t",      "25",  address_ + ":" + kSnmpPort};
+Finished Stack::Manage(const std::string& tool, const Words& words) const {
+    Words command = {tool,  "-v2c", "-c", "private", "-On", "-Ox",
+                     "-Ot", "-r",   "0",  "-t",      "25",  SnmpAddress()};
+    command.insert(command.end(), words.begin(), words.end());
+    return RunProgram(command);
 }
 
 Values Stack::Get(const Words& oids) const {
-    Words command = Manager("snmpget");
-    command.insert(command.end(), oids.begin(), oids.end());
-    return ParseValues(RunProgram(command).output);
+    return ParseValues(Manage("snmpget", oids).output);
 }
 
 std::string Stack::GetOne(const std::string& oid) const {
@@ -359,27 +421,19 @@ std::string Stack::GetOne(const std::string& oid) const {
 }
 
 Values Stack::GetNext(const Words& oids) const {
-    Words command = Manager("snmpgetnext");
-    command.insert(command.end(), oids.begin(), oids.end());
-    return ParseValues(RunProgram(command).output);
+    return ParseValues(Manage("snmpgetnext", oids).output);
 }
 
 Values Stack::Walk(const std::string& oid) const {
-    Words command = Manager("snmpwalk");
-    command.push_back(oid);
-    return ParseValues(RunProgram(command).output);
+    return ParseValues(Manage("snmpwalk", {oid}).output);
 }
 
 Values Stack::BulkWalk(const std::string& oid) const {
-    Words command = Manager("snmpbulkwalk");
-    command.push_back(oid);
-    return ParseValues(RunProgram(command).output);
+    return ParseValues(Manage("snmpbulkwalk", {oid}).output);
 }
 
 Finished Stack::Set(const Words& assignments) const {
-    Words command = Manager("snmpset");
-    command.insert(command.end(), assignments.begin(), assignments.end());
-    return RunProgram(command);
+    return Manage("snmpset", assignments);
 }
 
 }  // namespace e2e

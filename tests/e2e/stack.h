@@ -50,11 +50,31 @@ inline constexpr bool kIsSanitized = false;
 // An agent that SNMPMAIN_AGENT names is likely to be emulated.
 inline const bool kIsSlow = kIsSanitized || std::getenv("SNMPMAIN_AGENT") != nullptr;
 
+std::string ReadFile(const std::string& path);
+
+// Has a switch send its traps to one destination only, an SNMPv2c one that admits all.
+void SendTrapsTo(sim::Switch& unit, const std::string& address, int port);
+
 // Polls until `condition` holds; false when it does not within the time.
 bool Within(double seconds, const std::function<bool()>& condition);
 
 // The OID's numbers, which compare as OIDs do.
 std::vector<unsigned long> SubIds(const std::string& oid);
+
+// Values as a tool prints them, or a file holds them: "OID = VALUE" in each line. Octets that are
+// printable characters, all of them, become a text: STRING: "..."
+Values ParseValues(const std::string& output);
+
+std::string Text(const std::string& text);
+std::string Integer(std::uint64_t number);
+
+// The index of a unit by its WWN's 16 digits; the instance of a unit of the default fabric, or of
+// its row, by the unit's domain.
+std::string UnitIndex(const std::string& wwn);
+std::string At(const std::string& column, unsigned domain, unsigned row = 0);
+
+// Those whose OIDs begin with that one.
+Values Below(const Values& values, const std::string& oid);
 
 // The names of values, in their order.
 Words OidsOf(const Values& values);
@@ -96,6 +116,8 @@ class Stack {
     void StartAgent(const Words& environment = {}, const Words& options = {"--notrap"});
     bool AwaitAgent(double seconds = 20);
     void StartAll();
+    // The same with a daemon that waits two minutes for the agent, and does not ask it again.
+    void StartPatiently();
 
     // Starts a snmptrapd that takes traps of kTrapCommunity at a port of this stack's address.
     void StartReceiver(int port);
@@ -124,23 +146,12 @@ class Stack {
 
   private:
     void Start(const std::string& name, const Words& command, const Words& environment = {});
-    Words Manager(const std::string& tool) const;
+    Finished Manage(const std::string& tool, const Words& words) const;
 
     std::string root_;
     std::string address_;
     std::map<std::string, int> processes_;
     std::unique_ptr<sim::Server> switch_;
 };
-
-// The default fabric with uptimes that stand still, so that values can be compared.
-sim::Fabric StillFabric();
-
-// What a walk of a fabric reads, all of it or what is below an OID: an expectation made from the
-// fabric alone.
-Values Expected(const sim::Fabric& fabric, const std::string& below = kFcmgmt);
-Values ExpectedUnits(const sim::Fabric& fabric);
-Values ExpectedRevisions(const sim::Fabric& fabric);
-// The same of FIBRE-CHANNEL-FE-MIB and the vendor's MIB, below an OID of either.
-Values ExpectedFe(const sim::Fabric& fabric, const std::string& below);
 
 }  // namespace e2e

@@ -1,12 +1,11 @@
-// What managers set of FCMGMT-MIB: what the switches are told, and what is refused.
+// What managers set: what the switches are told, and what is refused.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <sstream>
 
 #include "sim/frame.h"
-#include "tests/e2e/expected_values.h"
-#include "tests/e2e/stack.h"
+#include "tests/e2e/walks.h"
 #include "tests/sim/client.h"
 #include "tests/support/trap_sink.h"
 
@@ -15,10 +14,7 @@ namespace {
 
 // Of the unit of a domain, or of its port.
 std::string Oid(unsigned column, unsigned domain, unsigned port = 0) {
-    const unsigned wwn = domain == 2 ? 1 : domain == 7 ? 2 : 3;
-    return (port == 0 ? kUnits : kPorts) + "." + std::to_string(column) +
-           Index("1000020000000" + std::to_string(wwn * 100), 16) +
-           (port == 0 ? "" : "." + std::to_string(port));
+    return At((port == 0 ? kUnits : kPorts) + "." + std::to_string(column), domain, port);
 }
 
 // How a setting is sent: "DOMAIN COMMAND".
@@ -30,10 +26,30 @@ std::string Sent(unsigned domain, const std::string& setting) {
            "Cmd.Switch.RelAdmin";
 }
 
+// The same of a command that changes no configuration.
+std::string SentAsIs(unsigned domain, const std::string& command) {
+    return std::to_string(domain) + " Set.Cmd.Switch.ReqAdmin;" + command + ";Cmd.Switch.RelAdmin";
+}
+
+// "A.2.5 i 3 R.1.1 u 20" as snmpset takes it, with an OID for each of these letters.
+Words Assignments(const std::string& text, const std::map<char, std::string>& places) {
+    std::istringstream words(text);
+    Words assignments;
+    for (std::string word; words >> word; assignments.push_back(word)) {
+        if (const auto place = places.find(word[0]); place != places.end()) {
+            word.replace(0, 1, place->second);
+        }
+    }
+    return assignments;
+}
+
 class Writes : public testing::Test {
   protected:
     void SetUp() override {
-        stack_.StartSwitch(StillFabric());
+        Start(StillFabric());
+    }
+    void Start(const sim::Fabric& fabric) {
+        stack_.StartSwitch(fabric);
         stack_.StartAll();
     }
 
@@ -156,7 +172,7 @@ TEST_F(Writes, OfNumbers) {
 }
 
 TEST_F(Writes, OfWhatCannotBeWritten) {
-    const std::string none = Index("10000200000001FF", 16), sink = ".127.0.0.1.16200";
+    const std::string none = UnitIndex("10000200000001FF"), sink = ".127.0.0.1.16200";
     for (const std::string& oid :
          {kFcmgmt + ".1.1.0", kFcmgmt + ".1.2.0", Oid(5, 2), Oid(10, 2), Oid(19, 7), Oid(6, 2, 1),
           kTraps + ".2" + sink, kTraps + ".3" + sink + ".1", kTraps + ".3.127.0.0.1.1",
@@ -212,6 +228,78 @@ TEST_F(Writes, OfSeveralInOneRequest) {
     Expect({local, "s", "first", annex, "s", "second"}, "", {Sent(1, name + "second")});
 }
 
+class WritesByModule : public Writes {
+  protected:
+    void SetUp() override {}
+};
+
+// In FIBRE-CHANNEL-FE-MIB and the vendor's MIB: A and R are columns of fcFxPortPhysTable.
+TEST_F(WritesByModule, GoToTheSwitchWhosePortIsNamedOrNowhere) {
+    const std::map<char, std::string> kPlaces = {{'A', kFe + ".2.2.1.1"},
+                                                 {'R', kFe + ".2.2.1.4"},
+                                                 {'F', kFe},
+                                                 {'V', kVendorMib + ".10.1.1"}};
+    sim::Fabric changed = StillFabric();
+    changed.Find(7)->rTTovMin = 20;
+    changed.Find(7)->rTTovMax = 300;
+    // What the agent sees and the switch refuses, and a limit that cannot be had.
+    changed.Find(7)->values = {{"Oper.Switch.MaxPorts", "25"},
+                               {"Config.UserPort.0.24.AdminState", "Online"},
+                               {"Oper.UserPort.0.24.AdminState", "Online"},
+                               {"UpperRange.Switch.R_T_TOV", "301"}};
+    changed.Find(1)->values = {{"LowerRange.Switch.R_T_TOV", std::nullopt}};
+    Start(changed);
+    const struct {
+        std::string reason;  // why it is refused, if it is
+        std::string change;  // what is sent
+        Words requests;
+    } kRequests[] = {
+        {"", Sent(7, "Config.UserPort.0.4.AdminState.Diagnostics"), {"A.2.5 i 3"}},
+        {"", "", {"A.2.5 i 3", "A.2.24 i 2"}},  // are so already; any other word reads as offline
+        {"", Sent(7, "Config.UserPort.0.4.AdminState.Online"), {"A.2.5 i 1"}},
+        {"", Sent(2, "Config.UserPort.0.15.AdminState.Offline"), {"A.1.16 i 2"}},
+        {"", Sent(1, "Config.UserPort.0.0.AdminState.Offline"), {"A.3.1 i 2"}},
+        {"", SentAsIs(7, "Cmd.UserPort.0.4.AdminState.Diagnostics"), {"V.3.2.5 i 3"}},
+        {"", "", {"V.3.2.5 i 3"}},
+        {"", SentAsIs(2, "Cmd.UserPort.0.15.AdminState.Online"), {"V.3.1.16 i 1"}},
+        {"", SentAsIs(1, "Cmd.UserPort.0.7.AdminState.Offline"), {"V.3.3.8 i 2"}},
+        {"", Sent(7, "Config.Switch.R_T_TOV.300"), {"R.2.24 u 300"}},
+        {"", "", {"R.2.1 u 300"}},
+        {"", Sent(7, "Config.Switch.R_T_TOV.20"), {"R.2.1 u 20"}},
+        {"", Sent(2, "Config.Switch.R_T_TOV.500"), {"R.1.2 u 500"}},
+        {"", Sent(2, "Config.Switch.R_T_TOV.1"), {"R.1.16 u 1"}},
+        // Two at once, of which the second one is so already or is refused.
+        {"", Sent(2, "Config.UserPort.0.0.AdminState.Offline"), {"A.1.1 i 2 A.3.1 i 2"}},
+        {"", SentAsIs(2, "Cmd.UserPort.0.1.AdminState.Offline"), {"V.3.1.2 i 2 V.3.3.1 i 2"}},
+        {"", Sent(2, "Config.Switch.R_T_TOV.20"), {"R.1.1 u 20 R.2.1 u 20"}},
+        {"wrongValue", "", {"A.1.3 i 2 V.3.1.4 i 4", "V.3.1.3 i 2 R.1.1 u 501"}},
+        {"wrongValue",
+         "",
+         {"A.2.5 i 0", "A.2.5 i 4", "A.2.5 i -1", "V.3.2.5 i 0", "V.3.2.5 i 4", "R.1.1 u 0",
+          "R.1.1 u 501", "R.1.1 u 4294967295", "R.2.1 u 19"}},
+        {"wrongType", "", {"A.2.5 u 2", "A.2.5 s 2", "V.3.2.5 u 2", "R.1.1 i 200"}},
+        {"commitFailed", Sent(7, "Config.UserPort.0.24.AdminState.Offline"), {"A.2.25 i 2"}},
+        {"commitFailed", SentAsIs(7, "Cmd.UserPort.0.24.AdminState.Offline"), {"V.3.2.25 i 2"}},
+        {"commitFailed", Sent(7, "Config.Switch.R_T_TOV.301"), {"R.2.1 u 301"}},
+        {"commitFailed", "", {"R.3.1 u 200"}},
+        // No such port, and objects that take nothing.
+        {"notWritable",
+         "",
+         {"A.0.1 i 2", "A.1.0 i 2", "A.1.17 i 2", "A.4.1 i 2", "V.3.0.1 i 2", "V.3.1.17 i 2",
+          "V.3.1.1.1 i 2", "R.4.1 u 200", "R.1.17 u 200", "F.1.1.0 s core", "F.1.2.0 s core",
+          "F.1.4.1.7.1 s core", "F.2.1.1.4.1.1 i 2", "F.2.2.1.2.1.1 i 2", "F.2.3.1.12.1.1.1 i 1",
+          "V.4.1.1 i 2"}},
+    };
+    for (const auto& [reason, change, requests] : kRequests) {
+        for (const std::string& request : requests) {
+            const Words assignments = Assignments(request, kPlaces);
+            const std::string type = assignments[1] == "u" ? "Gauge32: " : "INTEGER: ";
+            Expect(assignments, reason, change.empty() ? Words{} : Words{change},
+                   reason.empty() ? Words{type + assignments[2]} : Words{});
+        }
+    }
+}
+
 class TrapRegistrations : public Writes {
   protected:
     void SetUp() override {
@@ -225,15 +313,36 @@ class TrapRegistrations : public Writes {
         ExpectRows({"", "300 warning on", "", "200 mark off", ""});
     }
 
-    // "COLUMN.PORT VALUE" each.
+    // "L.PORT" is a row's severity level, "S.PORT" its state.
     Words To(const std::string& changes) {
-        Words assignments;
-        std::istringstream words(changes);
-        for (std::string at, value; words >> at >> value;) {
-            at.insert(1, "." + stack_.Address());
-            assignments.insert(assignments.end(), {kTraps + "." + at, "i", value});
+        return Assignments(changes, {{'L', kTraps + ".3." + stack_.Address()},
+                                     {'S', kTraps + ".4." + stack_.Address()}});
+    }
+
+    // A walk of the switch's destinations.
+    static Values Table(const sim::Fabric& fabric) {
+        static const Words kSeverities = {"emergency", "alert", "critical", "error", "warning",
+                                          "notify",    "info",  "debug",    "mark"};
+        std::map<std::uint32_t, sim::TrapDestination> sorted;
+        for (const sim::TrapDestination& trap : fabric.Find(0)->traps) {
+            if (trap.address != "0.0.0.0") {
+                sorted[trap.port] = trap;
+            }
         }
-        return assignments;
+        Values values;
+        for (const int column : {1, 2, 3, 4}) {
+            for (const auto& [port, trap] : sorted) {
+                const auto level = std::ranges::find(kSeverities, trap.severity);
+                const Words columns = {
+                    "", "IpAddress: " + trap.address, Integer(port),
+                    Integer(static_cast<std::uint64_t>(level - kSeverities.begin() + 2)),
+                    Integer(trap.enabled ? 3 : 2)};
+                values.emplace_back(kTraps + "." + std::to_string(column) + "." + trap.address +
+                                        "." + std::to_string(port),
+                                    columns[static_cast<std::size_t>(column)]);
+            }
+        }
+        return values;
     }
 
     // "PORT SEVERITY on", "PORT SEVERITY off" or nothing, in the switch's order.
@@ -246,11 +355,11 @@ class TrapRegistrations : public Writes {
                 const std::string row = std::to_string(port) + " " + severity;
                 rows.push_back(address == "0.0.0.0" ? "" : row + (on ? " on" : " off"));
             }
-            return rows == expected && stack_.Walk(kTraps) == Expected(now, kTraps);
+            return rows == expected && stack_.Walk(kTraps) == Table(now);
         };
         Within(5, isSame);
         EXPECT_EQ(rows, expected);
-        EXPECT_TRUE(Same(stack_.Walk(kTraps), Expected(Now(), kTraps)));
+        EXPECT_TRUE(Same(stack_.Walk(kTraps), Table(Now())));
     }
 
     // All rows are brought to the switch. Each destination keeps its version: 1 at port 200,
@@ -284,49 +393,52 @@ class TrapRegistrations : public Writes {
 };
 
 TEST_F(TrapRegistrations, AreCreatedChangedAndDestroyed) {
-    ExpectPush("4.250 3", {"200 mark off", "300 warning on", "250 warning on", "", ""});
-    ExpectPush("3.250 2", {"200 mark off", "250 emergency on", "300 warning on", "", ""});
-    ExpectPush("4.300 2", {"200 mark off", "250 emergency on", "300 warning off", "", ""});
-    ExpectPush("4.250 1", {"200 mark off", "", "300 warning off", "", ""});
+    ExpectPush("S.250 i 3", {"200 mark off", "300 warning on", "250 warning on", "", ""});
+    ExpectPush("L.250 i 2", {"200 mark off", "250 emergency on", "300 warning on", "", ""});
+    ExpectPush("S.300 i 2", {"200 mark off", "250 emergency on", "300 warning off", "", ""});
+    ExpectPush("S.250 i 1", {"200 mark off", "", "300 warning off", "", ""});
     // Each new value is the current one of the other row.
-    ExpectPush("3.200 6 3.300 10 4.200 3", {"200 warning on", "300 mark off", "", "", ""});
-    ExpectPush("4.100 3 4.65535 2 4.250 3", {"200 warning on", "300 mark off", "100 warning on",
-                                             "65535 warning off", "250 warning on"});
+    ExpectPush("L.200 i 6 L.300 i 10 S.200 i 3", {"200 warning on", "300 mark off", "", "", ""});
+    ExpectPush("S.100 i 3 S.65535 i 2 S.250 i 3",
+               {"200 warning on", "300 mark off", "100 warning on", "65535 warning off",
+                "250 warning on"});
     for (const auto& [reason, requests] : std::map<std::string, Words>{
-             {"resourceUnavailable", {"4.400 3", "4.400 2"}},
-             {"noSuchName", {"4.400 1"}},
-             {"notWritable", {"3.400 6"}},
-             {"wrongValue", {"4.100 0", "4.400 4", "3.100 0", "3.100 65542", "3.100 9 3.200 11"}},
-             {"", {"3.100 6", "4.100 3", "4.300 2"}}}) {  // are so already
+             {"resourceUnavailable", {"S.400 i 3", "S.400 i 2"}},
+             {"noSuchName", {"S.400 i 1"}},
+             {"notWritable", {"L.400 i 6"}},
+             {"wrongValue",
+              {"S.100 i 0", "S.400 i 4", "L.100 i 0", "L.100 i 65542", "L.100 i 9 L.200 i 11"}},
+             {"", {"L.100 i 6", "S.100 i 3", "S.300 i 2"}}}) {  // are so already
         for (const std::string& request : requests) {
             Expect(To(request), reason);
         }
     }
-    for (const std::string& oid : {To("4.100 3")[0], To("4.400 3")[0], To("3.100 3")[0]}) {
+    for (const std::string& oid : {To("S.100 i 3")[0], To("S.400 i 3")[0], To("L.100 i 3")[0]}) {
         Expect({oid, "s", "3"}, "wrongType");
         Expect({oid, "u", "3"}, "wrongType");
     }
     Expect({kTraps + ".4.127.0.0.256.100", "i", "3"}, "noSuchName");
     // 1 is none of the switch's severities, which takes the next one.
-    ExpectPush("3.100 1 4.200 1 4.250 1 4.65535 1",
+    ExpectPush("L.100 i 1 S.200 i 1 S.250 i 1 S.65535 i 1",
                {"100 emergency on", "", "", "300 mark off", ""});
 }
 
 TEST_F(TrapRegistrations, ShowWhatTheSwitchHoldsWhenItRefuses) {
     simtest::Client other(stack_.Address().c_str());
     EXPECT_EQ(other.Ask(sim::kSetType, "Cmd.Switch.ReqAdmin"), "");
-    EXPECT_EQ(Set(To("3.200 3 4.250 3 4.300 1")), "");
+    EXPECT_EQ(Set(To("L.200 i 3 S.250 i 3 S.300 i 1")), "");
     ExpectRows({"", "300 warning on", "", "200 mark off", ""});
     EXPECT_EQ(other.Ask(sim::kSetType, "Cmd.Switch.RelAdmin"), "");
-    ExpectPush("3.200 3", {"200 alert off", "300 warning on", "", "", ""});
+    ExpectPush("L.200 i 3", {"200 alert off", "300 warning on", "", "", ""});
 }
 
 // After each change of its SNMP settings, also by others, the agent reads what the switch has. By
 // then there may be newer rows.
 TEST_F(TrapRegistrations, LoseNoneOfManyChanges) {
     for (int round = 0; round < 3; ++round) {
-        for (const char* change : {"3.200 9", "4.400 3", "4.300 2", "3.400 2", "4.200 3", "3.300 8",
-                                   "4.400 1", "3.200 5", "4.200 2", "4.300 3", "3.300 7"}) {
+        for (const char* change :
+             {"L.200 i 9", "S.400 i 3", "S.300 i 2", "L.400 i 2", "S.200 i 3", "L.300 i 8",
+              "S.400 i 1", "L.200 i 5", "S.200 i 2", "S.300 i 3", "L.300 i 7"}) {
             for (int i = 0; i < 8; ++i) {
                 stack_.Switch().ChangeAndNotify([](sim::Fabric& fabric) {
                     fabric.Find(0)->trapAuth = !fabric.Find(0)->trapAuth;
@@ -342,12 +454,12 @@ TEST_F(TrapRegistrations, ReceiveTrapsAsTheirFilterSays) {
     snmpmain::TrapSink sink(stack_.Address());
     const std::string port = std::to_string(sink.Port());
     const std::tuple<std::string, Words, std::size_t, std::size_t> kSteps[] = {
-        {"4." + port + " 3",
+        {"S." + port + " i 3",
          {"200 mark off", "300 warning on", port + " warning on", "", ""},
          0,
          1},
-        {"3." + port + " 8", {"200 mark off", "300 warning on", port + " info on", "", ""}, 1, 1},
-        {"4." + port + " 1", {"200 mark off", "300 warning on", "", "", ""}, 0, 0}};
+        {"L." + port + " i 8", {"200 mark off", "300 warning on", port + " info on", "", ""}, 1, 1},
+        {"S." + port + " i 1", {"200 mark off", "300 warning on", "", "", ""}, 0, 0}};
     for (const auto& [change, rows, mild, grave] : kSteps) {
         ExpectPush(change, rows);
         sink.Take(300);  // of the setting
