@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "trust/measure.h"
-#include "trust/session.h"
 
 namespace trust {
 namespace {
@@ -24,9 +23,7 @@ class LostNotifications : public testing::Test {
         sim::Fabric fabric = sim::DefaultFabric();
         for (const auto& [domain, stack] : {std::pair(2, &first_), std::pair(7, &second_)}) {
             sim::Switch& unit = *fabric.Find(static_cast<std::uint16_t>(domain));
-            unit.trapComm = e2e::kTrapCommunity;
-            unit.traps = {};
-            unit.traps[0] = {stack->Address(), kTrapPort, "mark", true, "2"};
+            e2e::SendTrapsTo(unit, stack->Address(), kTrapPort);
             unit.ports.resize(8);
             for (sim::Port& port : unit.ports) {
                 port.operState = port.adminState = "Online";
@@ -115,9 +112,15 @@ TEST_F(LostNotifications, AreMadeUpForOnce) {
     const int quiet = Scaled(600, 13);
     std::this_thread::sleep_for(std::chrono::seconds(quiet));
     const std::vector<sim::ReceivedCommand> commands = server.TakeCommands();
+    long registrations = 0;
     for (const sim::ReceivedCommand& command : commands) {
+        registrations += command.text == "NotifyOn" ? 1 : 0;
         EXPECT_TRUE(command.text.starts_with("Get.") || command.text == "NotifyOn") << command.text;
+        EXPECT_FALSE(command.text.find("ZoneMember") != command.text.npos) << "a list is read anew";
     }
+    const double expected = 6.0 * quiet / round_;  // of two agents at three switches
+    EXPECT_GE(registrations, expected / 2);
+    EXPECT_LE(registrations, expected * 2);
     Figure("%.1f commands a second of two agents in %d quiet seconds",
            static_cast<double>(commands.size()) / quiet, quiet);
 }

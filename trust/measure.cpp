@@ -42,19 +42,6 @@ Holdings HoldingsOf(int pid) {
     return holdings;
 }
 
-std::set<std::string> SocketsOf(int pid) {
-    std::set<std::string> sockets;
-    for (const auto& entry :
-         std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd")) {
-        std::error_code gone;
-        const std::string target = std::filesystem::read_symlink(entry, gone);
-        if (target.starts_with("socket:")) {
-            sockets.insert(target);
-        }
-    }
-    return sockets;
-}
-
 Holdings SettledHoldingsOf(int pid, const Holdings& before) {
     Holdings after{};
     e2e::Within(5, [&] {
@@ -68,12 +55,6 @@ void ExpectNoGrowth(const Holdings& before, const Holdings& after, long kilobyte
     EXPECT_LE(after.descriptors, before.descriptors);
     EXPECT_TRUE(e2e::kIsSanitized || after.memory - before.memory <= kilobytes)
         << after.memory - before.memory << " kB more";
-}
-
-std::string PortName(int domain, int port) {
-    const int unit = domain == 2 ? 1 : domain == 7 ? 2 : 3;  // last octet but one of the WWN
-    return ".1.3.6.1.3.94.1.10.1.17.16.0.2.0.0.0." + std::to_string(unit) + ".0.0.0.0.0.0.0.0.0." +
-           std::to_string(port + 1);
 }
 
 }  // namespace trust

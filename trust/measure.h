@@ -2,7 +2,6 @@
 #pragma once
 
 #include <chrono>
-#include <set>
 #include <string>
 
 #include "tests/e2e/stack.h"
@@ -30,15 +29,9 @@ Holdings HoldingsOf(int pid);
 // socket.
 Holdings SettledHoldingsOf(int pid, const Holdings& before);
 
-// A process's sockets, by their inodes.
-std::set<std::string> SocketsOf(int pid);
-
 // Whether a process holds no more than it did, but for some kB and for what a sanitizer keeps.
 void ExpectNoGrowth(const Holdings& before, const Holdings& after, long kilobytes);
 
-// The OID of a port's name by its unit's domain, in the built-in fabric: 2 has 16 ports, 7 has 24.
-std::string PortName(int domain, int port);
-
-constexpr const char* kUnitCount = ".1.3.6.1.3.94.1.1.0";
+inline const std::string kUnitCount = e2e::kFcmgmt + ".1.1.0";
 
 }  // namespace trust

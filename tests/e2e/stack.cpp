@@ -339,6 +339,10 @@ bool Stack::AwaitAgent(double seconds) {
     });
 }
 
+bool Stack::AwaitTables(double seconds) const {
+    return Within(seconds, [this] { return GetOne(kFcmgmt + ".1.1.0", 1) == "INTEGER: 3"; });
+}
+
 void Stack::StartAll() {
     if (switch_ == nullptr && !processes_.contains("switchsim")) {
         StartSwitch();
@@ -404,9 +408,19 @@ std::string Stack::Output(const std::string& name) const {
     return ReadFile(Path(name + ".log"));
 }
 
-Finished Stack::Manage(const std::string& tool, const Words& words) const {
-    Words command = {tool,  "-v2c", "-c", "private", "-On", "-Ox",
-                     "-Ot", "-r",   "0",  "-t",      "25",  SnmpAddress()};
+Finished Stack::Manage(const std::string& tool, const Words& words, double patience) const {
+    Words command = {tool,
+                     "-v2c",
+                     "-c",
+                     "private",
+                     "-On",
+                     "-Ox",
+                     "-Ot",
+                     "-r",
+                     "0",
+                     "-t",
+                     std::to_string(patience),
+                     SnmpAddress()};
     command.insert(command.end(), words.begin(), words.end());
     return RunProgram(command);
 }
@@ -415,8 +429,8 @@ Values Stack::Get(const Words& oids) const {
     return ParseValues(Manage("snmpget", oids).output);
 }
 
-std::string Stack::GetOne(const std::string& oid) const {
-    const Values values = Get({oid});
+std::string Stack::GetOne(const std::string& oid, double patience) const {
+    const Values values = ParseValues(Manage("snmpget", {oid}, patience).output);
     return values.empty() ? "no answer" : values[0].second;
 }
 
@@ -430,6 +444,11 @@ Values Stack::Walk(const std::string& oid) const {
 
 Values Stack::BulkWalk(const std::string& oid) const {
     return ParseValues(Manage("snmpbulkwalk", {oid}).output);
+}
+
+std::optional<std::size_t> Stack::CountWalked(const std::string& oid, double patience) const {
+    const Finished walk = Manage("snmpwalk", {oid}, patience);
+    return walk.status == 0 ? std::optional(ParseValues(walk.output).size()) : std::nullopt;
 }
 
 Finished Stack::Set(const Words& assignments) const {

@@ -115,6 +115,8 @@ class Stack {
     // Starts the agent; `AwaitAgent` waits until it serves requests.
     void StartAgent(const Words& environment = {}, const Words& options = {"--notrap"});
     bool AwaitAgent(double seconds = 20);
+    // The same when a daemon may be up without its settings, and then does not answer.
+    bool AwaitTables(double seconds = 20) const;
     void StartAll();
     // The same with a daemon that waits two minutes for the agent, and does not ask it again.
     void StartPatiently();
@@ -134,10 +136,13 @@ class Stack {
     std::string Output(const std::string& name) const;
 
     Values Get(const Words& oids) const;
-    std::string GetOne(const std::string& oid) const;
+    // "no answer" when none comes within `patience` seconds.
+    std::string GetOne(const std::string& oid, double patience = 25) const;
     Values GetNext(const Words& oids) const;
     Values Walk(const std::string& oid) const;
     Values BulkWalk(const std::string& oid) const;
+    // The number of values; nothing when the walk broke off or did not ascend.
+    std::optional<std::size_t> CountWalked(const std::string& oid, double patience = 25) const;
     Finished Set(const Words& assignments) const;
 
     std::string Path(const std::string& name) const;
@@ -146,7 +151,7 @@ class Stack {
 
   private:
     void Start(const std::string& name, const Words& command, const Words& environment = {});
-    Finished Manage(const std::string& tool, const Words& words) const;
+    Finished Manage(const std::string& tool, const Words& words, double patience = 25) const;
 
     std::string root_;
     std::string address_;
