@@ -87,6 +87,9 @@ TEST(OddFabrics, ReadAsReviewedHoweverListsEnd) {
             stack.StartSwitch(fabric);
             stack.StartAll();
             EXPECT_TRUE(ReadsAsReviewed(stack, name)) << name << endMark;
+            if (const Values logins = Reviewed(name, kLogins); !logins.empty()) {
+                EXPECT_TRUE(Same(stack.Get(OidsOf(logins)), logins));
+            }
         }
     }
 }
