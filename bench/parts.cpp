@@ -32,7 +32,8 @@ using namespace snmpmain;
 
 constexpr const char* kCommand = "Get.Oper.Switch.OperState";
 
-// A fabric behind the agent's link, which one process opens once. The server changes with each.
+// A fabric at the other end of the agent's link, which one process opens once. The server changes
+// with each.
 class Surroundings {
   public:
     Surroundings() {

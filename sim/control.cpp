@@ -266,7 +266,7 @@ constexpr struct Command {
     {"silent", "DOMAIN on|off", 2, 2, SetSilent},
 };
 
-// ---- The socket. A command is one message, each word with a NUL behind it; the answer is its exit
+// ---- The socket. A command is one message, each word with a NUL after it; the answer is its exit
 // status as a digit, and a text.
 
 [[noreturn]] void ThrowErrno(const std::string& what) {

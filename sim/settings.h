@@ -15,7 +15,7 @@ using Wrong = std::optional<CommandError>;
 // The longest text that a setting takes.
 inline constexpr std::size_t kMaxSetting = 128;
 
-/// A path and the value behind it: "Config.Switch.SymName" and "core.1".
+/// A path and the value after it: "Config.Switch.SymName" and "core.1".
 struct Setting {
     std::string_view key;
     std::string_view value;

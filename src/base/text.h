@@ -40,7 +40,7 @@ constexpr int HexDigitValue(char c) {
 // bits gives 4294967295, on hosts of every word size.
 std::uint32_t ReadDecimal(const char* text);
 
-// The decimal number that `text` begins with, behind blanks.
+// The decimal number that `text` begins with, after blanks.
 std::uint32_t ReadDecimalBehindBlanks(const char* text);
 
 // The one or two hexadecimal digits at `text` as a number, as far as they are hexadecimal: "1g"

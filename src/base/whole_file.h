@@ -1,4 +1,4 @@
-// Replacing a file's content so that whoever reads it finds the old one or the new one, whatever
+// Replacing a file's content so that a reader finds the old one or the new one, whatever
 // happens meanwhile: a full disk, a kill, a power cut. Any thread, one at a time for a file.
 #pragma once
 

@@ -1,5 +1,5 @@
-// Which switch is the local one, and how the others are addressed. The link is told both by whoever
-// reads them from the switch (switch_info.h). Any thread.
+// Which switch is the local one, and how the others are addressed. switch_info.h reads both from
+// the switch and sets them here. Any thread.
 #pragma once
 
 #include <cstdint>

@@ -27,7 +27,7 @@ constexpr std::size_t kPayloadLengthOffset = 10;
 constexpr std::size_t kSequenceOffset = 12;
 constexpr std::size_t kChecksumSize = 4;
 constexpr std::size_t kReplyTextSize = 512;
-constexpr std::size_t kMostCommandText = 502;  // characters behind the prefix
+constexpr std::size_t kMostCommandText = 502;  // characters after the prefix
 
 constexpr std::uint16_t kGetMessage = 1024;
 constexpr std::uint16_t kSetMessage = 1025;
@@ -60,9 +60,9 @@ std::uint16_t RequestMessageType(const RequestFrame& frame);
 
 // Builds the request for a command beginning with "Get.", "Set.", "NotifyOn" or "NotifyOff" (the
 // prefix becomes the message type), addressed to a target word, with the given sequence. The total
-// length is ((n + 1) AND NOT 3) + 24 for a text of n characters behind the prefix: the rounding is
+// length is ((n + 1) AND NOT 3) + 24 for a text of n characters after the prefix: the rounding is
 // downward and switch management checks lengths by it. Returns 0, or -1 (logged) for a command with
-// another prefix or of more than 502 characters behind it.
+// another prefix or of more than 502 characters after it.
 int BuildRequestFrame(const char* command, std::uint32_t target, std::uint32_t sequence,
                       RequestFrame& frame);
 

@@ -57,8 +57,8 @@ struct Reception {
     bool listenerWaits = false;  // for `resumed`
     Clock::time_point lastRequest{};
 
-    // For whoever receives.
-    sockaddr_in peer{};                       // whoever sent the last datagram
+    // For the receiving thread.
+    sockaddr_in peer{};                       // the sender of the last datagram
     std::uint32_t sequence = kFirstSequence;  // of what was sent last
     // Sequences of probes and tellings, whose replies no requester waits for, be they late.
     std::bitset<kLastSequence - kFirstSequence + 1> unwaited;
@@ -239,7 +239,7 @@ void SendDueTellings() {
     }
 }
 
-// Sends what is due and nobody waits for, itself without waiting. For whoever receives at the
+// Sends what is due and nobody waits for, itself without waiting. For the receiving thread at the
 // moment.
 void SendDue() {
     SendDueTellings();
@@ -409,7 +409,7 @@ void Serve(Clock::time_point end, bool waits, TellingNumber awaited) {
     } while (Clock::now() < end);
 }
 
-// Whoever has a request open does it instead.
+// A requester does it instead while its request is open.
 bool ServeFor(std::chrono::milliseconds most, bool waits, TellingNumber awaited) {
     if (inReceiver || ::pthread_mutex_trylock(&link.requestMutex) != 0) {
         return false;

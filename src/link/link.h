@@ -34,7 +34,7 @@ void SetNotificationReceiver(NotificationReceiver receiver);
 
 // Opens the socket and starts the ListenThread, with messages on standard error. `remoteAddress` is
 // a dotted IPv4 address, or null for 127.0.0.1; the port is always SWITCH_MGMT_PORT. Requests later
-// go to whoever sent the last datagram. Returns 0 or -1. Main thread; once, there is no way back.
+// go to the sender of the last datagram. Returns 0 or -1. Main thread; once, there is no way back.
 int InitLink(const char* remoteAddress);
 
 // Prepares the request lock and starts the sequences at 0x10002, with messages on standard error.
@@ -64,7 +64,7 @@ struct Answer {
 Answer AskSwitch(std::uint32_t domain, const char* command, ReplyText& result, ConversionType type,
                  std::uint32_t* value = nullptr);
 
-// The same with a command made from a format. Commands of more than 502 characters behind their
+// The same with a command made from a format. Commands of more than 502 characters after their
 // prefix fail unsent.
 Answer AskSwitchf(std::uint32_t domain, ReplyText& result, ConversionType type,
                   std::uint32_t* value, const char* format, ...)

@@ -1,5 +1,5 @@
-// The queue of received notifications: filled by whoever receives, emptied by the main loop. Any
-// thread, where nothing else is said.
+// The queue of received notifications: filled by the receiving thread, emptied by the main loop.
+// Any thread, where nothing else is said.
 #pragma once
 
 #include <array>

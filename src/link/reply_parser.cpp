@@ -38,7 +38,7 @@ std::int32_t ConvertInteger(const char* text, std::uint32_t* value) {
     return 0;
 }
 
-// Moves `at` behind its next "[". False when there is none.
+// Moves `at` after its next "[". False when there is none.
 template <typename Text>
 bool SkipToField(Text*& at) {
     Text* bracket = std::strchr(at, '[');
@@ -49,7 +49,7 @@ bool SkipToField(Text*& at) {
     return true;
 }
 
-// Skips the first field and reads one number from each of the next ones; leaves `at` behind the "["
+// Skips the first field and reads one number from each of the next ones; leaves `at` after the "["
 // of the last.
 template <typename Text>
 int ReadNumberFields(Text*& at, std::span<std::uint16_t> numbers) {

@@ -25,9 +25,9 @@ constexpr const char* kListEnd = "*end*";
 std::int32_t ParseReturnValue(char* text, std::size_t size, int type, std::uint32_t* value);
 
 // The numbers in a text of fields that each begin with "[". The first field is skipped; a number is
-// the first decimal number behind the next "[", its low 16 bits, 0 when there is none. Returns 0,
+// the first decimal number after the next "[", its low 16 bits, 0 when there is none. Returns 0,
 // or -1 as soon as an expected "[" is missing (numbers read before are stored). The variant with a
-// text takes everything behind the "[" that follows the numbers, clears the top bit of its
+// text takes everything after the "[" that follows the numbers, clears the top bit of its
 // characters, puts it at the start of `text` and logs it as from the domain that the second number
 // is.
 int ExtractNumbers(const char* text, std::span<std::uint16_t> numbers);

@@ -108,8 +108,8 @@ void Keep(Fact fact, std::uint32_t blade, std::uint32_t number, const char* text
     }
 }
 
-// Asks a switch, and keeps what the local one answers. Whoever works with that has it compared
-// later. Returns 0, or -1 when the query fails; but a missing 4 Gb/s flag is a "False".
+// Asks a switch, and keeps what the local one answers. What is worked with is compared later.
+// Returns 0, or -1 when the query fails; but a missing 4 Gb/s flag is a "False".
 int Ask(std::uint32_t domain, Fact fact, std::uint32_t blade, std::uint32_t& number) {
     AssertMainThread();
     const FactRow& row = RowOf(fact);

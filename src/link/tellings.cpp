@@ -28,7 +28,7 @@ constexpr Time kNever = Time::max();
 constexpr std::chrono::seconds kPatience{10};  // that of any command but a "Get."
 
 // As many as this are under way at a time; docs/performance.md says why. One that is not answered
-// soon does not count: a switch that has left the fabric must not hold up those behind it.
+// soon does not count: a switch that has left the fabric must not hold up those after it.
 constexpr std::size_t kWindow = 32;
 constexpr std::chrono::milliseconds kSoon{500};
 

@@ -1,7 +1,7 @@
 // Commands that switches are told without anybody waiting for the answer: registrations, greetings,
 // private events. Several are under way at a time, at most one to each switch, which gets its own
 // in the order in which they were handed over; each is repeated once when no answer has come.
-// Whoever receives sends them.
+// The receiving thread sends them.
 //
 // A domain is a domain id, 0 for the local switch. Any thread, where nothing else is said.
 #pragma once

@@ -61,7 +61,7 @@ int MonthNumber(const char* name) {
     return month == std::end(kMonths) ? 0 : static_cast<int>(month - kMonths) + 1;
 }
 
-// The text behind the next colon, or an empty one.
+// The text after the next colon, or an empty one.
 const char* BehindColon(const char* text) {
     const char* colon = std::strchr(text, ':');
     return colon == nullptr ? "" : colon + 1;

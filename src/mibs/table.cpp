@@ -17,7 +17,7 @@ std::span<const oid> RequestOf(const HandlerCall& call) {
     return {call.name, *call.length};
 }
 
-// Finds the unit whose id stands behind the variable's name, in an OID of exactly the given length.
+// Finds the unit whose id stands after the variable's name, in an OID of exactly the given length.
 int ResolveUnitId(const HandlerCall& call, std::size_t indexLength, Instance& instance) {
     if (*call.length != call.vp->namelen + indexLength) {
         return -1;

@@ -21,7 +21,7 @@ struct HandlerCall {
 };
 
 // How a table resolves instances; both return 0 or -1. `resolve` takes a request for exactly one
-// instance; `next` finds the first one behind the request and rewrites it.
+// instance; `next` finds the first one after the request and rewrites it.
 struct TableShape {
     int (*resolve)(const HandlerCall& call, Instance& instance);
     int (*next)(const HandlerCall& call, Instance& instance);

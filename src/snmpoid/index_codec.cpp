@@ -76,7 +76,7 @@ int GetWwnIndexFromWwnOID(std::span<const oid, WWN_OID_LEN> names, std::uint16_t
         return CompareWithUnitId(names, unit) > 0;
     });
     if (row == ascendingEnd) {
-        // Rows of an earlier, larger fabric lie behind gaps and in no order.
+        // Rows of an earlier, larger fabric lie after gaps and in no order.
         row = std::find_if(row, end, [&](const ConnUnitEntry& unit) {
             return unit.domainId != 0 && CompareWithUnitId(names, unit) <= 0;
         });

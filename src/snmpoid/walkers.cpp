@@ -35,10 +35,10 @@ void TraceOid(const char* label, std::span<const oid> name) {
 
 // Where a walk starts.
 enum class Start {
-    kEnd,           // nowhere: the request lies behind the column or behind its last unit
+    kEnd,           // nowhere: the request lies after the column or after its last unit
     kFirstRow,      // before the first row
     kNamedRow,      // at the row that the request names, existing or not
-    kFollowingUnit  // the request names a row of a unit that does not exist: at the one behind it
+    kFollowingUnit  // the request names a row of a unit that does not exist: at the one after it
 };
 
 struct Walk {
@@ -70,10 +70,10 @@ Walk BeginWalk(const variable* vp, const oid* name, const std::size_t* length,
     return walk;
 }
 
-// Whether the row that has been reached lies behind the request. A walk passes over those that do
+// Whether the row that has been reached lies after the request. A walk passes over those that do
 // not (units with the same WWN, or WWNs in mixed case, which are sorted as texts): a manager would
 // go round in circles.
-bool LiesBehind(const Walk& walk) {
+bool LiesAfter(const Walk& walk) {
     return snmp_oid_compare(walk.working.names, walk.working.length, walk.request.data(),
                             walk.request.size()) > 0;
 }
@@ -120,7 +120,7 @@ Walk BeginUnitWalk(const variable* vp, const oid* name, const std::size_t* lengt
     return walk;
 }
 
-// Moves to the first row from (firstUnit, row) on, over units without rows, whose OID lies behind
+// Moves to the first row from (firstUnit, row) on, over units without rows, whose OID lies after
 // the request. `find` moves a row number to the first existing one from there on within a domain,
 // and tells whether there is one; `write` writes the row's index. Returns 0, or -1 when no unit is
 // left.
@@ -138,7 +138,7 @@ int GoToRow(Walk& walk, Find find, Write write, std::uint32_t firstUnit, std::ui
             continue;
         }
         write(candidate, row);
-        if (LiesBehind(walk)) {
+        if (LiesAfter(walk)) {
             unit = static_cast<std::uint16_t>(candidate);
             return 0;
         }
@@ -285,8 +285,8 @@ void WriteNameServerIndex(const NameServerMatch& entry,
     MakeOIDfromHexStr(entry.portId, names.last<kPortIdOidLength>());
 }
 
-// Finds the entry behind an index. One of a request that breaks off stands before the entry that it
-// begins to name; one with anything behind the switch's WWN stands behind the switch.
+// Finds the entry after an index. One of a request that breaks off stands before the entry that it
+// begins to name; one with anything after the switch's WWN stands after the switch.
 int FindNextNameServer(const NameServerIndex& index, bool brokenOff, NameServerMatch& next) {
     constexpr const char* kGreatestWwn = "ffffffffffffffff";
     constexpr std::size_t kWwnDigits = 16;
@@ -318,7 +318,7 @@ int GetNextUnit(const variable* vp, oid* name, std::size_t* length, std::uint16_
             return -1;
         }
         MakeOIDfromHexStr(wwn, UnitIdIn(walk));
-        if (LiesBehind(walk)) {
+        if (LiesAfter(walk)) {
             TraceLog(kTrace, "Ending unit index..... %i", unit);
             TraceLog(kTrace, "Ending WWN............ %s", wwn);
             return FinishWalk(walk, name, length);
@@ -431,7 +431,7 @@ int GetNextTrapEntry(TrapRowLookup rowAt, const variable* vp, oid* name, std::si
             continue;
         }
         MakeOIDfromTrapIndex(index, names);
-        if (LiesBehind(walk) && (!found || std::ranges::lexicographical_compare(names, best))) {
+        if (LiesAfter(walk) && (!found || std::ranges::lexicographical_compare(names, best))) {
             std::ranges::copy(names, best.begin());
             row = candidate;
             found = true;

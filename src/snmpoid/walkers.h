@@ -1,10 +1,10 @@
-// The GETNEXT resolution of every table shape: each walker finds the first row behind a request,
+// The GETNEXT resolution of every table shape: each walker finds the first row after a request,
 // rewrites the request to that row's OID and returns the row's index values. Returns 0, or -1 with
 // the request untouched at the end of the column. No state is kept between calls: the order of the
 // units is that of connUnitTbl at the moment. Main thread only.
 //
 // `unit` is a row of connUnitTbl. Where a request names a unit that does not exist, a walk goes on
-// with the one behind it; its first row is then the one that the request names (ports, events,
+// with the one after it; its first row is then the one that the request names (ports, events,
 // links), the first of all (sensors, revisions), or the unit is passed over (values).
 #pragma once
 
@@ -57,7 +57,7 @@ int GetNextNameServerEntry(const variable* vp, oid* name, std::size_t* length,
 // Finds the entry that has exactly this index. Returns 0, or -1 when there is none.
 int FindNameServerEntry(std::span<const oid, kNameServerIndexLength> names, NameServerMatch& entry);
 
-// Index: IPv4 address (4), UDP port; rows of the table behind `rowAt`.
+// Index: IPv4 address (4), UDP port; rows of the table that `rowAt` reads.
 int GetNextTrapEntry(TrapRowLookup rowAt, const variable* vp, oid* name, std::size_t* length,
                      std::uint16_t& row);
 

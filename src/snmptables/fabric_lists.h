@@ -1,5 +1,5 @@
 // Walks over the lists that switch management hands out key by key, the first one and then the one
-// behind each. A failed query ends a list; some switches answer the plain end mark instead. Main
+// after each. A failed query ends a list; some switches answer the plain end mark instead. Main
 // thread only.
 #pragma once
 

@@ -42,7 +42,7 @@ struct NameServerMatch {
     const char* portId;
 };
 
-// Finds the first entry behind the given one, in the order of switch WWN and port WWN (texts of 16
+// Finds the first entry after the given one, in the order of switch WWN and port WWN (texts of 16
 // hexadecimal characters, in upper or lower case). Returns 0 or -1.
 int GetNextNameServer(const char* switchWwn, const char* portWwn, NameServerMatch& found);
 
@@ -51,8 +51,8 @@ int GetNameServerEntry(const char* switchWwn, const char* portWwn,
                        const std::function<bool(const NameServerMatch&)>& isWanted,
                        NameServerMatch& found);
 
-// The port id at a position (from 0) of one switch's own name server, for a single look-up: whoever
-// reads several keeps the list (logins.h). Returns 0, or -1 beyond its end or when a query fails.
+// The port id at a position (from 0) of one switch's own name server, for a single look-up;
+// logins.h keeps the list for several. Returns 0, or -1 beyond its end or when a query fails.
 // "Get.Oper.NameServer.Entries", ".FirstNsEntry", ".NextNsEntry.%s"
 int GetLocalNsPortId(std::uint32_t domain, std::uint32_t position, char (&portId)[kPortIdTextSize]);
 

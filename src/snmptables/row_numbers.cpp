@@ -24,7 +24,7 @@ EntryId ReadEntryId(const ReplyText& entry, std::uint32_t& id) {
     return EntryId::kFound;
 }
 
-// Whether the log goes on behind the entry with this id.
+// Whether the log goes on after the entry with this id.
 bool HasNextLogEntry(std::uint32_t domain, std::uint32_t id) {
     ReplyText entry;
     if (SwitchMgmtQueryf(domain, entry, kString, nullptr, "Get.Oper.Switch.NextLogEntry.%u", id) !=

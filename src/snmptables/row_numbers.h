@@ -1,4 +1,4 @@
-// What stands behind the plain row numbers of the event, sensor, revision and port tables of a
+// What is meant by the plain row numbers of the event, sensor, revision and port tables of a
 // unit. Nothing is kept here: every call asks the unit, or the switch information for its counts.
 // Main thread only.
 #pragma once
@@ -37,7 +37,7 @@ constexpr std::uint16_t kBladeRevision = 2;
 constexpr const char* kLogCountCommand = "Get.Oper.Switch.LogEntries";
 std::uint16_t GetLogEntryCount(std::uint32_t domain);
 
-// Id of the newest log entry, from the text behind its first "[": 0 when there is none or the unit
+// Id of the newest log entry, from the text after its first "[": 0 when there is none or the unit
 // does not answer. Returns -1 when no number follows the "[".
 constexpr const char* kLastLogEntryCommand = "Get.Oper.Switch.LastLogEntry";
 int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id);
@@ -47,11 +47,11 @@ int GetLastLogEntryId(std::uint32_t domain, std::uint32_t& id);
 // entry carries no id or the newest one's is unavailable. "Get.Oper.Switch.FirstLogEntry"
 int GetFirstLogEntryId(std::uint32_t domain, std::uint32_t& id, std::uint32_t& last);
 
-// The first log entry shown behind the one with this id. Returns 0, or -1 when there is none. An
-// entry whose own id does not lie behind ends the log. "Get.Oper.Switch.NextLogEntry.%i"
+// The first log entry shown after the one with this id. Returns 0, or -1 when there is none. An
+// entry whose own id does not lie after ends the log. "Get.Oper.Switch.NextLogEntry.%i"
 int AskNextEvent(std::uint32_t domain, std::uint32_t after, std::uint32_t& id);
 
-// The first link of a unit behind the one with this index. Returns 0, or -1 when there is none.
+// The first link of a unit after the one with this index. Returns 0, or -1 when there is none.
 // "Get.Oper.Link.NextLinkEntry.%i"
 int AskNextLink(std::uint32_t domain, std::uint32_t after, std::uint32_t& link);
 
@@ -99,7 +99,7 @@ int GetRevisionFromIndex(std::uint32_t domain, std::uint32_t row, SensorRef& rev
 // What a revision row below GetRevisionCount refers to, without asking anything.
 SensorRef RevisionOfFirstChassis(std::uint32_t row);
 
-// Module (always 0) and port behind a port number of a unit. Returns 0, or -1 when the unit has no
+// Module (always 0) and port of a port number of a unit. Returns 0, or -1 when the unit has no
 // such port.
 int GetModuleAndPort(std::uint32_t domain, std::uint32_t portNumber, std::uint32_t& module,
                      std::uint32_t& port);

@@ -24,7 +24,7 @@ struct Newer {
 
 struct UnitTableState {
     // Held for every change of a row in use, and for every look at a row's status or reset flag:
-    // whoever receives reports the local unit's reset.
+    // the receiving thread reports the local unit's reset.
     std::mutex rowsMutex;
     std::array<Newer, MAX_CONN_UNITS> newer{};
     std::uint16_t ascendingRows = 0;

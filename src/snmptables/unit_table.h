@@ -28,7 +28,7 @@ struct ConnUnitEntry {
     std::uint32_t eventSupport;  // 1 when the unit accepts private events
 };
 
-// The rows, sorted by WWN; the row behind the last has domain id 0 and no WWN. Rows further on may
+// The rows, sorted by WWN; the row after the last has domain id 0 and no WWN. Rows further on may
 // still hold units of an earlier, larger fabric: lookups by WWN see them, other lookups do not.
 // Only ReplaceUnits writes domain ids and WWNs, since searches rely on the order that it notes.
 extern std::array<ConnUnitEntry, MAX_CONN_UNITS> connUnitTbl;

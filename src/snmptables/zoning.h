@@ -37,7 +37,7 @@ int BuildAliasTable();
 void ReadZonesIfStale();
 void ReadAliasesIfStale();
 
-// The first member behind the given one, in the order of zone and member number, or null. Holds
+// The first member after the given one, in the order of zone and member number, or null. Holds
 // until the next rebuild.
 const ZoneMemberNode* GetNextZone(std::uint32_t zone, std::uint32_t member);
 const ZoneMemberNode* GetNextAlias(std::uint32_t alias, std::uint32_t member);

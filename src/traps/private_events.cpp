@@ -13,7 +13,7 @@
 namespace snmpmain {
 namespace {
 
-// A command text: as much as a frame takes behind its prefix "Set.", and the terminator.
+// A command text: as much as a frame takes after its prefix "Set.", and the terminator.
 using EventCommand = std::array<char, 4 + kMostCommandText + 1>;
 
 int LocalDomain() {

@@ -42,7 +42,7 @@ struct TrapBinding {
 
 struct Trap {
     TrapOid oid;
-    std::array<TrapBinding, 4> bindings;  // behind snmpTrapOID.0
+    std::array<TrapBinding, 4> bindings;  // after snmpTrapOID.0
     std::size_t bindingCount = 0;
     std::array<std::uint8_t, 16> unitId{};  // octets that a binding may point to
 

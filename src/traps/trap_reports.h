@@ -26,7 +26,7 @@ void ReportSensorChangeTrap(std::uint16_t domain, std::uint16_t sensor, Trap& tr
 // connUnitPortStatusChange: connUnitPortStatus and connUnitPortState.
 void ReportPortChangeTrap(std::uint16_t domain, std::uint16_t port, Trap& trap);
 
-// connUnitEventTrap: the text as connUnitEventDescr, the number behind its first ";" as
+// connUnitEventTrap: the text as connUnitEventDescr, the number after its first ";" as
 // connUnitEventId, the unit as connUnitEventObject. The text must outlive the trap.
 void ReportEventTrap(std::uint16_t domain, const char* text, Trap& trap);
 

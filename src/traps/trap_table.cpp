@@ -44,8 +44,8 @@ int ChangeRow(std::uint16_t index, Change change) {
 enum class Replaced { kDone, kLater, kReadAnew };
 
 // Shows what the switch holds, unless a manager had changed that before the reading began and the
-// switch did not know yet, or has changed it since. Whoever tells the switch reads later then; when
-// it has been told already, nobody else will.
+// switch did not know yet, or has changed it since. The thread that tells the switch asks for
+// another reading then, unless it has ended.
 Replaced ReplaceRows(const TrapTable& rows, std::uint32_t toldBefore) {
     const std::scoped_lock locks(table.kept, table.mutex);
     if (table.changes == toldBefore) {

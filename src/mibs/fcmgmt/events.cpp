@@ -40,7 +40,7 @@ constexpr Column kEvents[] = {
      TextOf("Get.Oper.Switch.NextLogEntry.%i")},
 };
 
-// A log entry is asked for as the one behind its predecessor.
+// A log entry is asked for as the one after its predecessor.
 int CompleteEvent(const HandlerCall& call, Instance& instance) {
     if (CompleteUnit(call, instance) != 0) {
         return -1;

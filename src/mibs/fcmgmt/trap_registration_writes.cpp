@@ -33,7 +33,7 @@ int TakeValue(const char* object, const WriteRequest& request, std::int32_t most
     return status == SNMP_ERR_NOERROR ? status : Refuse(object, status);
 }
 
-// Returns 0, or -1 for an OID that is no address and UDP port behind a column.
+// Returns 0, or -1 for an OID that is no address and UDP port after a column.
 int FindRegistration(std::span<const oid> name, Registration& found) {
     if (name.size() != ColumnLength(fcmgmt::kTrapRegistrationTable) + kTrapIndexLength ||
         GetIPAddrAndPortFromOID(name, found.index.address, found.index.port) != 0 ||
