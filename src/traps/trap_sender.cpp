@@ -42,7 +42,7 @@ std::uint32_t UpTime() {
 }
 
 // Started with the program rather than with the first trap.
-[[maybe_unused]] const std::uint32_t startOfUpTime = UpTime();
+[[maybe_unused]] const std::uint32_t kStartOfUpTime = UpTime();
 
 std::uint32_t NextRequestId() {
     static std::atomic<std::uint32_t> last{0};
