@@ -91,7 +91,8 @@ std::string CheckText(std::span<const std::uint8_t> datagram, std::string_view& 
 
 }  // namespace
 
-std::string CheckRequest(std::span<const std::uint8_t> datagram, bool interop, Request& request) {
+std::string CheckRequest(std::span<const std::uint8_t> datagram, bool interop, Request& request,
+                         bool anyTarget) {
     const std::size_t size = datagram.size();
     if (size < kMinFrameSize || size > kMaxFrameSize) {
         return Format("size is %zu bytes, expected %zu..%zu", size, kMinFrameSize, kMaxFrameSize);
@@ -119,7 +120,12 @@ std::string CheckRequest(std::span<const std::uint8_t> datagram, bool interop, R
         return Format("sequence is 0x%x, expected 0x%x..0x%x", request.sequence,
                       kFirstReplySequence, kLastReplySequence);
     }
-    return CheckTarget(Load32(datagram, 4), interop, request.domain);
+    std::string wrong = CheckTarget(Load32(datagram, 4), interop, request.domain);
+    if (!wrong.empty() && anyTarget) {
+        request.domain = kNoDomain;
+        wrong.clear();
+    }
+    return wrong;
 }
 
 std::string_view CommandPrefix(std::uint16_t type) {

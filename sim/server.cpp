@@ -162,6 +162,7 @@ struct Server::State {
     Faults faults;
     std::mt19937_64 random;
     bool paused = false;
+    bool answersAll = false;
     bool recording = true;
     std::deque<ReceivedCommand> received;
     std::deque<std::string> complaints;
@@ -185,6 +186,7 @@ struct Server::State {
     std::uint32_t RunningSeconds() const;
     std::string ReplyText(const Request& request, const Switch& unit, const Peer& from,
                           std::vector<Notice>& notices);
+    std::string FixedText(const Request& request, const Switch* unit);
     std::set<Peer> RegisteredAt(std::uint16_t domain) const;
     std::size_t SendNotification(std::uint16_t domain, std::string_view text, bool zeroAsLocal,
                                  const std::set<Peer>& receivers);
@@ -256,7 +258,7 @@ void Server::State::Handle(std::span<const std::uint8_t> datagram, const Peer& f
     std::unique_lock lock(mutex);
     Request request;
     const bool interop = fabric.Interop();
-    if (const std::string complaint = CheckRequest(datagram, interop, request);
+    if (const std::string complaint = CheckRequest(datagram, interop, request, answersAll);
         !complaint.empty()) {
         Refuse(complaint, from.address, datagram.size());
         return;
@@ -279,10 +281,14 @@ void Server::State::Handle(std::span<const std::uint8_t> datagram, const Peer& f
     std::vector<Notice> notices;
     Bytes frame;
     const Switch* unit = commands.Find(request.domain == 0 ? local : request.domain);
-    if (unit != nullptr && !paused && !faults.silent && !unit->silent) {
-        const std::uint32_t target = DomainWord(unit->domain, interop);
+    if (answersAll) {
+        text = FixedText(request, unit);
+    } else if (unit != nullptr && !paused && !faults.silent && !unit->silent) {
         text = ReplyText(request, *unit, from, notices);
-        frame = BuildFrame(target, request.type, request.sequence, *text);
+    }
+    if (text) {
+        const std::uint32_t domain = unit == nullptr ? request.domain : unit->domain;
+        frame = BuildFrame(DomainWord(domain, interop), request.type, request.sequence, *text);
     }
     const auto logNow = log;
     if (const auto changed = override; changed != nullptr && text) {
@@ -343,6 +349,15 @@ std::string Server::State::ReplyText(const Request& request, const Switch& unit,
             registered.erase({unit.domain, from});
             return "";
     }
+}
+
+/// What AnswerAll has for any request.
+std::string Server::State::FixedText(const Request& request, const Switch* unit) {
+    if (request.type != kGetType) {
+        return "";
+    }
+    return unit == nullptr ? ErrorText(CommandError::kNoSuchEntry)
+                           : commands.Get(*unit, request.text, 0);
 }
 
 std::set<Peer> Server::State::RegisteredAt(std::uint16_t domain) const {
@@ -526,6 +541,11 @@ void Server::SetFaults(const Faults& faults) {
 void Server::Pause(bool silent) {
     const std::lock_guard lock(state_->mutex);
     state_->paused = silent;
+}
+
+void Server::AnswerAll() {
+    const std::lock_guard lock(state_->mutex);
+    state_->answersAll = true;
 }
 
 std::vector<ReceivedCommand> Server::TakeCommands() {

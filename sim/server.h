@@ -57,6 +57,11 @@ class Server {
     /// While paused, requests are checked and recorded, but have no effect and get no answer.
     void Pause(bool silent);
 
+    /// From now on every request is answered at once and changes nothing: a Get from a switch that
+    /// is not there gets an error, and all but a Get an empty text. For fuzzers, whose inputs shall
+    /// neither wait nor find what an earlier one has set.
+    void AnswerAll();
+
     /// All well-formed requests since the last call, in order; the oldest are dropped beyond
     /// kMaxRecorded.
     std::vector<ReceivedCommand> TakeCommands();

@@ -15,13 +15,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <span>
 #include <string_view>
 #include <vector>
 
 #include "sim/frame.h"
-#include "src/base/trace_log.h"
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
 #include "src/link/switch_info.h"
@@ -34,9 +32,7 @@
 #include "src/traps/registration.h"
 #include "src/upkeep/dispatch.h"
 #include "src/upkeep/upkeep.h"
-#include "tests/fuzz/instant_switch.h"
 #include "tests/fuzz/surroundings.h"
-#include "tests/support/loopback.h"
 
 namespace snmpmain {
 namespace {
@@ -58,12 +54,8 @@ constexpr std::size_t kMostFrame = 600;
 // The agent with its switch, started once; every input finds both alike.
 class Agent {
   public:
-    Agent() : switch_(LoopbackAddress(0), LoopbackAddress(1)) {
-        ::setenv("SNMPMAIN_ROOT", "/dev/null", 1);  // no files, no daemon to be signalled
+    Agent() {
         SetNotificationReceiver(HandleIncomingNotification);
-        Require(InitLink(LoopbackAddress(0).c_str()) == 0 && InitSendRecvLock() == 0, "link");
-        OpenTraceLog();
-        SetDiagnosticLevel(kTrace);
         Settle(fuzz::kNormal);
         InitTrapNotifications();
     }
@@ -90,6 +82,7 @@ class Agent {
         }
         Require(GetLocalDomainId() == fuzz::kLocalDomain, "the local switch stays the same");
         Require(GetUnitCount() <= 3, "no unit appears from nowhere");
+        switch_.CheckRequests();
     }
 
   private:
@@ -157,12 +150,12 @@ class Agent {
             HandleIncomingNotification(frame);
             return;
         }
-        switch_.SendToAgent(frame);
+        switch_.server.SendRaw(frame);
         // The ListenThread has been through with it when it hands out a later reply.
         PingSwitchMgmt(0);
     }
 
-    fuzz::InstantSwitch switch_;
+    fuzz::Switch switch_;
     unsigned lasting_ = fuzz::kNormal;
     unsigned passed_ = fuzz::kNormal;  // the last input's passing part of the scene
 };

@@ -20,12 +20,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "src/base/trace_log.h"
 #include "src/mibs/fcmgmt/fcmgmt.h"
 #include "src/mibs/femgmt/femgmt.h"
 #include "src/mibs/norbex/norbex.h"
@@ -37,14 +35,11 @@
 #include "src/snmptables/zoning.h"
 #include "src/traps/registration.h"
 #include "src/traps/trap_table.h"
-#include "tests/fuzz/instant_switch.h"
 #include "tests/fuzz/surroundings.h"
-#include "tests/support/loopback.h"
 
 namespace snmpmain {
 namespace {
 
-using fuzz::Datagram;
 using fuzz::Reader;
 using fuzz::Require;
 using Oid = std::vector<oid>;
@@ -185,12 +180,7 @@ void RunPhases(std::vector<Setting>& settings) {
 
 class Agent {
   public:
-    // No trap is sent here.
-    Agent() : switch_(LoopbackAddress(0), "10.0.0.9") {
-        ::setenv("SNMPMAIN_ROOT", "/dev/null", 1);  // no files, no daemon to be signalled
-        Require(InitLink(LoopbackAddress(0).c_str()) == 0 && InitSendRecvLock() == 0, "link");
-        OpenTraceLog();
-        SetDiagnosticLevel(kTrace);
+    Agent() {
         Require(InitSwitchInfo() == 0 && UpdateConnUnitTable() == 0, "discovery");
         InitTrapNotifications();
         AppendColumns(fcmgmt::kModule, columns_);
@@ -225,6 +215,7 @@ class Agent {
         }
         RunPhases(settings);
         PutBack(bits);
+        switch_.CheckRequests();
     }
 
   private:
@@ -250,19 +241,18 @@ class Agent {
             const auto bytes = input.UpTo(kEnd);
             text.assign(bytes.begin(), bytes.end());
         }
-        switch_.SetReplier([texts = std::move(texts), next = std::size_t{0}](
-                               const sim::Request& request, const Datagram& proper) mutable {
-            if (next >= kMostOddReplies) {
-                return std::vector<Datagram>{proper};
-            }
-            const std::string& text = texts[next++ % texts.size()];
-            return std::vector<Datagram>{sim::BuildFrame(0, request.type, request.sequence, text)};
-        });
+        const auto next = std::make_shared<std::size_t>(0);
+        switch_.server.SetReplyOverride(
+            [texts = std::move(texts), next](const sim::ReceivedCommand& command,
+                                             fuzz::Datagram proper) {
+                return std::optional(*next >= kMostOddReplies
+                                         ? proper
+                                         : fuzz::ReplyTo(command, texts[(*next)++ % texts.size()]));
+            });
     }
 
     // Undoes what the input may have led to.
     void PutBack(std::uint8_t bits) {
-        switch_.SetReplier(nullptr);
         switch_.SetScene(fuzz::kNormal);
         ResetUnitStatusMemo();
         ResetLogins();
@@ -284,7 +274,7 @@ class Agent {
         }
     }
 
-    fuzz::InstantSwitch switch_;
+    fuzz::Switch switch_;
     std::vector<variable> columns_;
     std::uint32_t trapTableChanges_ = 0;
 };

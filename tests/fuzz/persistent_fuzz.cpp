@@ -22,14 +22,10 @@
 #include <string_view>
 #include <vector>
 
-#include "src/base/trace_log.h"
 #include "src/conf/conf_keys.h"
 #include "src/conf/snmpd_conf.h"
-#include "src/link/link.h"
 #include "src/link/switch_info.h"
-#include "tests/fuzz/instant_switch.h"
 #include "tests/fuzz/surroundings.h"
-#include "tests/support/loopback.h"
 
 namespace snmpmain {
 namespace {
@@ -93,10 +89,7 @@ void CheckWritten(const std::string& path) {
 
 class Agent {
   public:
-    Agent() : switch_(LoopbackAddress(0), LoopbackAddress(1)) {
-        Require(InitLink(LoopbackAddress(0).c_str()) == 0 && InitSendRecvLock() == 0, "link");
-        OpenTraceLog();
-        SetDiagnosticLevel(kTrace);
+    Agent() {
         Require(InitSwitchInfo() == 0, "switch information");
     }
 
@@ -107,17 +100,17 @@ class Agent {
         for (const ConfKey& row : GetConfKeys()) {
             if (row.command[0] != '\0' && !input.AtEnd()) {
                 const auto text = input.UpTo(kTextEnd);
-                texts[row.command + 4].assign(text.begin(), text.end());
+                texts[row.command].assign(text.begin(), text.end());
             }
         }
         if ((bits & kBlade) != 0) {
-            texts["Oper.Switch.Type"] = "SwitchBlade";
+            texts["Get.Oper.Switch.Type"] = "SwitchBlade";
         }
 
         const Root root;
         ForgetTheLast(root);
-        switch_.SetReplier([&](const sim::Request& request, const Datagram& proper) {
-            return std::vector<Datagram>{Answer(texts, (bits & kRefusing) != 0, request, proper)};
+        switch_.server.SetReplyOverride([&](const sim::ReceivedCommand& command, Datagram proper) {
+            return std::optional(Answer(texts, (bits & kRefusing) != 0, command, proper));
         });
         ReadFact(Fact::kSwitchType);
         Require(InitSnmpdConf() == 0, "both sides agree");
@@ -127,8 +120,9 @@ class Agent {
         Require(changes_ <= 3, "each setting goes out once at most");
         Require(!SnmpdConfChanged(), "the file has been looked at");
         Require(InitSnmpdConf() == 0, "the configuration is written");
-        switch_.SetReplier(nullptr);
+        switch_.SetScene(fuzz::kNormal);
         CheckWritten(root.Written());
+        switch_.CheckRequests();
     }
 
   private:
@@ -139,18 +133,16 @@ class Agent {
     }
 
     Datagram Answer(const std::map<std::string_view, std::string>& texts, bool refusing,
-                    const sim::Request& request, const Datagram& proper) {
-        if (request.type != sim::kGetType) {
+                    const sim::ReceivedCommand& command, const Datagram& proper) {
+        if (!command.text.starts_with("Get.")) {
             ++changes_;
-            return refusing ? sim::BuildFrame(0, request.type, request.sequence, "#6") : proper;
+            return refusing ? fuzz::ReplyTo(command, "#6") : proper;
         }
-        const auto found = texts.find(request.text);
-        return found == texts.end()
-                   ? proper
-                   : sim::BuildFrame(0, request.type, request.sequence, found->second);
+        const auto found = texts.find(command.text);
+        return found == texts.end() ? proper : fuzz::ReplyTo(command, found->second);
     }
 
-    fuzz::InstantSwitch switch_;
+    fuzz::Switch switch_;
     std::atomic<int> changes_{0};  // asked for by the agent
 };
 

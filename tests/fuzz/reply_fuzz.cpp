@@ -14,24 +14,17 @@
 //             4 the first that is none, others as it stands
 //   bit 3     the status byte as it stands, else 0
 //   bit 4     the payload length as it stands, else that of the datagram
-//   bit 5     the checksum as it stands, else right
 
 #include <arpa/inet.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <numeric>
 #include <vector>
 
 #include "src/base/byte_order.h"
-#include "src/base/trace_log.h"
 #include "src/link/link.h"
-#include "tests/fuzz/instant_switch.h"
 #include "tests/fuzz/surroundings.h"
-#include "tests/support/loopback.h"
 
 namespace snmpmain {
 namespace {
@@ -44,7 +37,6 @@ constexpr std::uint8_t kSetCommand = 1 << 3;
 constexpr std::uint8_t kTextAlone = 1 << 4;
 constexpr std::uint8_t kStatusStands = 1 << 3;
 constexpr std::uint8_t kPayloadStands = 1 << 4;
-constexpr std::uint8_t kChecksumStands = 1 << 5;
 
 constexpr std::size_t kMostDatagram = 600;  // more than the agent reads
 constexpr std::size_t kMostDatagrams = 16;  // all of them fit the socket's buffer
@@ -94,15 +86,7 @@ Datagram ReadDatagram(Reader& input, std::uint32_t sequence) {
         StoreBig16(&datagram[kPayloadLengthOffset],
                    static_cast<std::uint16_t>(datagram.size() - kHeaderSize));
     }
-    if ((bits & kChecksumStands) == 0 && datagram.size() >= kMinFrameSize) {
-        const auto end = datagram.end() - kChecksumSize;
-        StoreBig32(&*end, std::accumulate(datagram.begin(), end, std::uint32_t{0}));
-    }
     return datagram;
-}
-
-bool IsReplyTo(std::uint32_t sequence, const Datagram& datagram) {
-    return datagram.size() >= kHeaderSize && LoadBig32(&datagram[kSequenceOffset]) == sequence;
 }
 
 int TakeNotification(std::span<const std::uint8_t> frame) {
@@ -114,61 +98,54 @@ int TakeNotification(std::span<const std::uint8_t> frame) {
 
 class Requester {
   public:
-    Requester() : switch_(LoopbackAddress(0), LoopbackAddress(1)) {
+    Requester() {
         SetNotificationReceiver(TakeNotification);
-        Require(InitLink(LoopbackAddress(0).c_str()) == 0 && InitSendRecvLock() == 0, "link");
-        OpenTraceLog();
-        SetDiagnosticLevel(kTrace);
     }
 
     void Take(std::uint8_t bits, Reader input) {
         Datagram reply;  // the first one that is for the request
-        switch_.SetReplier([&reply, input](const sim::Request& request, const Datagram&) {
+        switch_.server.SetReplyOverride([&](const sim::ReceivedCommand& command, const Datagram&) {
             Reader rest = input;  // of a copy, should the request come once more
-            std::vector<Datagram> all;
-            while (!rest.AtEnd() && all.size() < kMostDatagrams) {
-                all.push_back(ReadDatagram(rest, request.sequence));
-                if (IsReplyTo(request.sequence, all.back())) {
-                    reply = all.back();
-                    return all;  // others might be taken for replies to the next request
+            for (std::size_t i = 0; !rest.AtEnd() && i < kMostDatagrams; ++i) {
+                reply = ReadDatagram(rest, command.sequence);
+                if (reply.size() >= kHeaderSize &&
+                    LoadBig32(&reply[kSequenceOffset]) == command.sequence) {
+                    return std::optional(reply);
                 }
+                switch_.server.SendRaw(reply);
             }
-            reply = sim::BuildFrame(0, request.type, request.sequence, "4711");
-            all.push_back(reply);
-            return all;
+            reply = fuzz::ReplyTo(command, "4711");
+            return std::optional(reply);
         });
 
         const auto type = static_cast<ConversionType>(bits & 3);
-        const auto text = std::make_unique<ReplyText>();
+        ReplyText text;
         std::uint32_t value = 1;
-        text->fill('?');
+        text.fill('?');
         SetFabricUpdatePending(false);
         const char* const command = (bits & kSetCommand) != 0 ? "Set.Cmd" : "Get.Oper";
-        const std::uint16_t result = SwitchMgmtQuery(0, command, *text, type, &value);
-        switch_.SetReplier(nullptr);
+        const std::uint16_t result = SwitchMgmtQuery(0, command, text, type, &value);
+        switch_.SetScene(fuzz::kNormal);
+        switch_.CheckRequests();
 
-        const bool isRefused = reply[2] != 0;
-        Require(IsFabricUpdatePending() == isRefused, "status");
-        if (isRefused) {
-            Require(result == kQueryFailed && value == 0 && (*text)[0] == '\0', "nothing is taken");
-            return;
-        }
-        // Nothing of earlier replies stands behind this one.
+        // As if nothing but this reply had come: nothing of earlier ones stands behind it.
+        Require(IsFabricUpdatePending() == (reply[2] != 0), "status");
         ReplyFrame frame{};
         std::copy_n(reply.begin(), std::min(reply.size(), frame.size()), frame.begin());
-        ReplyText expected;
-        ReadReplyText(frame, expected);
+        ReplyText expected{};
         std::uint32_t number = 0;
-        const std::int32_t outcome =
-            ParseReturnValue(expected.data(), expected.size(), type, &number);
+        std::int32_t outcome = kQueryFailed;
+        if (CheckReplyFrame(frame, kMinFrameSize, expected) == 0) {
+            outcome = ParseReturnValue(expected.data(), expected.size(), type, &number);
+            CheckConversion(outcome, type, text.data(), text.size(), value);
+        }
         Require(result == static_cast<std::uint16_t>(outcome) && value == number &&
-                    std::strcmp(text->data(), expected.data()) == 0,
+                    std::strcmp(text.data(), expected.data()) == 0,
                 "the value is that of the reply to this request");
-        CheckConversion(outcome, type, text->data(), text->size(), value);
     }
 
   private:
-    fuzz::InstantSwitch switch_;
+    fuzz::Switch switch_;
 };
 
 }  // namespace

@@ -1,11 +1,16 @@
-// What fuzz targets have in common: a way to complain, a reader of inputs, and (in the source file)
-// replacements for what must not happen while fuzzing, sleeping and writing to the system's log.
+// What fuzz targets have in common: a way to complain, a reader of inputs, the switch, and (in the
+// source file) replacements for what must not happen while fuzzing, sleeping and writing to the
+// system's log.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
+#include <vector>
+
+#include "sim/server.h"
 
 namespace fuzz {
 
@@ -50,5 +55,40 @@ class Reader {
   private:
     std::span<const std::uint8_t> rest_;
 };
+
+// What differs from the fabric as it normally is; to be combined.
+enum Scene : unsigned {
+    kNormal = 0,
+    kChanged = 1,    // the local switch's states are others
+    kDeparted = 2,   // one switch less
+    kInterop = 4,    // merge mode "Interop_2"
+    kProxyless = 8,  // switches speak for themselves only
+    kFailing = 16,   // queries for values fail; discovery and its ping do not
+};
+
+constexpr std::uint16_t kLocalDomain = 2;
+
+using Datagram = std::vector<std::uint8_t>;
+
+// The simulator, which answers everything at once, and the agent's link to it.
+class Switch {
+  public:
+    // Opens the link, and the log for messages of every level. There are no files and no daemon.
+    Switch();
+
+    // Changes what the switch answers, and takes away a reply override.
+    void SetScene(unsigned scene);
+
+    // To be called after each input.
+    void CheckRequests() const;
+
+    sim::Server server;
+
+  private:
+    unsigned scene_ = kNormal;
+};
+
+// The reply with another text.
+Datagram ReplyTo(const sim::ReceivedCommand& command, std::string_view text);
 
 }  // namespace fuzz
