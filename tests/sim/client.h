@@ -85,17 +85,9 @@ class Client {
             return std::nullopt;
         }
         Bytes bytes(2048);
-        socklen_t length = sizeof from_;
-        const ssize_t size = recvfrom(fd_, bytes.data(), bytes.size(), 0,
-                                      reinterpret_cast<sockaddr*>(&from_), &length);
+        const ssize_t size = recv(fd_, bytes.data(), bytes.size(), 0);
         bytes.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
         return bytes;
-    }
-
-    /// The address that the last datagram came from.
-    std::string Sender() const {
-        char text[INET_ADDRSTRLEN] = "";
-        return inet_ntop(AF_INET, &from_.sin_addr, text, sizeof text);
     }
 
     /// The reply text, or "(none)" when none comes.
@@ -113,7 +105,6 @@ class Client {
   private:
     int fd_ = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     sockaddr_in to_{};
-    sockaddr_in from_{};
     std::uint32_t sequence_ = 0x10001;
 };
 

@@ -68,20 +68,4 @@ TEST(RequestCheck, InteropModeAddressesDomainsWithAnOffset) {
     EXPECT_EQ(sim::DomainWord(0, true), 0u);
 }
 
-TEST(ReplyFrame, IsLaidOutAsARequestAndFitsTheReceiver) {
-    EXPECT_EQ(sim::BuildFrame(2 << 16, 1024, 0x10007, "Online"),
-              Frame(1024, "Online", 2 << 16, 0x10007));
-    const Bytes longest = sim::BuildFrame(0, 1024, 0x10007, std::string(600, 'x'));
-    EXPECT_LE(longest.size(), 512u);
-    EXPECT_EQ(longest, Frame(1024, std::string(490, 'x'), 0, 0x10007));
-
-    Bytes frame = sim::BuildFrame(0, 1024, 0x10007, "Online");
-    sim::SetStatus(frame, 3);
-    sim::SetSequence(frame, 0x10009);
-    Bytes expected = Frame(1024, "Online", 0, 0x10009);
-    expected[2] = 3;
-    Sum(expected);
-    EXPECT_EQ(frame, expected);
-}
-
 }  // namespace

@@ -1,4 +1,4 @@
-// What switches tell unasked: about changes of the fabric, and events that agents pass on.
+// What switches tell unasked about changes of the fabric, and what they log.
 #include "sim/notices.h"
 
 #include <gtest/gtest.h>
@@ -10,10 +10,8 @@
 namespace {
 
 using simtest::Client;
-using simtest::Frame;
 
-constexpr std::uint16_t kSet = 1025, kNotification = 1026, kOn = 1027;
-constexpr int kShort = 150;  // milliseconds in which nothing is expected
+constexpr std::uint16_t kSet = 1025;
 
 /// "domain: text" of every notice, with TIME for the time, blank-separated.
 std::string Told(const std::function<void(sim::Fabric&)>& change) {
@@ -68,78 +66,6 @@ TEST(Notices, TellAChangeWithItsKindAndThePartConcerned) {
     for (const auto& [change, told] : cases) {
         EXPECT_EQ(Told(change), told);
     }
-}
-
-TEST(Notices, GoToThoseWhoRegisteredAtTheSwitchUnlessTheChangeIsRefused) {
-    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
-    Client agent(LoopbackAddress(0).c_str()), last(LoopbackAddress(0).c_str());
-    EXPECT_EQ(agent.Ask(kOn, ""), "");
-    EXPECT_EQ(agent.Ask(kOn, "", 7), "");
-    EXPECT_EQ(last.Get("Oper.Switch.Nop"), "Ok");
-    const auto breakPorts = [](sim::Fabric& fabric) {
-        for (sim::Switch& unit : fabric.switches) {
-            unit.ports[0].diagStatus = "Failed";
-        }
-    };
-    EXPECT_EQ(server.ChangeAndNotify(breakPorts), 2u);
-    EXPECT_EQ(agent.Receive(), Frame(kNotification, "28;0;0;0;0", 0, 2));
-    EXPECT_EQ(agent.Receive(), Frame(kNotification, "28;0;0;0;0", 7 << 16, 3));
-    EXPECT_EQ(agent.Get("Oper.UserPort.0.0.DiagStatus", 1), "Failed");
-    EXPECT_EQ(last.Receive(kShort), std::nullopt);
-
-    EXPECT_THROW(server.ChangeAndNotify([](sim::Fabric& fabric) { fabric.switches.clear(); }),
-                 sim::FabricError);
-    EXPECT_EQ(agent.Get("Oper.Switch.DomainID"), "2");
-    EXPECT_EQ(agent.Receive(kShort), std::nullopt);
-}
-
-TEST(Events, OfOtherAgentsAreHandedOnUnchangedToTheSwitchsOwnAgent) {
-    sim::Server server(sim::DefaultFabric(), LoopbackAddress(0));
-    Client own(LoopbackAddress(0).c_str()), other(LoopbackAddress(0).c_str());
-    for (const std::uint32_t domain : {0u, 1u, 7u}) {
-        EXPECT_EQ(own.Ask(kOn, "", domain), "");
-    }
-    const std::string event = "[Event change][1][7][\xb1\xbb\xdb\x8a";
-    EXPECT_EQ(other.Ask(kSet, "Cmd.Snmp.PrivateEvent." + event, 2), "");
-    EXPECT_EQ(own.Receive(), Frame(kNotification, "32;0;0;0;0" + event, 0, 1));
-    EXPECT_EQ(other.Ask(kSet, "Cmd.Snmp.PrivateEvent." + event, 1), "#6");
-    EXPECT_EQ(other.Ask(kSet, "Cmd.Snmp.PrivateEvent." + event, 7), "");
-    EXPECT_EQ(other.Ask(kSet, "Cmd.Snmp.PrivateEvent.Hello"), "");
-    EXPECT_EQ(own.Receive(kShort), std::nullopt);
-}
-
-TEST(Agents, EachSeeTheSwitchOfTheirAddressAsTheLocalOne) {
-    sim::Fabric fabric = sim::DefaultFabric();
-    fabric.Find(7)->agentAddress = LoopbackAddress(1);
-    sim::Server server(fabric, LoopbackAddress(0));
-    Client core(LoopbackAddress(0).c_str()), edge(LoopbackAddress(1).c_str());
-    for (Client* agent : {&core, &edge}) {
-        EXPECT_EQ(agent->Get("Oper.Switch.DomainID"), agent == &core ? "2" : "7");
-        EXPECT_EQ(agent->Get("Oper.Switch.DomainID", 7), "7");
-        EXPECT_EQ(agent->Sender(), LoopbackAddress(agent == &core ? 0 : 1));
-        EXPECT_EQ(agent->Ask(kOn, ""), "");
-        EXPECT_EQ(agent->Ask(kOn, "", agent == &core ? 7 : 2), "");
-    }
-    EXPECT_EQ(server.TakeCommands().back().local, 7);
-
-    server.ChangeAndNotify([](sim::Fabric& f) { f.Find(7)->ports[6].operState = "Online"; });
-    EXPECT_EQ(core.Receive(), Frame(kNotification, "28;0;0;0;6", 7 << 16, 1));
-    EXPECT_EQ(edge.Receive(), Frame(kNotification, "28;0;0;0;6", 0, 1));
-    EXPECT_EQ(edge.Sender(), LoopbackAddress(1));
-    EXPECT_EQ(core.Ask(kSet, "Cmd.Snmp.PrivateEvent.[Fabric update]", 7), "");
-    EXPECT_EQ(edge.Receive(), Frame(kNotification, "32;0;0;0;0[Fabric update]", 0, 2));
-    server.SendNotification(0, "raw");
-    EXPECT_EQ(core.Receive(), Frame(kNotification, "raw", 0, 3));
-    EXPECT_EQ(edge.Receive(), Frame(kNotification, "raw", 2 << 16, 3));
-    EXPECT_EQ(core.Receive(kShort), std::nullopt);
-
-    server.ChangeAndNotify([](sim::Fabric& f) { f.switches.pop_back(); });
-    EXPECT_EQ(edge.Receive(), Frame(kNotification, "5;0;0;0;0", 2 << 16, 5));
-    EXPECT_EQ(edge.Ask(1024, "Oper.Switch.DomainID", 0, kShort), "(none)");
-    server.WithFabric([&](sim::Fabric& f) { f = fabric; });
-    server.Stop();
-    server.Start();
-    EXPECT_EQ(edge.Get("Oper.Switch.DomainID"), "7");
 }
 
 TEST(Events, AreAppendedToTheLog) {

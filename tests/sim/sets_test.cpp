@@ -23,7 +23,6 @@ const std::string kSnmp = kTake + "Cmd.Snmp.StartSetup;";
 const std::string kSystem = kTake + "Cmd.System.StartSetup;";
 const std::string kEndEdit = ";Cmd.Switch.SaveConfig;Cmd.Switch.ActConfig;" + kGive;
 const std::string kEndSnmp = ";Cmd.Snmp.SaveSetup;Cmd.Snmp.ActSetup;" + kGive;
-const std::string kEndSystem = ";Cmd.System.SaveSetup;Cmd.System.ActSetup;" + kGive;
 
 std::vector<std::string> Split(const std::string& text, char separator) {
     std::vector<std::string> parts;
@@ -56,18 +55,6 @@ TEST(Sets, PutInForceWhatIsSavedAndActivatedOrNothing) {
         std::string values;   // "PATH=VALUE,..."
         const char* told;
     } cases[] = {
-        {kEdit + name + ".a.b c;Config." + port + "SymPortName.p.3;Config." + port +
-             "AdminState.Diagnostics;Config.Switch.InbandEnable.False" + kEndEdit,
-         "ok",
-         name + "=a.b c,Config.Switch.InbandEnable=False,Oper." + port + "SymPortName=p.3,Oper." +
-             port + "OperState=Diagnostics",
-         "2;0;0;0;0 4;0;0;0;3 27;0;0;0;3 28;0;0;0;3"},
-        {kEdit + "Config.Switch.AdminState.Offline;Config.Switch.R_T_TOV.500" + kEndEdit + ";",
-         "ok", "Oper.Switch.OperState=Offline,Config.Switch.R_T_TOV=500", "2;0;0;0;0 13;0;0;0;0"},
-        {kSystem + "Config.System.IPAddress.0A0000fe" + kEndSystem, "ok",
-         "Config.System.IPAddress=0A0000FE", "3;0;0;0;0"},
-        {kSnmp + "Config.Snmp.Contact.;Config.Snmp.TrapComm.x" + kEndSnmp, "ok",
-         "Config.Snmp.Contact=,Config.Snmp.TrapComm=x", "1;0;0;0;0"},
         // The trap table comes in lines of its own between those that open and close; equal
         // destinations in force do not keep anyone from changing something else.
         {kSnmp + "Cmd.Snmp.BypassDuplicates\n" + trap + "Addr.7F000001;" + trap + "Port.9;" + trap +
