@@ -1,8 +1,5 @@
 #include "src/link/reachability.h"
 
-#include <chrono>
-#include <thread>
-
 #include "sim/frame.h"
 #include "tests/support/switch_test.h"
 
@@ -20,14 +17,6 @@ class ReachabilityTest : public SwitchTest {
         ResetReachability();
     }
 
-    void Silence(std::initializer_list<std::uint32_t> domains, bool silent) {
-        server.WithFabric([&](sim::Fabric& fabric) {
-            for (const std::uint32_t domain : domains) {
-                fabric.Find(domain)->silent = silent;
-            }
-        });
-    }
-
     // Whether a switch answers to a query, and how long that takes.
     static bool Answers(std::uint32_t domain, const char* path = "Oper.Switch.MaxPorts") {
         ReplyText text;
@@ -38,13 +27,6 @@ class ReachabilityTest : public SwitchTest {
         const auto start = ReachClock::now();
         work();
         return ReachClock::now() - start;
-    }
-    static bool Within(ReachClock::duration time, const std::function<bool()>& condition) {
-        const auto end = ReachClock::now() + time;
-        while (!condition() && ReachClock::now() < end) {
-            std::this_thread::sleep_for(10ms);
-        }
-        return condition();
     }
 };
 
@@ -85,11 +67,7 @@ TEST_F(ReachabilityTest, AnyNumberOfSilentSwitchesCostsOneWait) {
 TEST_F(ReachabilityTest, SlowSwitchAndOneUnansweredCommandAreNoSilence) {
     server.SetFaults({.delayMs = 1500});
     EXPECT_TRUE(Answers(7));
-    server.SetReplyOverride(
-        [](const sim::ReceivedCommand& command,
-           std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
-            return command.text == "Get.Oper.Switch.Never" ? std::nullopt : std::optional(reply);
-        });
+    LoseReplies([](const auto& command) { return command.text == "Get.Oper.Switch.Never"; });
     EXPECT_FALSE(Answers(7, "Oper.Switch.Never"));
     EXPECT_TRUE(Within(2s, [] { return IsAnswering(7); }));
     std::this_thread::sleep_for(2s);
@@ -125,11 +103,7 @@ TEST_F(ReachabilityTest, LateReplyToAProbeRenewsNoWaiting) {
     }
     ASSERT_NE(sequence, 0u);
     std::this_thread::sleep_for(2500ms);  // its time is over
-    server.SetReplyOverride(
-        [](const sim::ReceivedCommand& command,
-           std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
-            return command.text == "Get.Oper.Switch.Never" ? std::nullopt : std::optional(reply);
-        });
+    LoseReplies([](const auto& command) { return command.text == "Get.Oper.Switch.Never"; });
     std::atomic<bool> waits = true;
     std::thread late([&] {
         while (waits) {

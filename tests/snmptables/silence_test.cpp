@@ -1,8 +1,5 @@
 // What is kept, and what is done, when a switch does not answer.
 #include <atomic>
-#include <chrono>
-#include <functional>
-#include <thread>
 
 #include "src/agent/idle_step.h"
 #include "src/traps/private_events.h"
@@ -22,22 +19,10 @@ class SilenceTest : public MibTest {
     // The next two replies to commands with this text are lost: a request and its repetition.
     void LoseBoth(const std::string& text, std::uint32_t domain = 0) {
         lost_ = 0;
-        server.SetReplyOverride(
-            [this, text, domain](
-                const sim::ReceivedCommand& command,
-                std::vector<std::uint8_t> reply) -> std::optional<std::vector<std::uint8_t>> {
-                const bool isMeant =
-                    command.text.find(text) != std::string::npos && command.domain == domain;
-                return isMeant && lost_++ < 2 ? std::nullopt : std::optional(reply);
-            });
-    }
-
-    static bool Within(ReachClock::duration time, const std::function<bool()>& condition) {
-        const auto end = ReachClock::now() + time;
-        while (!condition() && ReachClock::now() < end) {
-            std::this_thread::sleep_for(10ms);
-        }
-        return condition();
+        LoseReplies([this, text, domain](const sim::ReceivedCommand& command) {
+            return command.text.find(text) != std::string::npos && command.domain == domain &&
+                   lost_++ < 2;
+        });
     }
 
     static void DoIdleSteps() {
@@ -46,7 +31,7 @@ class SilenceTest : public MibTest {
     }
 
     void Silence(std::uint32_t domain, bool silent) {
-        server.WithFabric([&](sim::Fabric& fabric) { fabric.Find(domain)->silent = silent; });
+        SwitchTest::Silence({domain}, silent);
         if (silent) {
             EXPECT_EQ(AskNumber(domain, Fact::kMaxPorts), 0u);  // notices it
         }

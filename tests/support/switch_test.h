@@ -5,10 +5,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "sim/fabric.h"
@@ -27,6 +31,7 @@
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
 #include "src/snmptables/zoning.h"
+#include "src/traps/trap_table.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/loopback.h"
 
@@ -80,6 +85,49 @@ class SwitchTest : public testing::Test {
         const std::vector<std::string> texts = TakeTexts();
         return std::ranges::count_if(
             texts, [&](const std::string& text) { return text.find(part) != std::string::npos; });
+    }
+
+    // Replies to commands for which this holds are lost, those to all others are not.
+    void LoseReplies(std::function<bool(const sim::ReceivedCommand&)> isLost) {
+        server.SetReplyOverride([isLost = std::move(isLost)](const sim::ReceivedCommand& command,
+                                                             std::vector<std::uint8_t> reply) {
+            return isLost(command) ? std::nullopt : std::optional(std::move(reply));
+        });
+    }
+
+    // Replies to commands for which this holds carry a status byte.
+    void RefuseReplies(std::function<bool(const sim::ReceivedCommand&)> isRefused) {
+        server.SetReplyOverride(
+            [isRefused = std::move(isRefused)](const sim::ReceivedCommand& command,
+                                               std::vector<std::uint8_t> reply) {
+                reply[2] = isRefused(command) ? 1 : 0;
+                return std::optional(std::move(reply));
+            });
+    }
+
+    void Silence(std::initializer_list<std::uint32_t> domains, bool silent) {
+        server.WithFabric([&](sim::Fabric& fabric) {
+            for (const std::uint32_t domain : domains) {
+                fabric.Find(domain)->silent = silent;
+            }
+        });
+    }
+
+    // The local switch's trap destinations, as the agent has read them.
+    void SendTrapsTo(const std::vector<sim::TrapDestination>& destinations) {
+        server.WithFabric([&](sim::Fabric& fabric) {
+            fabric.Find(0)->traps = {};
+            std::ranges::copy(destinations, fabric.Find(0)->traps.begin());
+        });
+        EXPECT_EQ(ReadTrapDestinations(), 0);
+    }
+
+    static bool Within(ReachClock::duration time, const std::function<bool()>& condition) {
+        const auto end = ReachClock::now() + time;
+        while (!condition() && ReachClock::now() < end) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return condition();
     }
 
     void Discover() {

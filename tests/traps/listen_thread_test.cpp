@@ -51,12 +51,8 @@ class ListenThreadTest : public MibTest {
   protected:
     ListenThreadTest() : sink(LoopbackAddress(3)) {
         SetNotificationReceiver(NoteStack);
-        server.WithFabric([&](sim::Fabric& fabric) {
-            fabric.Find(0)->traps = {};
-            fabric.Find(0)->traps[0] = {sink.Address(), sink.Port(), "mark", true, "2"};
-            fabric.Find(0)->traps[1] = {sink.Address(), sink.Port(), "warning", true, "1"};
-        });
-        EXPECT_EQ(ReadTrapDestinations(), 0);
+        SendTrapsTo({{sink.Address(), sink.Port(), "mark", true, "2"},
+                     {sink.Address(), sink.Port(), "warning", true, "1"}});
         SetTrapCommunity("public");
     }
     ~ListenThreadTest() override {

@@ -52,19 +52,15 @@ TEST_F(LocalStateTest, WhatTheTableDoesNotHoldHasAlwaysChanged) {
 }
 
 TEST_F(LocalStateTest, FailedQueryIsAStateOfItsOwn) {
-    TraceEverything();
     Set("Oper.UserPort.0.3.OperState", std::nullopt);
     EXPECT_EQ(CheckPortStatusChange(3), 1);
-    EXPECT_TRUE(Logged("Error retrieving current port state"));
     EXPECT_EQ(CheckPortStatusChange(3), 0);
     EXPECT_EQ(CheckPortLinkStateChange(3), 0) << "online is what it counts as";
     Set("Config.Switch.InbandEnable", std::nullopt);
     EXPECT_EQ(CheckInbandEnableChange(), 1);
-    EXPECT_TRUE(Logged("Error retrieving current port HW state"));
     EXPECT_EQ(CheckInbandEnableChange(), 0);
     Set("Oper.Switch.OperState", std::nullopt);
     EXPECT_EQ(CheckUnitStatusChange(), 1);
-    EXPECT_TRUE(Logged("Error retrieving current unit status"));
 }
 
 }  // namespace

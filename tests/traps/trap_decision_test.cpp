@@ -4,7 +4,6 @@
 
 #include "src/base/text.h"
 #include "src/traps/trap_sender.h"
-#include "src/traps/trap_table.h"
 #include "tests/support/switch_test.h"
 #include "tests/support/trap_sink.h"
 
@@ -20,11 +19,7 @@ class TrapDecisionTest : public SwitchTest {
     }
 
     void SetFilter(const char* severity) {
-        server.WithFabric([&](sim::Fabric& fabric) {
-            fabric.Find(0)->traps = {};
-            fabric.Find(0)->traps[0] = {sink.Address(), sink.Port(), severity, true, "2"};
-        });
-        EXPECT_EQ(ReadTrapDestinations(), 0);
+        SendTrapsTo({{sink.Address(), sink.Port(), severity, true, "2"}});
         server.TakeCommands();
     }
 

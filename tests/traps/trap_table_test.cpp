@@ -19,13 +19,6 @@ class TrapTableTest : public SwitchTest {
         ResetTrapTable();  // nobody is to tell the next test's switch of these changes
     }
 
-    void Give(const std::vector<sim::TrapDestination>& destinations) {
-        server.WithFabric([&](sim::Fabric& fabric) {
-            fabric.Find(0)->traps = {};
-            std::ranges::copy(destinations, fabric.Find(0)->traps.begin());
-        });
-    }
-
     static std::vector<std::string> Rows() {
         std::vector<std::string> rows;
         TrapRow row;
@@ -41,26 +34,22 @@ class TrapTableTest : public SwitchTest {
 using Strings = std::vector<std::string>;
 
 TEST_F(TrapTableTest, DestinationsComeSortedWithoutGapsAndDoubles) {
-    Give({{"0.0.0.0"},
-          {"10.0.0.10", 162, "critical", true, "1"},
-          {"255.255.255.255"},
-          {"10.0.0.9", 163, "warn", false, "2"},
-          {"10.0.0.9", 162, "no such severity", true, ""}});
-    EXPECT_EQ(ReadTrapDestinations(), 0);
+    SendTrapsTo({{"0.0.0.0"},
+                 {"10.0.0.10", 162, "critical", true, "1"},
+                 {"255.255.255.255"},
+                 {"10.0.0.9", 163, "warn", false, "2"},
+                 {"10.0.0.9", 162, "no such severity", true, ""}});
     EXPECT_EQ(Rows(),
               (Strings{"10.0.0.9:162 10 3 1", "10.0.0.9:163 6 2 1", "10.0.0.10:162 4 3 0"}));
     EXPECT_EQ(GetTrapRowCount(), 3);
-    Give({{"10.0.0.1"}, {"10.0.0.1"}, {"10.0.0.2"}, {"10.0.0.1"}});
-    EXPECT_EQ(ReadTrapDestinations(), 0);
+    SendTrapsTo({{"10.0.0.1"}, {"10.0.0.1"}, {"10.0.0.2"}, {"10.0.0.1"}});
     EXPECT_EQ(GetTrapRowCount(), 2);
-    Give({{"10.0.0.1"}, {"10.0.0.1"}, {"10.0.0.1"}});  // the third moves up unseen
-    EXPECT_EQ(ReadTrapDestinations(), 0);
+    SendTrapsTo({{"10.0.0.1"}, {"10.0.0.1"}, {"10.0.0.1"}});  // the third moves up unseen
     EXPECT_EQ(GetTrapRowCount(), 2);
 }
 
 TEST_F(TrapTableTest, FailedReadingKeepsTheRows) {
-    Give({{"10.0.0.1", 1, "alert", true, "2"}});
-    EXPECT_EQ(ReadTrapDestinations(), 0);
+    SendTrapsTo({{"10.0.0.1", 1, "alert", true, "2"}});
     const Strings rows = Rows();
     for (const char* setting : {"TrapAddr4", "TrapPort", "TrapSeverity", "TrapEnable"}) {
         const std::string path = std::string("Config.Snmp.") + setting;
@@ -75,8 +64,7 @@ TEST_F(TrapTableTest, FailedReadingKeepsTheRows) {
 }
 
 TEST_F(TrapTableTest, ChangesOutliveReadingsUntilTheSwitchKnowsThem) {
-    Give({{"10.0.0.1", 162, "alert", true, "2"}});
-    ASSERT_EQ(ReadTrapDestinations(), 0);
+    SendTrapsTo({{"10.0.0.1", 162, "alert", true, "2"}});
     ASSERT_EQ(AddTrapClient(1, "10.0.0.2", 163, kTrapRowActive, 6, kTrapVersion2c), 0);
     ASSERT_EQ(SetTrapRowFilter(0, 9), 0);
     const Strings changed = {"10.0.0.1:162 9 3 1", "10.0.0.2:163 6 3 1"};
@@ -91,7 +79,9 @@ TEST_F(TrapTableTest, ChangesOutliveReadingsUntilTheSwitchKnowsThem) {
 }
 
 TEST_F(TrapTableTest, ReadingBegunBeforeTheSwitchWasToldIsNotLost) {
-    Give({{"10.0.0.1", 162, "alert", true, "2"}});
+    server.WithFabric([](sim::Fabric& fabric) {
+        fabric.Find(0)->traps = {{{"10.0.0.1", 162, "alert", true, "2"}}};
+    });
     ASSERT_EQ(AddTrapClient(0, "10.0.0.2", 163, kTrapRowActive, 6, kTrapVersion2c), 0);
     server.SetLog([](const std::string&) { MarkTrapTableTold(CountTrapTableChanges()); });
     EXPECT_EQ(ReadTrapDestinations(), 0);
@@ -100,8 +90,7 @@ TEST_F(TrapTableTest, ReadingBegunBeforeTheSwitchWasToldIsNotLost) {
 }
 
 TEST_F(TrapTableTest, UpdatesDoNotPileUpAtASlowSwitch) {
-    Give({});
-    ASSERT_EQ(ReadTrapDestinations(), 0);
+    SendTrapsTo({});
     server.TakeCommands();
     server.SetFaults({.delayMs = 30});
     for (std::uint32_t port = 1; port <= 50; ++port) {

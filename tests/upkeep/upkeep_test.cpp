@@ -7,7 +7,6 @@
 #include "src/snmptables/unit_table.h"
 #include "src/traps/event_kinds.h"
 #include "src/traps/trap_decision.h"
-#include "src/traps/trap_table.h"
 #include "src/upkeep/dispatch.h"
 #include "src/upkeep/unit_table_refresh.h"
 #include "tests/support/switch_test.h"
@@ -20,12 +19,8 @@ class UpkeepTest : public SwitchTest {
   protected:
     UpkeepTest() : sink(LoopbackAddress(3)) {
         ResetUpkeep();
-        server.WithFabric([&](sim::Fabric& fabric) {
-            fabric.Find(0)->traps = {};
-            fabric.Find(0)->traps[0] = {sink.Address(), sink.Port(), "mark", true, "2"};
-        });
+        SendTrapsTo({{sink.Address(), sink.Port(), "mark", true, "2"}});
         Discover();
-        EXPECT_EQ(ReadTrapDestinations(), 0);
         DoIdleSteps();
         TakeTexts();
     }
