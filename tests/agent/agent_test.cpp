@@ -3,7 +3,6 @@
 #include "src/agent/idle_step.h"
 #include "src/agent/options.h"
 #include "src/agent/signals.h"
-#include "src/base/paths.h"
 #include "src/snmptables/status_refresh.h"
 #include "tests/support/switch_test.h"
 
@@ -66,14 +65,6 @@ TEST(OptionsTest, AddressIsTheThirdWordOfTheCommandLine) {
     }
     EXPECT_EQ(Parse({"--nonsense"}).result, -1);
     EXPECT_EQ(Parse({"-n", "--remote"}).result, -1);
-}
-
-TEST(Paths, LieBelowTheRootOfTheEnvironment) {
-    ::unsetenv("SNMPMAIN_ROOT");
-    EXPECT_EQ(RootedPath("/var/agentx/master"), "/var/agentx/master");
-    ::setenv("SNMPMAIN_ROOT", "/tmp/root", 1);
-    EXPECT_EQ(RootedPath("/var/agentx/master"), "/tmp/root/var/agentx/master");
-    ::unsetenv("SNMPMAIN_ROOT");
 }
 
 TEST(Signals, BrokenPipesAreSurvivedAgainAndAgain) {

@@ -4,7 +4,6 @@
 #include <cstring>
 #include <string>
 
-#include "src/base/clock.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 
@@ -49,26 +48,9 @@ TEST(Text, HexPairsReadAsFarAsTheyAreHexadecimal) {
     EXPECT_EQ(ReadHexPair(""), 0x00);
 }
 
-TEST(Clock, StampsHaveTheirShape) {
-    const std::string stamp = ClockStamp();
-    ASSERT_EQ(stamp.size(), 10u);
-    EXPECT_EQ(stamp.front(), '[');
-    EXPECT_EQ(stamp.back(), ']');
-    EXPECT_GE(std::strlen(DateTimeString()), 24u);
-}
-
 TEST(TraceLog, MessagesAreCutAtTheBuffer) {
     EXPECT_EQ(TraceLog(kSevere, "%s", std::string(5000, 'x').c_str()), 511);
     EXPECT_EQ(TraceLog(kTrace, "%-3d>> %s", 7, "Get.A"), 11);
-}
-
-TEST(TraceLog, PassesByLevel) {
-    OpenTraceLog();
-    EXPECT_FALSE(IsTraced(kSevere));  // the level is the silent one
-    SetDiagnosticLevel(kError);
-    EXPECT_TRUE(IsTraced(kError));
-    EXPECT_FALSE(IsTraced(kTrace));
-    SetDiagnosticLevel(kSilentLevel);
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ TEST_F(LinkTest, QueriesConvertAndReportErrorNumbers) {
     EXPECT_EQ(AskSwitch(0, "Get.Test.Error", text, kString).outcome, Outcome::kRefused);
     EXPECT_EQ(AskSwitch(0, "Get.Oper.Switch.Type", text, kInteger).outcome, Outcome::kRefused);
     EXPECT_EQ(AskSwitch(0, "Give.Test.Error", text, kString).outcome, Outcome::kRefused);
-    EXPECT_EQ(fabricUpdatePending, 0);
+    EXPECT_FALSE(IsFabricUpdatePending());
     RefuseReplies([](const sim::ReceivedCommand&) { return true; });
     const Answer answer = AskSwitch(0, "Get.Oper.Switch.Type", text, kString);
     EXPECT_EQ(answer.outcome, Outcome::kRefused);

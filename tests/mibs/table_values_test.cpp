@@ -2,7 +2,6 @@
 // switches.
 #include <sstream>
 
-#include "src/mibs/femgmt/femgmt.h"
 #include "tests/support/mib_test.h"
 
 namespace snmpmain {
@@ -165,22 +164,6 @@ TEST_F(TableValuesTest, ZonesAreTheLocalSwitchsToTell) {
           std::tuple("1.13.1.3", "ActiveZoneSet", longer.c_str(), longest.c_str())}) {
         server.SetValue(2, std::string("Oper.Zoning.") + path, reply);
         EXPECT_EQ(Get(column, {1, 1}), value);
-    }
-    TraceEverything();
-    EXPECT_EQ(Get("1.13.1.8", {1, 1}), "none");
-    EXPECT_TRUE(Logged("Unknown oid sent to fcmgmt"));
-    // So are objects that no table has, with the name that each module's source has in messages.
-    for (const auto& [handler, begin, end] :
-         {std::tuple(var_connUnitLinkTable, ":fcmgmt ", ":Unknown oid sent to fcmgmt"),
-          std::tuple(var_fcFxLoginTable, ":femgmt.c ", ":Unknown oid sent to femgmt")}) {
-        variable vp{};
-        std::size_t length = 0;
-        EXPECT_EQ(handler(&vp, nullptr, nullptr, 1, &length, nullptr), nullptr);
-        EXPECT_EQ(length, 4u);
-        const std::vector<std::string> logged = TakeLogged();
-        ASSERT_EQ(logged.size(), 1u);
-        EXPECT_NE(logged[0].find(begin), std::string::npos) << logged[0];
-        EXPECT_TRUE(logged[0].ends_with(end)) << logged[0];
     }
     for (const Oid& index : {Oid{1}, Oid{1, 2}, Oid{2, 1}, Oid{1, 1, 0}, Oid{0, 1}}) {
         EXPECT_EQ(Get("1.13.1.1", index), "none");

@@ -142,8 +142,6 @@ TEST_F(UnitTableTest, LookupsTakeZeroForTheLocalSwitchWhereTheySaySo) {
     EXPECT_TRUE(TakeTexts().empty());
 }
 
-}
-
 TEST_F(UnitTableTest, StatusesAreReadAfterAWalkACommandAtATime) {
     Discover();
     for (int step = 0; step < 4; ++step) {
