@@ -140,5 +140,24 @@ TEST_F(UnitIdTest, UnitsOfAnEarlierFabricAreStillFoundById) {
     EXPECT_EQ(MakeOIDfromIndex(names, 3), -1);
 }
 
+// Texts in mixed case are sorted as texts, not as ids: the search must not rely on order then.
+TEST_F(UnitIdTest, SearchMatchesARowByRowScanInAnyOrder) {
+    server.WithFabric([](sim::Fabric& fabric) {
+        const sim::Switch model = fabric.switches[0];
+        fabric.switches.clear();
+        for (const char* end : {"d0", "b0", "a0", "C0"}) {  // rows in the opposite order
+            sim::Switch& unit = fabric.switches.emplace_back(model);
+            unit.domain = static_cast<std::uint16_t>(fabric.switches.size());
+            unit.wwn = std::string("10000200000002") + end;
+        }
+    });
+    Discover();
+    for (const auto& [end, found] :
+         {std::pair("a0", "0 greater"), std::pair("b0", "0 greater"), std::pair("c0", "0 exact"),
+          std::pair("c1", "3 greater"), std::pair("d0", "3 exact"), std::pair("d1", "none")}) {
+        EXPECT_EQ(Find(UnitId(std::string("10000200000002") + end)), found) << end;
+    }
+}
+
 }  // namespace
 }  // namespace snmpmain
