@@ -22,6 +22,12 @@ TEST_F(RowNumbersTest, RevisionsOfTheFirstChassisAreThoseThatTheSwitchCounts) {
         EXPECT_EQ(std::tie(known.kind, known.blade), std::tie(asked.kind, asked.blade)) << row;
     }
     EXPECT_EQ(GetRevisionFromIndex(kRemote, 4, asked), -1);
+    // The count does not grow with the chassis, though further rows decode.
+    server.WithFabric([](sim::Fabric& fabric) { fabric.Find(kRemote)->chassis = 2; });
+    EXPECT_EQ(GetRevisionCount(kRemote), 4);
+    ASSERT_EQ(GetRevisionFromIndex(kRemote, 7, asked), 0);
+    EXPECT_EQ(std::tuple(asked.chassis, asked.kind, asked.blade), std::tuple(1, kBladeRevision, 1));
+    EXPECT_EQ(GetRevisionFromIndex(kRemote, 8, asked), -1);
 }
 
 TEST_F(RowNumbersTest, LogRangeEndsWithTheNewestEntries) {
