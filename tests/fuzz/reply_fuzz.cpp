@@ -128,7 +128,7 @@ class Requester {
         switch_.SetScene(fuzz::kNormal);
         switch_.CheckRequests();
 
-        // As if nothing but this reply had come: nothing of earlier ones stands behind it.
+        // As if nothing but this reply had come: nothing of earlier ones stands after it.
         Require(IsFabricUpdatePending() == (reply[2] != 0), "status");
         ReplyFrame frame{};
         std::copy_n(reply.begin(), std::min(reply.size(), frame.size()), frame.begin());
