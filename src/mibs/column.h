@@ -90,7 +90,7 @@ struct ValueSource {
 struct Column {
     std::uint8_t suffix;           // last sub-identifier of the object
     std::uint8_t type;             // ASN.1 type
-    const char* object = nullptr;  // name in the MIB; null where it has none
+    const char* object = nullptr;  // name in the MIB; null where only tools/ needs one
     ValueSource source = {};
     Setting set = {};
 };
