@@ -107,12 +107,18 @@ agent_answers() {
     [[ $(snmpget -v2c -c public -r 0 -Oqv "$STACK_MANAGER" .1.3.6.1.3.94.1.1.0) =~ ^[0-9]+$ ]]
 }
 
-# Starts a trap receiver with the vendor's MIB module loaded; traps go to snmptrapd.log, a line each.
+# From here on net-snmp's programs show names: they load the MIB modules, and show indexes in brackets.
+load_modules() {
+    export MIBS=ALL MIBDIRS=$PWD/mib:$PWD/mib/base
+    echo "extendedIndex yes" >>"$SNMPCONFPATH/snmp.conf"
+}
+
+# Starts a trap receiver with the MIB modules loaded; traps go to snmptrapd.log, a line each.
 TRAP_PORT=1162
 start_trap_receiver() {
     echo "authCommunity log public" >"$STACK_ROOT/snmptrapd.conf"
     stack_start snmptrapd snmptrapd -f -n -C -c "$STACK_ROOT/snmptrapd.conf" -M "$PWD/mib:$PWD/mib/base" \
-        -m NORBEX-MIB -Lo -F '%v\n' "udp:$STACK_ADDRESS:$TRAP_PORT"
+        -m ALL -OX -Lo -F '%v\n' "udp:$STACK_ADDRESS:$TRAP_PORT"
     wait_until 10 snmptrapd grep -q "NET-SNMP version" "$STACK_ROOT/snmptrapd.log"
 }
 
