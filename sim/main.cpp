@@ -161,6 +161,8 @@ int main(int argc, char** argv) {
         }
         CLI::App app("switchsim: simulates the switch management of a Fibre Channel fabric",
                      "switchsim");
+        app.set_version_flag("--version", "switchsim " SNMPMAIN_VERSION,
+                             "Print the version and end");
         app.footer("switchsim ctl --help: commands to a switchsim that runs");
         Options options;
         Declare(app, options);

@@ -62,3 +62,29 @@ prepare_target() {
     SNMPMAIN_TARGET_LIBRARIES=$(script/lib/target-libraries)
     export SNMPMAIN_TARGET_LIBRARIES
 }
+
+# For packages, which are made of the tracked files as they are here, with changes that are not committed.
+PACKAGES=$PWD/build/packages
+
+project_version() {
+    sed -n 's/^project(snmpmain VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt
+}
+
+# take_sources: leaves in SOURCES the commit that clean_tree copies. All that is built of it has the time of
+# the last commit.
+take_sources() {
+    SOURCES=$(git stash create)
+    SOURCES=${SOURCES:-HEAD}
+    SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
+    export SOURCE_DATE_EPOCH
+}
+
+# clean_tree FOLDER
+clean_tree() {
+    mkdir -p "$1"
+    git archive "$SOURCES" | tar -C "$1" -xf -
+}
+
+write_checksums() {
+    (cd "$PACKAGES" && find . -name '*.deb' -o -name '*.tar.gz' | sed 's|^./||' | sort | xargs sha256sum >SHA256SUMS)
+}

@@ -51,10 +51,10 @@ int ReloadSnmpd() {
     if (file == nullptr) {
         return 0;
     }
-    char line[kPidLineSize] = "";
-    std::fgets(line, sizeof(line), file.get());
+    char line[kPidLineSize];
+    const char* text = std::fgets(line, sizeof(line), file.get());
     // 0 and less would address whole groups of processes, this one among them.
-    const long pid = std::strtol(line, nullptr, 10);
+    const long pid = text == nullptr ? 0 : std::strtol(text, nullptr, 10);
     if (pid <= 0 || pid > INT_MAX || ::kill(static_cast<pid_t>(pid), SIGHUP) != 0) {
         return -1;
     }
