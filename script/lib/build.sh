@@ -73,6 +73,7 @@ project_version() {
 # take_sources: leaves in SOURCES the commit that clean_tree copies. All that is built of it has the time of
 # the last commit.
 take_sources() {
+    git update-index -q --refresh || true # in a copied clone git takes all files for changed
     SOURCES=$(git stash create)
     SOURCES=${SOURCES:-HEAD}
     SOURCE_DATE_EPOCH=$(git log -1 --format=%ct)
