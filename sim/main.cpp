@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -14,9 +15,12 @@
 #include <vector>
 
 #include "sim/control.h"
+#include "sim/load.h"
 #include "sim/server.h"
 
 namespace {
+
+constexpr int kLoadEveryMs = 500;
 
 struct Options {
     std::string listen = "127.0.0.1";
@@ -26,6 +30,7 @@ struct Options {
     std::optional<std::uint16_t> onlyDomain;
     bool printFabric = false;
     bool log = false;
+    bool load = false;
     std::vector<std::uint16_t> silentDomains;
     std::vector<std::string> agents;  // "DOMAIN=ADDR"
     sim::Faults faults;
@@ -50,6 +55,7 @@ void Declare(CLI::App& app, Options& options) {
     app.add_option("--only-domain", options.onlyDomain, "Keep one switch, as the local one");
     app.add_flag("--print-fabric", options.printFabric, "Print the fabric as a file and end");
     app.add_flag("--log", options.log, "Print one line per command");
+    app.add_flag("--load", options.load, "Let the counters of online ports go up");
     app.add_option("--agent", options.agents, "DOMAIN=ADDR: where this switch is the local one");
     app.add_option("--silent-domain", options.silentDomains, "A switch that never answers");
 
@@ -136,9 +142,19 @@ void Run(const Options& options) {
     }
     pollfd waited[] = {{signalfd(-1, &ends, SFD_CLOEXEC), POLLIN, 0},
                        {control.Descriptor(), POLLIN, 0}};
-    while (poll(waited, std::size(waited), -1) < 0 || waited[0].revents == 0) {
+    const auto seconds = [] {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+            .count();
+    };
+    double loaded = seconds();
+    while (poll(waited, std::size(waited), options.load ? kLoadEveryMs : -1) < 0 ||
+           waited[0].revents == 0) {
         if (waited[1].revents != 0) {
             control.ServeOne();
+        }
+        if (options.load) {
+            const double from = std::exchange(loaded, seconds());
+            server.WithFabric([&](sim::Fabric& all) { sim::AddLoad(all, from, loaded); });
         }
     }
     close(waited[0].fd);

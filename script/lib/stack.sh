@@ -107,6 +107,23 @@ agent_answers() {
     [[ $(snmpget -v2c -c public -r 0 -Oqv "$STACK_MANAGER" .1.3.6.1.3.94.1.1.0) =~ ^[0-9]+$ ]]
 }
 
+# Starts the exporter, whose address is left in STACK_EXPORTER.
+start_exporter() {
+    STACK_EXPORTER=$STACK_ADDRESS:9943
+    stack_start fcexporter "$BUILD/bin/fcexporter" --target "demo=$STACK_MANAGER" \
+        --listen "$STACK_EXPORTER" --interval 5
+    wait_until 20 fcexporter exporter_has_read
+}
+
+exporter_has_read() {
+    exec {http}<>"/dev/tcp/${STACK_EXPORTER/://}" || return
+    printf 'GET /metrics HTTP/1.0\r\n\r\n' >&$http
+    local metrics
+    metrics=$(cat <&$http)
+    exec {http}>&-
+    [[ $metrics == *'fcexporter_up{fabric="demo"} 1'* ]]
+}
+
 # From here on net-snmp's programs show names: they load the MIB modules, and show indexes in brackets.
 load_modules() {
     export MIBS=ALL MIBDIRS=$PWD/mib:$PWD/mib/base
