@@ -57,7 +57,7 @@ function describe(port) {
     return parts.join(', ');
 }
 
-// A graph of the last hour: times are seconds ago, each series a line; gaps where nothing is known.
+// A graph of the last hour: times are seconds ago, each series a line, which passes over what is not known.
 function graph(element, times, series, label) {
     const most = Math.max(1, ...series.flat().filter(value => value !== null));
     const space = 'http://www.w3.org/2000/svg';
@@ -146,14 +146,15 @@ function showSwitch(element, unit, fabric, news) {
     element.words = [unit.name, unit.wwn, ...unit.ports.flatMap(port => [port.name, port.attached])]
         .join('\n').toLowerCase();
     setText(element.querySelector('h3'), unit.name);
-    setText(element.querySelector('.facts'), (unit.answers ? '' : 'Last known: ') + 'domain ' + unit.domain + ' · ' + status + ' · ' + online + ' of ' +
+    setText(element.querySelector('h3 + .facts'), (unit.answers ? '' : 'Last known: ') + 'domain ' + unit.domain + ' · ' + status + ' · ' + online + ' of ' +
         plural(unit.ports.length, 'port') + ' online · ' + plural(unit.devices, 'device') + ' · ' + unit.wwn);
     setText(element.querySelector('.fault'), faults.join('; '));
     showPorts(element.querySelector('.ports'), unit, fabric, news);
     const known = unit.traffic.filter(value => value !== null);
     const total = unit.ports.reduce((sum, port) => port.send === null ? sum : (sum || 0) + port.send + port.receive, null);
-    graph(element.querySelector('.graph'), fabric.times, [unit.traffic], 'throughput of the last hour: now ' +
-        rate(total) + ', at most ' + rate(known.length ? Math.max(...known) : null));
+    const throughput = 'Throughput ' + rate(total) + ', at most ' + rate(known.length ? Math.max(...known) : null) + ' in the last hour';
+    graph(element.querySelector('.graph'), fabric.times, [unit.traffic], throughput);
+    setText(element.querySelector('.scale'), throughput);
     showSensors(element.querySelector('details'), unit);
 }
 

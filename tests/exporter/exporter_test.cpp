@@ -259,6 +259,35 @@ TEST(Exporter, ReadsALargeFabricAsFastAsABulkWalkAndDrawsItWithinASecond) {
     EXPECT_LT(std::atoi(drawn.c_str()), 1000);
 }
 
+TEST(TrapHandler, WritesEachTrapOfBothVersionsAsALineOfJson) {
+    e2e::Stack stack;
+    const std::string address = stack.Address() + ":1162", lines = stack.Path("traps.jsonl");
+    std::ofstream(stack.Path("snmptrapd.conf"))
+        << "authCommunity log,execute public\ntraphandle default " TRAP_HANDLER " " << lines
+        << "\n";
+    const Program receiver({"/usr/sbin/snmptrapd", "-f", "-n", "-Lf", stack.Path("snmptrapd.log"),
+                            "-On", "-C", "-c", stack.Path("snmptrapd.conf"), "udp:" + address});
+    const auto read = [&] {
+        std::ifstream file(lines);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    const std::string text = "a \"quoted\" back\\slash\nand a second line";
+    EXPECT_TRUE(Within(20, [&] {  // until it listens
+        e2e::RunProgram({"snmptrap", "-v2c", "-c", "public", address, "5", ".1.3.6.1.3.94.0.4",
+                         ".1.3.6.1.3.94.1.11.1.9.1", "s", text});
+        return Within(1, [&] { return read().ends_with("}\n"); });
+    }));
+    const json trap = json::parse(read().substr(0, read().find('\n')));
+    EXPECT_EQ(trap["trap"], ".1.3.6.1.3.94.0.4");
+    EXPECT_EQ(trap["values"][".1.3.6.1.3.94.1.11.1.9.1"],
+              "a \"quoted\" back\\slash and a second line");
+    e2e::RunProgram({"snmptrap", "-v1", "-c", "public", address, ".1.3.6.1.3.94", "10.1.2.3", "6",
+                     "6", "5", ".1.3.6.1.3.94.1.10.1.6.1", "i", "3"});
+    EXPECT_TRUE(Within(10, [&] { return read().find(".1.3.6.1.3.94.0.6\"") != std::string::npos; }))
+        << read();
+    EXPECT_NE(read().find("\".1.3.6.1.3.94.1.10.1.6.1\":\"3\""), std::string::npos) << read();
+}
+
 TEST(Exporter, NamesMistakesInItsFile) {
     e2e::Stack stack;
     const std::pair<const char*, const char*> mistakes[] = {
