@@ -34,8 +34,8 @@ struct Port {
 };
 
 struct Event {
-    std::string time;  // "2026-11-14 21:38:13"
-    std::string text;
+    std::string time;  // "14112026 213813": day, month and year
+    std::string text;  // "[number][time]..."
 };
 
 struct Switch {

@@ -39,29 +39,24 @@ void Run(const Config& config) {
 
 int ParseAndRun(int argc, char** argv) {
     CLI::App app("fcexporter: metrics and a page of Fibre Channel fabrics", "fcexporter");
-    std::string file;
+    Config config;
     std::vector<std::string> targets;
-    Config given;
     std::string community = "public";
-    app.add_option("--config", file, "File with targets (TOML)");
+    // In this order: what the command line says goes before the file.
+    app.add_option_function<std::string>(
+        "--config", [&](const std::string& path) { LoadConfig(path, config); },
+        "File with targets (TOML)");
     app.add_option("--target", targets, "[FABRIC=]ADDRESS of an agent; may be repeated");
     app.add_option("--community", community, "Of the agents named with --target")
         ->capture_default_str();
-    const auto* listen =
-        app.add_option("--listen", given.listen, "ADDRESS:PORT to serve at")->capture_default_str();
-    const auto* interval = app.add_option("--interval", given.interval, "Seconds between readings")
-                               ->capture_default_str();
+    app.add_option("--listen", config.listen, "ADDRESS:PORT to serve at")->capture_default_str();
+    app.add_option("--interval", config.interval, "Seconds between readings")
+        ->capture_default_str();
     CLI11_PARSE(app, argc, argv);
-    Config config;
-    if (!file.empty()) {
-        LoadConfig(file, config);
-    }
     for (const std::string& text : targets) {
         config.targets.push_back(ParseTarget(text));
         config.targets.back().options = {"-c", community};
     }
-    config.listen = listen->count() > 0 ? given.listen : config.listen;
-    config.interval = interval->count() > 0 ? given.interval : config.interval;
     CheckConfig(config);
     Run(config);
     return 0;

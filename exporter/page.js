@@ -158,13 +158,21 @@ function showSwitch(element, unit, fabric, news) {
     showSensors(element.querySelector('details'), unit);
 }
 
+// A log's time is "14112026 213813" or "7122026 114911", its text "[number][time]...".
+function eventOf(unit, [time, text]) {
+    const parts = time.match(/^(\d?\d)(\d\d)(\d{4}) (\d\d)(\d\d)(\d\d)/);
+    return [parts ? `${parts[3]}-${parts[2]}-${parts[1].padStart(2, '0')} ${parts[4]}:${parts[5]}:${parts[6]}` : time,
+        unit.name, text.replace(/^\[[^\]]*\]\[[^\]]*\]/, '')];
+}
+
 function showEvents(list, fabric) {
-    const lines = fabric.events.map(event => event.time + event.switch + event.text).join('\n');
-    if (list.lines === lines) return;
-    list.lines = lines;
-    list.replaceChildren(...fabric.events.map(event => {
+    const events = fabric.switches.flatMap(unit => unit.events.map(event => eventOf(unit, event)))
+        .sort((a, b) => a[0] < b[0] ? 1 : a[0] > b[0] ? -1 : 0).slice(0, 50);
+    if (list.lines === events.join('\n')) return;
+    list.lines = events.join('\n');
+    list.replaceChildren(...events.map(event => {
         const item = document.createElement('li');
-        for (const text of [event.time, event.switch, event.text]) {
+        for (const text of event) {
             const part = document.createElement('span');
             part.textContent = text;
             item.append(part);

@@ -8,7 +8,6 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t kNewestEvents = 50;
 constexpr std::uint64_t kGigabit = 106250;  // kilobytes per second that a link of 1 Gb/s carries
 
 // Negative: not known. A fraction would only make it longer.
@@ -50,7 +49,8 @@ double Throughput(const Sample& sample, std::uint64_t wwn) {
 
 json SwitchJson(std::uint64_t wwn, const Switch& unit, const Seen& seen) {
     const std::string domain = TextOf(unit.values, kSwitchDomain);
-    json sensors = json::array(), ports = json::array(), traffic = json::array();
+    json sensors = json::array(), ports = json::array();
+    json traffic = json::array(), events = json::array();
     for (const auto& [number, row] : unit.sensors) {
         sensors.push_back(SensorJson(row));
     }
@@ -59,6 +59,9 @@ json SwitchJson(std::uint64_t wwn, const Switch& unit, const Seen& seen) {
     }
     for (const auto& sample : seen.samples) {
         traffic.push_back(Measure(Throughput(*sample, wwn)));
+    }
+    for (const Event& event : unit.events) {
+        events.push_back({event.time, event.text});
     }
     return {{"wwn", WwnText(wwn)},
             {"name", NameOf(wwn, unit)},
@@ -70,23 +73,8 @@ json SwitchJson(std::uint64_t wwn, const Switch& unit, const Seen& seen) {
             {"devices", unit.devices},
             {"sensors", std::move(sensors)},
             {"ports", std::move(ports)},
-            {"traffic", std::move(traffic)}};
-}
-
-json EventsJson(const Reading& reading) {
-    json events = json::array();
-    for (const auto& [wwn, unit] : reading.switches) {
-        for (const Event& event : unit.events) {
-            events.push_back(
-                {{"time", event.time}, {"switch", NameOf(wwn, unit)}, {"text", event.text}});
-        }
-    }
-    std::stable_sort(events.begin(), events.end(),
-                     [](const json& a, const json& b) { return a["time"] > b["time"]; });
-    if (events.size() > kNewestEvents) {
-        events.erase(events.begin() + kNewestEvents, events.end());
-    }
-    return events;
+            {"traffic", std::move(traffic)},
+            {"events", std::move(events)}};
 }
 
 json TimesJson(const Seen& seen) {
@@ -113,8 +101,7 @@ json FabricJson(const Fabric& fabric) {
             {"age", Measure(seen.reading != nullptr ? Now() - reading.started : -1)},
             {"duration", reading.duration},
             {"times", TimesJson(seen)},
-            {"switches", std::move(switches)},
-            {"events", EventsJson(reading)}};
+            {"switches", std::move(switches)}};
 }
 
 // What comes from the command line may be any octets.

@@ -14,25 +14,19 @@ constexpr std::size_t kMaxAttached = 100;  // characters, after which no name is
 constexpr std::uint64_t kRemoteIsSwitch = 4;
 
 struct Tables {
-    Rows switches, sensors, ports, links, devices, modules, logins;
+    Rows switches, sensors, ports, links, devices;
+    Rows modules{false, {}}, logins{false, {}};
 };
 
 int ReadTables(Session& session, Tables& tables) {
-    const struct {
-        std::span<const Column> columns;
-        Index index;
-        Rows& rows;
-    } all[] = {
-        {kSwitchColumns, Index::kUnit, tables.switches},
-        {kSensorColumns, Index::kUnit, tables.sensors},
-        {kPortColumns, Index::kUnit, tables.ports},
-        {kLinkColumns, Index::kUnit, tables.links},
-        {kDeviceColumns, Index::kUnit, tables.devices},
-        {kModuleColumns, Index::kPlain, tables.modules},
-        {kLoginColumns, Index::kPlain, tables.logins},
+    const std::pair<std::span<const Column>, Rows&> all[] = {
+        {kSwitchColumns, tables.switches}, {kSensorColumns, tables.sensors},
+        {kPortColumns, tables.ports},      {kLinkColumns, tables.links},
+        {kDeviceColumns, tables.devices},  {kModuleColumns, tables.modules},
+        {kLoginColumns, tables.logins},
     };
-    for (const auto& each : all) {
-        if (ReadRows(session, each.columns, each.index, each.rows) != 0) {
+    for (const auto& [columns, rows] : all) {
+        if (ReadRows(session, columns, rows) != 0) {
             return -1;
         }
     }
@@ -64,17 +58,18 @@ void Attach(const std::string& name, Port& port) {
 // The name of a switch at the other end, which may be silent by now.
 std::string RemoteName(std::uint64_t wwn, const Reading* before, const Reading& reading) {
     for (const Reading* each : {&reading, before}) {
-        const auto found = each != nullptr ? each->switches.find(wwn) : reading.switches.end();
-        if (each != nullptr && found != each->switches.end() &&
-            !TextOf(found->second.values, kSwitchName).empty()) {
-            return NameOf(wwn, found->second);
+        if (each != nullptr && each->switches.contains(wwn)) {
+            const Switch& unit = each->switches.at(wwn);
+            if (unit.answers || each == before) {
+                return NameOf(wwn, unit);
+            }
         }
     }
     return WwnText(wwn);
 }
 
 void JoinLinks(const Rows& links, const Reading* before, Reading& reading) {
-    for (const auto& [key, row] : links) {
+    for (const auto& [key, row] : links.all) {
         const std::uint64_t* number = NumberOf(row, kLinkPort);
         Port* port = number != nullptr ? FindPort(reading, key.unit, *number) : nullptr;
         if (port == nullptr || key.rest.size() != 1) {
@@ -99,7 +94,7 @@ std::string DeviceName(const Key& key, const Row& row) {
 }
 
 void JoinDevices(const Rows& devices, Reading& reading) {
-    for (const auto& [key, row] : devices) {
+    for (const auto& [key, row] : devices.all) {
         if (Switch* unit = FindSwitch(reading, key.unit)) {
             unit->devices++;
         }
@@ -113,9 +108,10 @@ void JoinDevices(const Rows& devices, Reading& reading) {
 
 // A login's index is the module, the port and a number, all from 1.
 void JoinLogins(const Rows& modules, const Rows& logins, Reading& reading) {
-    for (const auto& [key, row] : logins) {
-        const auto module = key.rest.size() == 3 ? modules.find({0, {key.rest[0]}}) : modules.end();
-        if (module == modules.end()) {
+    for (const auto& [key, row] : logins.all) {
+        const auto module =
+            key.rest.size() == 3 ? modules.all.find({0, {key.rest[0]}}) : modules.all.end();
+        if (module == modules.all.end()) {
             continue;
         }
         if (Port* port = FindPort(reading, WwnOf(TextOf(module->second, 0)), key.rest[1] - 1)) {
@@ -125,19 +121,19 @@ void JoinLogins(const Rows& modules, const Rows& logins, Reading& reading) {
 }
 
 void Join(Tables& tables, const Reading* before, Reading& reading) {
-    for (auto& [key, row] : tables.switches) {
+    for (auto& [key, row] : tables.switches.all) {
         Switch& unit = reading.switches[key.unit];
         unit.answers = NumberOf(row, kSwitchState) != nullptr;
         unit.silentSince = reading.started;
         unit.values = std::move(row);
     }
-    for (auto& [key, row] : tables.sensors) {
+    for (auto& [key, row] : tables.sensors.all) {
         Switch* unit = FindSwitch(reading, key.unit);
         if (unit != nullptr && key.rest.size() == 1) {
             unit->sensors[key.rest[0]] = std::move(row);
         }
     }
-    for (auto& [key, row] : tables.ports) {
+    for (auto& [key, row] : tables.ports.all) {
         Switch* unit = FindSwitch(reading, key.unit);
         if (unit != nullptr && key.rest.size() == 1 && key.rest[0] - 1 < kMaxPorts) {
             unit->ports[key.rest[0] - 1].values = std::move(row);
@@ -191,25 +187,6 @@ void TakeOver(const Reading& before, Reading& reading) {
     }
 }
 
-// Of "14112026 213813" or "7122026 114911": day, month, year, and the time.
-std::string EventTime(const std::string& time) {
-    const std::size_t blank = time.find(' ');
-    if (blank == std::string::npos || blank < 7 || time.size() < blank + 7) {
-        return time;
-    }
-    const std::string day = "0" + time.substr(0, blank - 6);
-    return time.substr(blank - 4, 4) + "-" + time.substr(blank - 6, 2) + "-" +
-           day.substr(day.size() - 2) + " " + time.substr(blank + 1, 2) + ":" +
-           time.substr(blank + 3, 2) + ":" + time.substr(blank + 5, 2);
-}
-
-// The log's own "[number][time]" is told by other columns.
-std::string EventText(const std::string& text) {
-    const std::size_t second = text.find("][");
-    const std::size_t rest = second != std::string::npos ? text.find("][", second + 2) : second;
-    return rest != std::string::npos ? text.substr(rest + 1) : text;
-}
-
 // Asks only those switches for events that have a new one.
 int ReadEvents(Session& session, const Reading* before, Reading& reading) {
     for (auto& [wwn, unit] : reading.switches) {
@@ -228,9 +205,8 @@ int ReadEvents(Session& session, const Reading* before, Reading& reading) {
         if (ReadRowsAfter(session, kEventColumns, {wwn, {after}}, kEventsOfSwitch, rows) != 0) {
             return -1;
         }
-        for (const auto& [key, row] : rows) {
-            unit.events.push_back(
-                {EventTime(TextOf(row, kEventTime)), EventText(TextOf(row, kEventText))});
+        for (const auto& [key, row] : rows.all) {
+            unit.events.push_back({TextOf(row, kEventTime), TextOf(row, kEventText)});
         }
     }
     return 0;

@@ -127,13 +127,9 @@ int Session::Connect(netsnmp_session& session) {
 
 // An agent tells its engine, in a report, to whoever asks without naming one.
 int Session::FindEngine(std::string& engine) {
-    netsnmp_session session;
-    snmp_sess_init(&session);
-    session.version = SNMP_VERSION_3;
+    netsnmp_session session = *asked_;
     session.securityModel = SNMP_SEC_MODEL_USM;
     session.securityLevel = SNMP_SEC_LEVEL_NOAUTH;
-    session.timeout = asked_->timeout;
-    session.retries = asked_->retries;
     if (Connect(session) != 0) {
         return -1;
     }

@@ -1,7 +1,7 @@
 #include "exporter/walk.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <sstream>
 
 namespace fcexporter {
 namespace {
@@ -19,7 +19,7 @@ constexpr std::uint64_t kNotCounted = 0x8000'0000'0000'0000;
 
 // A column under way.
 struct Cursor {
-    const Column* column;
+    Kind kind;
     std::size_t place;  // in the row
     std::size_t base;   // length of the column's own name
     Oid within;         // what names of its rows begin with
@@ -27,46 +27,19 @@ struct Cursor {
     bool done = false;
 };
 
-Oid ParseOid(const char* text) {
-    Oid name = {1, 3, 6, 1, 3, 94, 1};
-    if (*text == '.') {
-        name.clear();
-        text++;
-    }
-    for (char* end = nullptr; *text != '\0'; text = *end == '.' ? end + 1 : end) {
-        name.push_back(static_cast<std::uint32_t>(std::strtoul(text, &end, 10)));
-    }
-    return name;
-}
-
 std::vector<Cursor> CursorsOf(std::span<const Column> columns) {
     std::vector<Cursor> cursors;
     for (std::size_t i = 0; i < columns.size(); i++) {
-        const Oid base = ParseOid(columns[i].oid);
-        cursors.push_back({&columns[i], i, base.size(), base, base});
+        const std::string below = *columns[i].oid == '.' ? "" : ".1.3.6.1.3.94.1.";
+        std::istringstream text(below + columns[i].oid);
+        Oid name;
+        std::uint32_t number = 0;
+        for (char dot = 0; text >> dot >> number;) {
+            name.push_back(number);
+        }
+        cursors.push_back({columns[i].kind, i, name.size(), name, name});
     }
     return cursors;
-}
-
-// The row that a name belongs to. 0, or -1 when the name is none of the cursor's rows.
-int KeyOf(const Oid& name, const Cursor& cursor, Index index, Key& key) {
-    std::size_t rest = cursor.base;
-    if (!std::equal(
-            cursor.within.begin(), cursor.within.end(), name.begin(),
-            name.begin() + static_cast<long>(std::min(cursor.within.size(), name.size())))) {
-        return -1;
-    }
-    if (index == Index::kUnit) {
-        rest += kUnitLength;
-        for (std::size_t i = cursor.base; i < cursor.base + 8 && i < name.size(); i++) {
-            key.unit = key.unit << 8 | (name[i] & 0xFF);
-        }
-    }
-    if (name.size() < rest) {
-        return -1;
-    }
-    key.rest.assign(name.begin() + static_cast<long>(rest), name.end());
-    return 0;
 }
 
 Value Converted(Kind kind, Value value) {
@@ -76,8 +49,8 @@ Value Converted(Kind kind, Value value) {
     }
     if (kind == Kind::kText) {
         // One octet that is no UTF-8 would cost Prometheus the whole reading.
-        std::replace_if(
-            octets->begin(), octets->end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+        const auto odd = [](char c) { return c < ' ' || c > '~'; };
+        std::replace_if(octets->begin(), octets->end(), odd, '?');
     }
     if (kind == Kind::kCounter64) {
         const std::uint64_t count = WwnOf(*octets);
@@ -87,28 +60,38 @@ Value Converted(Kind kind, Value value) {
 }
 
 // Takes one value: it moves its column on, or ends it. -1 when the names do not ascend.
-int Take(Cursor& cursor, Binding& binding, Index index, std::size_t width, Rows& rows) {
-    Key key;
-    cursor.done = cursor.done || KeyOf(binding.name, cursor, index, key) != 0;
+int Take(Cursor& cursor, Binding& binding, std::size_t width, Rows& rows) {
+    const Oid& name = binding.name;
+    const std::size_t rest = cursor.base + (rows.ofUnits ? kUnitLength : 0);
+    cursor.done = cursor.done || name.size() < rest ||
+                  !std::equal(cursor.within.begin(), cursor.within.end(), name.begin());
     if (cursor.done) {
         return 0;
     }
-    if (binding.name <= cursor.last || rows.size() > kMaxRows) {
+    if (name <= cursor.last || rows.all.size() > kMaxRows) {
         return -1;
     }
-    Row& row = rows[key];
+    Key key{0, Oid(name.begin() + static_cast<long>(rest), name.end())};
+    for (std::size_t i = cursor.base; i < std::min(cursor.base + 8, rest); i++) {
+        key.unit = key.unit << 8 | (name[i] & 0xFF);
+    }
+    Row& row = rows.all[key];
     row.resize(width);
-    row[cursor.place] = Converted(cursor.column->kind, std::move(binding.value));
+    row[cursor.place] = Converted(cursor.kind, std::move(binding.value));
     cursor.last = std::move(binding.name);
     return 0;
 }
 
 // One request for the columns that are not at their end, and what it brings.
-int Step(Session& session, std::vector<Cursor*>& open, std::size_t repetitions, Index index,
-         std::size_t width, Rows& rows) {
+int Step(Session& session, std::size_t repetitions, std::size_t width, std::span<Cursor> cursors,
+         Rows& rows) {
     std::vector<Oid> names;
-    for (const Cursor* cursor : open) {
-        names.push_back(cursor->last);
+    std::vector<Cursor*> open;
+    for (Cursor& cursor : cursors) {
+        if (!cursor.done) {
+            names.push_back(cursor.last);
+            open.push_back(&cursor);
+        }
     }
     std::vector<Binding> bindings;
     if (session.GetBulk(names, static_cast<int>(repetitions), bindings) != 0) {
@@ -118,29 +101,29 @@ int Step(Session& session, std::vector<Cursor*>& open, std::size_t repetitions, 
         return session.Fail("an answer is too short");
     }
     for (std::size_t i = 0; i < bindings.size(); i++) {
-        if (Take(*open[i % open.size()], bindings[i], index, width, rows) != 0) {
+        if (Take(*open[i % open.size()], bindings[i], width, rows) != 0) {
             return session.Fail("a table does not end");
         }
     }
-    std::erase_if(open, [](const Cursor* cursor) { return cursor->done; });
     return 0;
 }
 
 }  // namespace
 
-int ReadRows(Session& session, std::span<const Column> columns, Index index, Rows& rows) {
+int ReadRows(Session& session, std::span<const Column> columns, Rows& rows) {
     std::vector<Cursor> cursors = CursorsOf(columns);
+    const auto isOpen = [](const Cursor& cursor) { return !cursor.done; };
     for (std::size_t first = 0; first < cursors.size(); first += kSideBySide) {
-        std::vector<Cursor*> open;
-        for (std::size_t i = first; i < std::min(first + kSideBySide, cursors.size()); i++) {
-            open.push_back(&cursors[i]);
-        }
-        const std::size_t expected = rows.size();  // known after the first columns
-        for (std::size_t read = 0; !open.empty();) {
-            const std::size_t most = kValuesOfRequest / open.size();
-            // One row more than there are shows the end.
-            const std::size_t count = expected > read ? std::min(expected - read + 1, most) : most;
-            if (Step(session, open, count, index, columns.size(), rows) != 0) {
+        const std::span<Cursor> some =
+            std::span(cursors).subspan(first, std::min(kSideBySide, cursors.size() - first));
+        const std::size_t expected = rows.all.size();  // known after the first columns
+        std::size_t read = 0;
+        while (const auto open = std::count_if(some.begin(), some.end(), isOpen)) {
+            std::size_t count = kValuesOfRequest / static_cast<std::size_t>(open);
+            if (expected > read) {
+                count = std::min(count, expected - read + 1);  // one more shows the end
+            }
+            if (Step(session, count, columns.size(), some, rows) != 0) {
                 return -1;
             }
             read += count;
@@ -152,16 +135,14 @@ int ReadRows(Session& session, std::span<const Column> columns, Index index, Row
 int ReadRowsAfter(Session& session, std::span<const Column> columns, const Key& after,
                   std::size_t count, Rows& rows) {
     std::vector<Cursor> cursors = CursorsOf(columns);
-    std::vector<Cursor*> open;
     for (Cursor& cursor : cursors) {
         for (std::size_t i = 0; i < kUnitLength; i++) {
             cursor.within.push_back(i < 8 ? after.unit >> (56 - 8 * i) & 0xFF : 0);
         }
         cursor.last = cursor.within;
         cursor.last.insert(cursor.last.end(), after.rest.begin(), after.rest.end());
-        open.push_back(&cursor);
     }
-    return Step(session, open, count, Index::kUnit, columns.size(), rows);
+    return Step(session, count, columns.size(), cursors, rows);
 }
 
 std::uint64_t WwnOf(const std::string& octets) {

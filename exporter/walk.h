@@ -16,14 +16,14 @@ struct Key {
     auto operator<=>(const Key&) const = default;
 };
 
-using Rows = std::map<Key, Row>;
+struct Rows {
+    bool ofUnits = true;  // the index begins with a unit
+    std::map<Key, Row> all;
+};
 
-enum class Index : std::uint8_t { kUnit, kPlain };
-
-// Adds all rows of these columns. 0, or -1: see the session's error.
-int ReadRows(Session& session, std::span<const Column> columns, Index index, Rows& rows);
-
-// Adds up to `count` rows of one unit that follow the row `after`.
+// Adds all rows of these columns; or those of one unit that follow the row `after`, up to `count`,
+// which one request brings. 0, or -1: see the session's error.
+int ReadRows(Session& session, std::span<const Column> columns, Rows& rows);
 int ReadRowsAfter(Session& session, std::span<const Column> columns, const Key& after,
                   std::size_t count, Rows& rows);
 
