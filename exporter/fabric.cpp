@@ -74,7 +74,7 @@ void ReadOn(Fabric& fabric, const std::stop_token& stop) {
         const auto begun = std::chrono::steady_clock::now();
         auto reading = std::make_shared<Reading>();
         std::string error;
-        if (ReadFabric(session, Look(fabric).reading.get(), *reading) != 0) {
+        if (ReadFabric(session, *Look(fabric).reading, *reading) != 0) {
             error = session.Error();
             session.Close();  // an agent that was started anew may have another engine
         }

@@ -62,7 +62,7 @@ struct Sample {
 
 // What others see of a fabric.
 struct Seen {
-    std::shared_ptr<const Reading> reading;              // null before the first
+    std::shared_ptr<const Reading> reading;  // the last whole one; at first an empty one
     std::vector<std::shared_ptr<const Sample>> samples;  // of the last hour, oldest first
     bool up = false;                                     // the last reading succeeded
     std::string error;                                   // why not
@@ -85,9 +85,9 @@ Seen Look(const Fabric& fabric);
 // Reads until told to stop.
 void ReadOn(Fabric& fabric, const std::stop_token& stop);
 
-// Reads everything once (reading.cpp). What the reading before (or null) knows of silent switches,
+// Reads everything once (reading.cpp). What the reading before knows of silent switches,
 // of events and of what is attached is taken over. 0, or -1: see the session's error.
-int ReadFabric(Session& session, const Reading* before, Reading& reading);
+int ReadFabric(Session& session, const Reading& before, Reading& reading);
 
 double Now();
 

@@ -20,8 +20,15 @@ void Run(const Config& config) {
 
     StartLibrary();
     Fabrics fabrics;
+    Reading none;
+    none.started = Now();
     for (const Target& target : config.targets) {
-        fabrics.emplace_back(new Fabric{target, config.interval, Session(target), {}, {}});
+        fabrics.emplace_back(
+            new Fabric{target,
+                       config.interval,
+                       Session(target),
+                       {},
+                       {.reading = std::make_shared<Reading>(none), .samples = {}, .error = {}}});
     }
     httplib::Server server;
     std::vector<std::jthread> readers;  // stop and join when this returns, whatever the reason

@@ -114,13 +114,9 @@ constexpr Made kMade[] = {
     {&Series::fabrics, "fcexporter_up", "Whether the last reading of the fabric succeeded.",
      [](const Owner& fabric) { return fabric.seen->up ? 1.0 : 0.0; }},
     {&Series::fabrics, "fcexporter_reading_age_seconds", "Since the last whole reading began.",
-     [](const Owner& fabric) {
-         return fabric.seen->reading != nullptr ? Now() - fabric.seen->reading->started : kNone;
-     }},
+     [](const Owner& fabric) { return Now() - fabric.seen->reading->started; }},
     {&Series::fabrics, "fcexporter_reading_duration_seconds", "What the last whole reading took.",
-     [](const Owner& fabric) {
-         return fabric.seen->reading != nullptr ? fabric.seen->reading->duration : kNone;
-     }},
+     [](const Owner& fabric) { return fabric.seen->reading->duration; }},
     {&Series::fabrics, "fcexporter_readings_total", "Readings, failed ones included.",
      [](const Owner& fabric) { return static_cast<double>(fabric.seen->readings); },
      MetricType::Counter},

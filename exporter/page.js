@@ -199,10 +199,10 @@ function showFabric(fabric, news) {
 function showAges() {
     for (const fabric of fabrics) {
         const section = cards.get(fabric.name);
-        const age = fabric.age === null ? null : fabric.age + (Date.now() - received) / 1000;
-        const late = age !== null && age > 2 * (fabric.interval + fabric.duration) + 5;
+        const age = fabric.age + (Date.now() - received) / 1000;
+        const late = age > 2 * (fabric.interval + fabric.duration) + 5;
         setText(section.querySelector('.facts'),
-            section.counts + ' · ' + (age === null ? 'not read yet' : 'read ' + ago(age) + ' ago') + ' from ' + fabric.address);
+            section.counts + ' · ' + (fabric.switches.length === 0 ? 'not read for ' + ago(age) : 'read ' + ago(age) + ' ago') + ' from ' + fabric.address);
         setText(section.querySelector('.fault'), fabric.error ? 'The agent cannot be read: ' + fabric.error :
             late ? 'The last reading is old' : '');
     }

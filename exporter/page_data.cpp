@@ -87,8 +87,7 @@ json TimesJson(const Seen& seen) {
 
 json FabricJson(const Fabric& fabric) {
     const Seen seen = Look(fabric);
-    const Reading none;
-    const Reading& reading = seen.reading != nullptr ? *seen.reading : none;
+    const Reading& reading = *seen.reading;
     json switches = json::array();
     for (const auto& [wwn, unit] : reading.switches) {
         switches.push_back(SwitchJson(wwn, unit, seen));
@@ -98,7 +97,7 @@ json FabricJson(const Fabric& fabric) {
             {"up", seen.up},
             {"error", seen.error},
             {"interval", fabric.interval},
-            {"age", Measure(seen.reading != nullptr ? Now() - reading.started : -1)},
+            {"age", Measure(Now() - reading.started)},
             {"duration", reading.duration},
             {"times", TimesJson(seen)},
             {"switches", std::move(switches)}};

@@ -56,19 +56,16 @@ void Attach(const std::string& name, Port& port) {
 }
 
 // The name of a switch at the other end, which may be silent by now.
-std::string RemoteName(std::uint64_t wwn, const Reading* before, const Reading& reading) {
-    for (const Reading* each : {&reading, before}) {
-        if (each != nullptr && each->switches.contains(wwn)) {
-            const Switch& unit = each->switches.at(wwn);
-            if (unit.answers || each == before) {
-                return NameOf(wwn, unit);
-            }
-        }
+std::string RemoteName(std::uint64_t wwn, const Reading& before, const Reading& reading) {
+    const auto known = before.switches.find(wwn);
+    const auto unit = reading.switches.find(wwn);
+    if (unit != reading.switches.end() && unit->second.answers) {
+        return NameOf(wwn, unit->second);
     }
-    return WwnText(wwn);
+    return known != before.switches.end() ? NameOf(wwn, known->second) : WwnText(wwn);
 }
 
-void JoinLinks(const Rows& links, const Reading* before, Reading& reading) {
+void JoinLinks(const Rows& links, const Reading& before, Reading& reading) {
     for (const auto& [key, row] : links.all) {
         const std::uint64_t* number = NumberOf(row, kLinkPort);
         Port* port = number != nullptr ? FindPort(reading, key.unit, *number) : nullptr;
@@ -120,7 +117,7 @@ void JoinLogins(const Rows& modules, const Rows& logins, Reading& reading) {
     }
 }
 
-void Join(Tables& tables, const Reading* before, Reading& reading) {
+void Join(Tables& tables, const Reading& before, Reading& reading) {
     for (auto& [key, row] : tables.switches.all) {
         Switch& unit = reading.switches[key.unit];
         unit.answers = NumberOf(row, kSwitchState) != nullptr;
@@ -188,14 +185,14 @@ void TakeOver(const Reading& before, Reading& reading) {
 }
 
 // Asks only those switches for events that have a new one.
-int ReadEvents(Session& session, const Reading* before, Reading& reading) {
+int ReadEvents(Session& session, const Reading& before, Reading& reading) {
     for (auto& [wwn, unit] : reading.switches) {
         const std::uint64_t newest = NumberOr0(unit.values, kSwitchNewestEvent);
         if (!unit.answers || newest == 0) {
             continue;
         }
-        const auto known = before != nullptr ? before->switches.find(wwn) : reading.switches.end();
-        if (before != nullptr && known != before->switches.end() &&
+        const auto known = before.switches.find(wwn);
+        if (known != before.switches.end() &&
             NumberOr0(known->second.values, kSwitchNewestEvent) == newest) {
             unit.events = known->second.events;
             continue;
@@ -214,7 +211,7 @@ int ReadEvents(Session& session, const Reading* before, Reading& reading) {
 
 }  // namespace
 
-int ReadFabric(Session& session, const Reading* before, Reading& reading) {
+int ReadFabric(Session& session, const Reading& before, Reading& reading) {
     reading.started = Now();
     Tables tables;
     if (session.Open() != 0 || ReadTables(session, tables) != 0) {
@@ -224,9 +221,7 @@ int ReadFabric(Session& session, const Reading* before, Reading& reading) {
     if (ReadEvents(session, before, reading) != 0) {
         return -1;
     }
-    if (before != nullptr) {
-        TakeOver(*before, reading);
-    }
+    TakeOver(before, reading);
     reading.duration = Now() - reading.started;
     return 0;
 }
