@@ -2,12 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <thread>
 
 #include "tests/e2e/stack.h"
-#include "tests/support/trap_sink.h"
 
 namespace e2e {
 namespace {
@@ -537,67 +533,6 @@ TEST_F(Traps, ComeFromEachAgentOfTheFabric) {
         EXPECT_FALSE(command.local == 7 && command.text.find("Event.[") != std::string::npos)
             << Readable(command.text);
     }
-}
-
-using Clock = std::chrono::steady_clock;
-double MillisecondsSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-// A switch whose only destination is a socket of the test's own.
-class TrapsAtOnePort : public testing::Test {
-  protected:
-    void SetUp() override {
-        sim::Fabric fabric = sim::DefaultFabric();
-        fabric.Find(0)->traps = {};
-        fabric.Find(0)->traps[0] = {stack_.Address(), sink_.Port(), "info", true, "2"};
-        stack_.StartSwitch(fabric);
-        stack_.StartAll();
-    }
-
-    void ChangePort() {
-        stack_.Switch().WithFabric([](sim::Fabric& fabric) {
-            std::string& word = fabric.Find(0)->ports[3].operState;
-            word = word == "Online" ? "Offline" : "Online";
-        });
-        stack_.Switch().SendNotification(0, "28;0;0;0;3");
-    }
-
-    // Whether so many traps come within a second; returns at once when they are there.
-    bool AwaitTraps(std::size_t count) {
-        const Clock::time_point start = Clock::now();
-        std::size_t taken = 0;
-        while (taken < count && MillisecondsSince(start) < 1000) {
-            taken += sink_.Take(1).size();
-        }
-        return taken >= count;
-    }
-
-    Stack stack_;
-    snmpmain::TrapSink sink_{stack_.Address()};
-};
-
-TEST_F(TrapsAtOnePort, ArriveSoon) {
-    std::vector<double> times;
-    for (int round = 0; round < 20; ++round) {
-        const Clock::time_point start = Clock::now();
-        ChangePort();
-        ASSERT_TRUE(AwaitTraps(1));
-        times.push_back(MillisecondsSince(start));
-        sink_.Take(50);  // that of the link's state
-    }
-    std::ranges::sort(times);
-    std::printf("a trap took %.2f ms (median), %.2f ms (longest)\n", times[10], times.back());
-    EXPECT_LT(times[10], kIsSlow ? 500 : 50);
-    EXPECT_LT(times.back(), kIsSlow ? 2000 : 500);
-}
-
-// Nothing is said to the one that has left: nobody would answer for it for seconds.
-TEST_F(TrapsAtOnePort, ArriveSoonWhenASwitchLeavesThatTookEvents) {
-    stack_.Switch().ChangeAndNotify([](sim::Fabric& fabric) {
-        std::erase_if(fabric.switches, [](const sim::Switch& unit) { return unit.domain == 7; });
-    });
-    EXPECT_TRUE(AwaitTraps(2));  // the event and connUnitDeletedTrap
 }
 
 }  // namespace

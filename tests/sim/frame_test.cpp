@@ -57,15 +57,4 @@ TEST(RequestCheck, NamesWhatIsWrongWithActualAndExpectedValue) {
     }
 }
 
-TEST(RequestCheck, InteropModeAddressesDomainsWithAnOffset) {
-    sim::Request request;
-    EXPECT_EQ(sim::CheckRequest(Changed(4, 0x650000, 4), true, request), "");
-    EXPECT_EQ(request.domain, 5u);
-    EXPECT_EQ(Check(Changed(4, 0, 4), true), "");
-    EXPECT_NE(Check(Changed(4, 0x050000, 4), true), "");
-    EXPECT_NE(Check(Changed(4, 0x600000, 4), true), "");
-    EXPECT_EQ(sim::DomainWord(5, true), 0x650000u);
-    EXPECT_EQ(sim::DomainWord(0, true), 0u);
-}
-
 }  // namespace

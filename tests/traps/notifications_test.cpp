@@ -109,16 +109,5 @@ TEST_F(NotificationsTest, DispatchRefreshesWhatTheKindConcerns) {
     EXPECT_EQ(ReadLogin(7, login), -1);
 }
 
-TEST(EventKinds, NamesGoWithTheNoticesAndNumbersBeyondAreClosed) {
-    for (std::uint16_t kind = 0; kind <= kLastEventKind; ++kind) {
-        const EventKind& known = GetEventKind(kind);
-        EXPECT_EQ(known.name[0] != '\0', known.severity > kNotifySeverity) << kind;
-    }
-    EXPECT_STREQ(GetEventKind(9).name, "NameServer oper change");
-    EXPECT_EQ(GetEventKind(29).severity, 6);
-    EXPECT_EQ(GetEventKind(38).severity, 65535);
-    EXPECT_EQ(GetEventKind(70000).severity, 65535);
-}
-
 }  // namespace
 }  // namespace snmpmain
