@@ -4,6 +4,7 @@
 
 #include <chrono>
 
+#include "src/base/main_thread.h"
 #include "src/base/trace_log.h"
 #include "src/link/reachability.h"
 #include "src/snmpoid/index_codec.h"
@@ -105,6 +106,7 @@ std::size_t ColumnLength(const ServedTable& table) {
 }
 
 u_char* Serve(std::span<const ServedColumns> tables, const HandlerCall& call) {
+    AssertMainThread();
     *call.valueLength = sizeof(MibValue::number);
     for (const ServedColumns& served : tables) {
         const auto [module, entry, firstMagic, columns, shape] = served.table;

@@ -5,6 +5,7 @@
 #include <limits>
 #include <string_view>
 
+#include "src/base/main_thread.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
 
@@ -176,6 +177,7 @@ const void* CurrentValue(const ServedTable& table, const WriteRequest& request,
 }
 
 int WriteColumn(const ServedTable& table, const WriteRequest& request) {
+    AssertMainThread();
     if (!IsWritingPhase(request.action)) {
         return SNMP_ERR_NOERROR;
     }

@@ -11,6 +11,7 @@
 #include <span>
 
 #include "src/base/byte_order.h"
+#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
@@ -213,6 +214,7 @@ void BeginDiscovery() {
 }
 
 Progress StepDiscovery() {
+    AssertMainThread();
     switch (state.walk.phase) {
         case Phase::kPing:
             return AskForLife();

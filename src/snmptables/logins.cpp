@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/switch_info.h"
@@ -142,6 +143,7 @@ std::uint32_t PortsAsked(std::uint32_t domain) {
 }  // namespace
 
 int ReadLogin(std::uint32_t domain, Login& login) {
+    AssertMainThread();
     if (login.port >= PortsAsked(domain)) {
         return -1;
     }
@@ -155,6 +157,7 @@ int ReadLogin(std::uint32_t domain, Login& login) {
 }
 
 int ReadNextLogin(std::uint32_t domain, Login& login) {
+    AssertMainThread();
     const std::uint32_t ports = PortsAsked(domain);
     SwitchLogins* ofSwitch = login.port < ports ? LoginsOf(domain) : nullptr;
     if (ofSwitch == nullptr) {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/worked_with.h"
@@ -252,6 +253,7 @@ int BuildNameServerTable() {
 }
 
 void ReadNameServerIfStale() {
+    AssertMainThread();
     schedule.Refresh(nameServerStale, FetchTable);
 }
 

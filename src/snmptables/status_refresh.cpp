@@ -3,6 +3,7 @@
 #include <bitset>
 #include <optional>
 
+#include "src/base/main_thread.h"
 #include "src/link/link.h"
 #include "src/snmptables/unit_status.h"
 #include "src/snmptables/unit_table.h"
@@ -55,6 +56,7 @@ bool IsUnitStatusWanted() {
 }
 
 int RefreshNextUnitStatus() {
+    AssertMainThread();
     if (state.unitStatusRefreshPending != 1) {
         return 0;
     }

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "src/base/main_thread.h"
 #include "src/link/link.h"
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
@@ -68,6 +69,7 @@ int ReadUnitStatus(std::uint32_t domain, std::uint16_t& status) {
 }
 
 Progress UnitStatusReading::Step() {
+    AssertMainThread();
     if (part_ == Part::kBegin) {
         return Begin();
     }

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/snmptables/fabric_lists.h"
@@ -188,10 +189,12 @@ int BuildAliasTable() {
 }
 
 void ReadZonesIfStale() {
+    AssertMainThread();
     zones.schedule.Refresh(zoningStale, [] { return Fetch(zones); });
 }
 
 void ReadAliasesIfStale() {
+    AssertMainThread();
     aliases.schedule.Refresh(aliasStale, [] { return Fetch(aliases); });
 }
 

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "src/base/clock.h"
+#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/link/link.h"
 #include "src/link/switch_info.h"
@@ -83,6 +84,7 @@ void SendFabricUpdateEvent() {
 }
 
 void SendPrivateEventToFabric(const char* command) {
+    AssertMainThread();
     std::array<std::uint16_t, MAX_CONN_UNITS> domains{};
     std::size_t count = 0;
     for (std::uint16_t unit = 0; unit < GetUnitCount(); ++unit) {

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <span>
 
+#include "src/base/main_thread.h"
 #include "src/base/system_log.h"
 #include "src/link/link.h"
 #include "src/link/notify_queue.h"
@@ -35,6 +36,7 @@ void ReportFailure(int result, const char* message) {
 }  // namespace
 
 void RegisterNotifications(bool on) {
+    AssertMainThread();
     std::array<std::uint16_t, 1 + MAX_CONN_UNITS> domains{};
     std::size_t count = on ? 1 : 0;  // the local switch
     for (std::uint16_t unit = 0; unit < GetUnitCount(); ++unit) {

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <utility>
 
+#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
@@ -165,6 +166,7 @@ int ReadTrapDestinations() {
 }
 
 Progress TrapReading::Step() {
+    AssertMainThread();
     if (destination_ == kTrapDestinations) {
         return Replace();
     }

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <mutex>
 
+#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/base/thread_stack.h"
 #include "src/base/trace_log.h"
@@ -148,6 +149,7 @@ bool IsTrapTableUpdateDue() {
 }
 
 int StartTrapTableUpdate() {
+    AssertMainThread();
     changesStartedFor = CountTrapTableChanges();
     if (updateWaits.exchange(true)) {
         return 0;

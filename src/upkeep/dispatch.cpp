@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "src/base/main_thread.h"
 #include "src/base/system_log.h"
 #include "src/link/reachability.h"
 #include "src/link/switch_info.h"
@@ -95,6 +96,7 @@ void DispatchNotification() {
 }
 
 void ActOnNotification(NotificationRecord& record) {
+    AssertMainThread();
     // Before a text that the event carries takes its place.
     const bool fabricUpdated = std::strstr(record.text, kFabricUpdateEvent) != nullptr;
     ProcessNotificationForTraps(record.domainId, record.kind, record.text);

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
@@ -328,6 +329,7 @@ void HurrySweep() {
 }
 
 Progress StepSweep() {
+    AssertMainThread();
     const Clock::time_point now = Clock::now();
     if (!state.isStarted || now < state.nextLook) {
         return Progress::kDone;

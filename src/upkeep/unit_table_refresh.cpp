@@ -3,6 +3,7 @@
 #include <chrono>
 #include <span>
 
+#include "src/base/main_thread.h"
 #include "src/base/system_log.h"
 #include "src/base/text.h"
 #include "src/link/link.h"
@@ -156,6 +157,7 @@ void BeginConnUnitTableRefresh() {
 }
 
 Progress RefreshConnUnitTable() {
+    AssertMainThread();
     // A status byte that the refresh itself has met is no reason for another one.
     const bool pendingBefore = IsFabricUpdatePending();
     const Progress progress = Step();
@@ -164,6 +166,7 @@ Progress RefreshConnUnitTable() {
 }
 
 void WelcomeBack(std::uint16_t domain) {
+    AssertMainThread();
     if (domain == 0) {
         HurrySweep();  // it may have been started anew, without our registration
     }

@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "src/base/main_thread.h"
 #include "src/base/system_log.h"
 #include "src/base/trace_log.h"
 #include "src/conf/snmpd_conf.h"
@@ -156,6 +157,7 @@ void BeginNext() {
 }  // namespace
 
 void MarkUpkeep(Upkeep what) {
+    AssertMainThread();
     if (state.marked.none()) {
         state.firstMark = Clock::now();
     }
@@ -200,6 +202,7 @@ bool IsUpkeepDue() {
 }
 
 Progress StepUpkeep() {
+    AssertMainThread();
     if (!state.current) {
         BeginNext();
     }

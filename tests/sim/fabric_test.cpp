@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-
 #include "sim/commands.h"
 
 namespace {
