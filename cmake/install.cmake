@@ -1,5 +1,5 @@
 # What `cmake --install` puts where. Component "agent" is the host's that runs the agent, "simulator" the
-# simulator alone.
+# simulator alone, "exporter" the management station's.
 include(GNUInstallDirs)
 set(SYSTEMD_DIR lib/systemd CACHE STRING "Folder of systemd's units, below the prefix or absolute")
 
@@ -27,7 +27,7 @@ install(DIRECTORY mib/base/ DESTINATION ${CMAKE_INSTALL_DATADIR}/snmpmain/mibs C
 
 # Manual pages. scdoc dates a page by SOURCE_DATE_EPOCH where that is set.
 find_program(SCDOC scdoc REQUIRED)
-foreach(page snmpmain.8 switchsim.1)
+foreach(page snmpmain.8 switchsim.1 fcexporter.8)
     configure_file(docs/man/${page}.scd ${made}/${page}.scd @ONLY)
     add_custom_command(OUTPUT ${made}/${page} DEPENDS ${made}/${page}.scd
         COMMAND ${SCDOC} <${made}/${page}.scd >${made}/${page})
@@ -42,3 +42,17 @@ list(TRANSFORM documents PREPEND docs/)
 list(TRANSFORM documents APPEND .md)
 install(FILES CHANGELOG.md ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT agent)
 install(FILES docs/switchsim.md DESTINATION ${CMAKE_INSTALL_DOCDIR}-simulator COMPONENT simulator)
+
+if(TARGET fcexporter)
+    install(TARGETS fcexporter RUNTIME COMPONENT exporter)
+    install(CODE "
+        set(PROGRAM \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/fcexporter\")
+        configure_file(\"${PROJECT_SOURCE_DIR}/dist/fcexporter.service.in\" \"${made}/fcexporter.service\" @ONLY)"
+        COMPONENT exporter)
+    install(FILES ${made}/fcexporter.service DESTINATION ${SYSTEMD_DIR}/system COMPONENT exporter)
+    install(FILES ${made}/fcexporter.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8 COMPONENT exporter)
+    install(PROGRAMS dist/fc-trap-json DESTINATION lib/fcexporter COMPONENT exporter)
+    install(FILES dist/fcexporter.toml dist/prometheus/fcexporter.rules.yml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/fcexporter COMPONENT exporter)
+    install(FILES docs/exporter.md DESTINATION ${CMAKE_INSTALL_DOCDIR}-exporter COMPONENT exporter)
+endif()

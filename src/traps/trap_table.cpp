@@ -8,7 +8,6 @@
 #include <mutex>
 #include <utility>
 
-#include "src/base/main_thread.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
 #include "src/link/link.h"
@@ -166,7 +165,6 @@ int ReadTrapDestinations() {
 }
 
 Progress TrapReading::Step() {
-    AssertMainThread();
     if (destination_ == kTrapDestinations) {
         return Replace();
     }
