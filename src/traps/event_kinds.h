@@ -41,11 +41,11 @@ enum Kind : std::uint16_t {
     kVoltageLast = 35,
     kSwitchInfo = 36,
     kTimeZone = 37,
-    kUnitDeletedKind = 38,  // the agent's own: a unit has left the fabric
-};
 
-constexpr std::uint16_t kFirstEventKind = 1;
-constexpr std::uint16_t kLastEventKind = 37;  // switch management sends none beyond
+    kFirstEventKind = kSnmpConfig,
+    kLastEventKind = kTimeZone,             // switch management sends none beyond
+    kUnitDeletedKind = kLastEventKind + 1,  // the agent's own: a unit has left the fabric
+};
 
 // Kinds 0 to 37; any other gives the closing entry, severity 65535 without a name.
 const EventKind& GetEventKind(std::uint32_t kind);

@@ -3,6 +3,7 @@
 #include "src/traps/trap_decision.h"
 
 #include "src/base/text.h"
+#include "src/traps/event_kinds.h"
 #include "src/traps/trap_sender.h"
 #include "tests/support/switch_test.h"
 #include "tests/support/trap_sink.h"
@@ -56,7 +57,7 @@ TEST_F(TrapDecisionTest, SeveritiesAreThoseOfTheEventsTold) {
     EXPECT_EQ(Process(2, 32, "32;0;0;0;0[Unit status change][13][7]").size(), 1u);
     EXPECT_EQ(Process(2, 32, "32;0;0;0;0[Unit status change][99][7]").size(), 0u);
     SetFilter("notify");  // kinds 10 and 13 are less severe
-    EXPECT_EQ(Process(2, 38, "1000020000000900").size(), 0u);
+    EXPECT_EQ(Process(2, kUnitDeletedKind, "1000020000000900").size(), 0u);
     EXPECT_EQ(Process(2, 32, "32;0;0;0;0[Unit status change][13][7]").size(), 0u);
     EXPECT_EQ(Process(2, 32, "32;0;0;0;0[Unit status change][17][7]").size(), 1u);
 }
