@@ -8,9 +8,9 @@
 #include "src/base/clock.h"
 #include "src/base/text.h"
 #include "src/base/trace_log.h"
+#include "src/link/addressing.h"
 #include "src/link/frame.h"
 #include "src/link/notify_queue.h"
-#include "src/link/switch_info.h"
 #include "src/traps/event_kinds.h"
 #include "src/traps/trap_decision.h"
 
@@ -19,7 +19,6 @@ namespace {
 
 constexpr std::size_t kShortestPayload = 4;
 constexpr std::size_t kLongestPayload = 524;
-constexpr std::uint16_t kInteropDomainOffset = 96;
 
 using NotificationText = std::array<char, kNotificationTextSize>;
 
@@ -38,10 +37,8 @@ int ExtractNotificationPayload(std::span<const std::uint8_t> frame, Notification
 }
 
 std::uint16_t DomainOfNotification(std::span<const std::uint8_t> frame) {
-    std::uint16_t domain = LoadBig16(&frame[kTargetOffset]);
-    if (GetMergeMode() == kMergeInterop2 && domain > kInteropDomainOffset) {
-        domain = static_cast<std::uint16_t>(domain - kInteropDomainOffset);
-    }
+    const auto domain =
+        static_cast<std::uint16_t>(DomainOfTargetWord(LoadBig32(&frame[kTargetOffset])));
     return domain == 0 ? static_cast<std::uint16_t>(GetLocalDomainId()) : domain;
 }
 
